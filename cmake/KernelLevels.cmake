@@ -1,0 +1,28 @@
+# zr_add_kernel_levels(<target> SOURCES <file>...): compiles every kernel file once per CPU level of the
+# architecture that is built for, and adds the objects to <target>.
+#
+# ZR_LEVEL names the level inside the kernel files; it becomes part of the name of the one table each exports.
+function(zr_add_kernel_levels target)
+  cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
+    set(levels Neon)
+    set(flags_Neon "")
+  else()
+    set(levels Baseline V2 V3 V4)
+    set(flags_Baseline -march=x86-64)
+    set(flags_V2 -march=x86-64-v2)
+    set(flags_V3 -march=x86-64-v3)
+    set(flags_V4 -march=x86-64-v4 -mavx512vbmi -mavx512vbmi2 -mavx512vnni -mprefer-vector-width=512)
+  endif()
+  foreach(level IN LISTS levels)
+    set(objects ${target}Kernels${level})
+    add_library(${objects} OBJECT ${ARG_SOURCES})
+    zr_warnings(${objects})
+    target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+    target_compile_definitions(${objects} PRIVATE ZR_LEVEL=${level})
+    target_compile_options(${objects} PRIVATE ${flags_${level}} -fno-exceptions -fno-rtti -fno-math-errno
+                                              -fvisibility=hidden -Wno-psabi)
+    set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)
+  endforeach()
+endfunction()
