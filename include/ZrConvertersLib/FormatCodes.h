@@ -1,0 +1,68 @@
+#pragma once
+
+#include <ZrConvertersLib/Export.h>
+#include <ZrUtilsLib/Result.h>
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+/// @file
+/// The 32-bit codes and names of the GenICam Pixel Format Naming Convention (PFNC), as cameras report them.
+///
+/// Where the convention and this library differ although a name is the same:
+/// - RGB565p and BGR565p are mapped by layout, not by name. The convention packs the first-named component
+/// into
+///   the low bits; this library's RGB565p has red in bits 15..11, which is the convention's BGR565p.
+/// - The convention's plain YCbCr names are full range (Flags 0x10000, ColourMatrix::Jpeg); its 601 and 709
+/// names
+///   are video range. The bytes are laid out alike. BT.2020 names are known, but the library has no such
+///   matrix.
+/// - In the GigE Vision formats Mono10Packed, Mono12Packed, Bayer..10Packed and Bayer..12Packed the first
+/// pixel's
+///   low bits lie in bits 3..0 of the middle byte; this library reads them from bits 7..4. Samples differ by
+///   at most their low bits.
+///
+/// All functions here may be called from any thread at any time.
+
+namespace ZrConvertersLib {
+
+/// One code of the convention beside this library's type.
+struct FormatCode {
+  std::uint32_t code = 0;   ///< bits 31..24 kind, 23..16 bits per pixel in memory, 15..0 running number
+  std::string_view name;    ///< the convention's name, "BayerRG12p" for instance
+  long id = 0;              ///< type ID
+  unsigned flags = 0;       ///< conversion flags that the code settles: mosaic pattern or colour matrix
+  bool matrixKnown = true;  ///< false: BT.2020, the layout is known but no matrix of the library fits
+};
+
+/// All codes, in ascending order of their type ID. Static storage.
+ZR_EXPORT std::span<const FormatCode> FormatCodes() noexcept;
+
+/// The entry of a 32-bit code, or null.
+ZR_EXPORT const FormatCode* FindFormatCode(std::uint32_t code) noexcept;
+
+/// The entry of one of the convention's names (exact spelling), or null.
+ZR_EXPORT const FormatCode* FindFormatCode(std::string_view name) noexcept;
+
+/// The entry for a type ID under conversion flags (only the pattern and matrix bits that matter to the type
+/// are looked at; no pattern bit counts as GRBG, no matrix bit as BT.601), or null where the convention has
+/// none.
+ZR_EXPORT const FormatCode* FormatCodeOf(long id, unsigned flags) noexcept;
+
+/// What a user's word for a format means.
+struct FormatChoice {
+  long id = 0;           ///< type ID
+  unsigned flags = 0;    ///< flags that the word settled; SetFlags() of FrameOptions takes them
+  bool settled = false;  ///< true: the word named the pattern or matrix too
+};
+
+/// Reads a format as a person writes it: a name of this library, a name of the convention, or a code as
+/// hexadecimal ("0x010C0059") or decimal number. The library's own names go first, so "RGB565p" is this
+/// library's and "YCbCr422_8" leaves the matrix open. Codes are always the convention's.
+/// @param text    the word
+/// @param choice  receives the meaning; left as it was when the result is no success
+/// @return success, FrameCode::UnknownFormat or FrameCode::MatrixUnknown
+ZR_EXPORT ZrUtilsLib::Result ReadFormat(std::string_view text, FormatChoice& choice);
+
+}  // namespace ZrConvertersLib

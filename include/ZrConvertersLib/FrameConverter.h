@@ -1,0 +1,180 @@
+#pragma once
+
+#include <ZrConvertersLib/Export.h>
+#include <ZrConvertersLib/Format.h>
+#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrUtilsLib/Result.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+/// @file
+/// The checked interface: whole frames in, whole pictures out, or a named refusal.
+///
+/// PixelConverter::Convert trusts its caller; a FrameConverter does not. Whatever it is given, either every
+/// pixel of the destination picture is right, no byte beside it is written and no byte outside the source
+/// view is read, or the call is refused with a code of FrameCodes.h and nothing is written. Where the raw
+/// call defines a pixel the bytes are the same, and the bulk of a frame goes through the raw call straight
+/// into the caller's buffer.
+///
+/// @code
+///   using namespace ZrConvertersLib;
+///   FrameConverter converter;
+///   if (auto r = converter.Configure(PixelTypeIds::Mono12p, PixelTypeIds::RGB8, 1920, 1080); !r.IsSuccess())
+///     return fail(ResultText(r));
+///   std::vector<std::uint8_t> picture(converter.DestinationLayout().frameBytes);
+///   auto r = converter.Convert(SourceView::Of(frame, 1920, 1080), DestinationView::Of(picture, 1920, 1080));
+/// @endcode
+
+namespace ZrConvertersLib {
+
+class RGBFilter;
+
+/// Colours of a mosaic's first 2 x 2 sites, row by row.
+enum class MosaicPattern : std::uint8_t { GRBG, GBRG, RGGB, BGGR };
+
+/// How a mosaic becomes colour.
+enum class Demosaic : std::uint8_t {
+  Fast,        ///< one colour for each 2 x 2 tile
+  Interpolate  ///< bilinear over a 3 x 3 neighbourhood
+};
+
+/// How luma and chroma become colour.
+enum class ColourMatrix : std::uint8_t {
+  Bt601,  ///< BT.601, video range
+  Bt709,  ///< BT.709, video range
+  Jpeg    ///< BT.601 coefficients, full range (JFIF)
+};
+
+/// A rectangle of the source frame, in pixels. Width or height 0: up to the frame's edge.
+struct Region {
+  std::uint32_t x = 0;
+  std::uint32_t y = 0;
+  std::uint32_t width = 0;
+  std::uint32_t height = 0;
+};
+
+/// What is to be done with a frame. The defaults convert it as it is.
+struct FrameOptions {
+  MosaicPattern pattern = MosaicPattern::GRBG;  ///< Bayer sources: pattern of the whole source frame
+  Demosaic demosaic = Demosaic::Fast;           ///< Bayer sources
+  ColourMatrix matrix = ColourMatrix::Bt601;    ///< YCbCr sources
+  const RGBFilter* filter =
+      nullptr;                  ///< for 8-bit colour; null: none. Must outlive every Convert that uses it
+  bool flipVertical = false;    ///< the picture's last line comes first
+  bool flipHorizontal = false;  ///< the picture's last column comes first
+  Region region;  ///< the part of the source to convert: exactly that rectangle of the whole frame's picture
+
+  /// Sets pattern, demosaic and matrix from the flags of PixelConverter::Convert or of a FormatCode. Bits
+  /// that are not there leave their option as it is.
+  ZR_EXPORT void SetFlags(unsigned flags) noexcept;
+};
+
+/// A source frame in memory. Not owned; must stay as it is while a conversion runs.
+struct SourceView {
+  const void* data = nullptr;  ///< first byte of the first line
+  std::size_t size = 0;        ///< bytes that may be read from there
+  std::size_t stride = 0;      ///< bytes from one line to the next; 0: lines without a gap
+  std::uint32_t width = 0;     ///< pixels per line
+  std::uint32_t height = 0;    ///< lines
+
+  /// A view of any contiguous range of plain elements (vector, array, span).
+  template <typename Range>
+  static SourceView Of(const Range& range, std::uint32_t width, std::uint32_t height,
+                       std::size_t stride = 0) noexcept {
+    const auto bytes = std::as_bytes(std::span(range));
+    return {bytes.data(), bytes.size(), stride, width, height};
+  }
+};
+
+/// A place for a destination picture in memory. Not owned. Planes follow one another at stride x height
+/// bytes, so a planar picture's size is that of its three planes.
+struct DestinationView {
+  void* data = nullptr;      ///< first byte of the first line
+  std::size_t size = 0;      ///< bytes that may be written from there
+  std::size_t stride = 0;    ///< bytes from one line to the next; 0: lines without a gap
+  std::uint32_t width = 0;   ///< pixels per line
+  std::uint32_t height = 0;  ///< lines
+
+  /// A view of any contiguous range of plain, writable elements.
+  template <typename Range>
+  static DestinationView Of(Range&& range, std::uint32_t width, std::uint32_t height,
+                            std::size_t stride = 0) noexcept {
+    const auto bytes = std::as_writable_bytes(std::span(range));
+    return {bytes.data(), bytes.size(), stride, width, height};
+  }
+};
+
+/// Converts frames of one kind into pictures of one kind.
+///
+/// Made once and called at frame rate: Configure takes all memory that is ever needed, Convert takes none.
+/// An object serves one thread at a time; any number of objects work side by side, also on bands of one
+/// frame. Objects can be moved, not copied; one moved from is as if never configured.
+class ZR_EXPORT FrameConverter {
+ public:
+  FrameConverter() noexcept;
+  ~FrameConverter();
+  FrameConverter(FrameConverter&&) noexcept;
+  FrameConverter& operator=(FrameConverter&&) noexcept;
+  FrameConverter(const FrameConverter&) = delete;
+  FrameConverter& operator=(const FrameConverter&) = delete;
+
+  /// Prepares the conversion of frames of `source` with `width` x `height` pixels into pictures of
+  /// `destination`.
+  ///
+  /// The picture has the size of the region. Bayer sources: pixels, also those of a region, of a band and of
+  /// a flipped picture, are the pixels that the whole frame's conversion gives; the last two lines of an odd
+  /// height come from one fast pair. Unpacked mosaics (Bayer12p to Bayer16 for instance) keep their samples;
+  /// region and flips may change their pattern, see DestinationPattern().
+  ///
+  /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, HeightNotAllowed,
+  /// FrameTooSmall,
+  ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, RegionOutside, RegionNotAllowed,
+  ///         OutOfMemory; without success the object stays as it was
+  ZrUtilsLib::Result Configure(long source, long destination, std::uint32_t width, std::uint32_t height,
+                               const FrameOptions& options = {});
+
+  /// Whether Configure has succeeded.
+  bool IsConfigured() const noexcept;
+
+  /// Converts a frame.
+  /// @return success or NotConfigured, NullSource, NullDestination, SourceSizeDiffers,
+  /// DestinationSizeDiffers,
+  ///         StrideTooSmall, FrameTooLarge, SourceTooSmall, DestinationTooSmall, BuffersOverlap
+  ZrUtilsLib::Result Convert(const SourceView& source, const DestinationView& destination);
+
+  /// Converts lines [first, first + count) of the picture and writes no others. The views are those of the
+  /// whole frame and the whole picture. Any split into bands gives the same bytes as Convert, in any order,
+  /// also when several objects convert different bands of the same picture at once.
+  /// @return as Convert, or LinesOutside
+  ZrUtilsLib::Result ConvertLines(std::uint32_t first, std::uint32_t count, const SourceView& source,
+                                  const DestinationView& destination);
+
+  /// Sizes of the source frame without padding; all zero before Configure.
+  FrameLayout SourceLayout() const noexcept;
+
+  /// Sizes of the destination picture without padding; all zero before Configure.
+  FrameLayout DestinationLayout() const noexcept;
+
+  /// Pixels per line of the picture, 0 before Configure.
+  std::uint32_t Width() const noexcept;
+
+  /// Lines of the picture, 0 before Configure.
+  std::uint32_t Height() const noexcept;
+
+  /// Pattern of the picture when it is a mosaic itself (a packed mosaic unpacked).
+  MosaicPattern DestinationPattern() const noexcept;
+
+ private:
+  struct State;
+  std::unique_ptr<State> mState;
+};
+
+/// Converts one frame without keeping a converter. As Configure followed by Convert; takes and frees memory.
+ZR_EXPORT ZrUtilsLib::Result ConvertFrame(long sourceType, const SourceView& source, long destinationType,
+                                          const DestinationView& destination,
+                                          const FrameOptions& options = {});
+
+}  // namespace ZrConvertersLib
