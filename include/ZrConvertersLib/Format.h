@@ -40,10 +40,10 @@ struct FormatInfo {
 ZR_EXPORT std::span<const FormatInfo> Formats();
 
 /// The format of that ID, or null.
-ZR_EXPORT const FormatInfo* FindFormat(long id);
+ZR_EXPORT const FormatInfo* FindFormatInfo(long id);
 
 /// The format of that name (exact spelling, the library's names only; FormatCodes.h knows more), or null.
-ZR_EXPORT const FormatInfo* FindFormat(std::string_view name);
+ZR_EXPORT const FormatInfo* FindFormatInfo(std::string_view name);
 
 /// IDs of all formats that the source converts to, ascending; empty when there are none.
 ZR_EXPORT std::vector<long> DestinationsOf(long source);
