@@ -1,0 +1,78 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+/// @file
+/// The model's own account of the formats: what a sample, a pixel and a group are, by plain type numbers.
+
+namespace Model {
+
+/// How samples lie in memory.
+enum class Packing {
+  Byte,
+  SignedByte,
+  Word16,
+  Word32,
+  LsbFirst,    ///< 10, 12 or 14 bits each, least significant bits first, no gaps
+  PairPacked,  ///< two samples in three bytes; the middle byte holds the low bits of both
+  SubByte,     ///< 1, 2 or 4 bits each, from the least significant bits up
+};
+
+/// What the samples of a line mean.
+enum class Meaning { Grey, Colour, YCbCr, Mosaic };
+
+/// Sample positions within a pixel of `samples` samples.
+struct ColourOrder {
+  unsigned samples, red, green, blue;
+};
+
+/// Sample positions within a group of `pixels` pixels that share one Cb and one Cr.
+struct ChromaGroup {
+  unsigned pixels, samples, cb, cr;
+  std::array<unsigned, 4> luma;
+};
+
+struct Source {
+  long id;
+  std::string_view name;
+  Meaning meaning;
+  Packing packing;
+  unsigned bits;             ///< significant bits of a sample
+  ColourOrder colour{};      ///< of Meaning::Colour
+  ChromaGroup chroma{};      ///< of Meaning::YCbCr
+  unsigned multiplier = 1;   ///< samples counted per pixel of the caller's widths
+  unsigned nibbleShift = 4;  ///< of Packing::PairPacked: where the low bits of a sample go
+};
+
+enum class Shape { Grey, ThreeChannels, FourChannels, Word565, Planes };
+
+struct Destination {
+  long id;
+  std::string_view name;
+  Shape shape;
+  unsigned bits;  ///< of a stored channel
+  bool blueFirst;
+  unsigned bytes;  ///< per pixel; for planes, per sample of one plane
+};
+
+/// One converter without intermediate: a way to read and a way to write.
+struct Stage {
+  Source source;
+  Destination destination;
+};
+
+/// One stage, or two through an intermediate image.
+using Pair = std::vector<Stage>;
+
+/// What the library can convert from `source` to `destination`; nothing when it cannot.
+std::optional<Pair> FindPair(long source, long destination);
+
+/// Every source that has pairs, and the destinations of one.
+std::vector<Source> AllSources();
+std::vector<long> DestinationsOf(long source);
+
+}  // namespace Model
