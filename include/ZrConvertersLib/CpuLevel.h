@@ -8,8 +8,8 @@
 /// The instruction-set level the conversion kernels run at.
 ///
 /// Every kernel is built once per level; the highest level that the machine can run is chosen at the first
-/// conversion. All levels give the same bytes. Programs need none of this: it serves tests, benchmarks and fault
-/// reports.
+/// conversion. All levels give the same bytes. Programs need none of this: it serves tests, benchmarks and
+/// fault reports.
 
 namespace ZrConvertersLib {
 

@@ -1,0 +1,150 @@
+#pragma once
+
+#include <ZrConvertersLib/Export.h>
+#include <ZrConvertersLib/PixelConverterContext.h>
+#include <ZrUtilsLib/Result.h>
+
+#include <cstdint>
+
+/// @file
+/// The converter interface.
+
+namespace ZrConvertersLib {
+
+class RGBFilter;
+
+/// Converts images from one pixel type to another. Get one from PixelTypeFactory, or derive from it and
+/// override ConvertLine (and GetLinesPerConvert and ConvertLastLine when lines are converted in blocks).
+///
+/// Thread-safety: immutable after construction; one converter may serve any number of threads at once, except
+/// a ComplexConverter that uses its own intermediate buffer.
+///
+/// This is the raw interface: nothing is validated. Buffers must be as large as the strides say, source and
+/// destination must not overlap, and some formats read or write past the width (whole groups of packed
+/// pixels) or past the height (blocks of lines) as told at Convert.
+class ZR_EXPORT PixelConverter {
+ public:
+  /// @name Colours of the first two rows of a Bayer mosaic, read row by row
+  /// Without any of them GRBG is taken. Of several, BGGR wins, then RGGB, then GBRG.
+  /// @{
+  static constexpr std::uint32_t FLAG_BAYER_GRBG = 0x10;
+  static constexpr std::uint32_t FLAG_BAYER_GBRG = 0x20;
+  static constexpr std::uint32_t FLAG_BAYER_RGGB = 0x40;
+  static constexpr std::uint32_t FLAG_BAYER_BGGR = 0x80;
+  /// @}
+  /// Interpolate Bayer colours from 3x3 sites instead of taking one colour per 2x2 tile.
+  static constexpr std::uint32_t FLAG_BAYER_INTERPOLATE = 0x100;
+
+  /// @name BiColor mosaics
+  /// @{
+  static constexpr std::uint32_t FLAG_BICOLOR_INTERPOLATE = 0x200;
+  static constexpr std::uint32_t FLAG_BICOLOR_RGBG = 0x1000;
+  static constexpr std::uint32_t FLAG_BICOLOR_BGRG = 0x2000;
+  static constexpr std::uint32_t FLAG_BICOLOR_GRGB = 0x4000;
+  static constexpr std::uint32_t FLAG_BICOLOR_GBGR = 0x8000;
+  /// @}
+
+  /// @name Matrix of YCbCr sources
+  /// Without either it is BT.601 in video range. FLAG_YCBCR_JPG wins over FLAG_YCBCR_709.
+  /// @{
+  static constexpr std::uint32_t FLAG_YCBCR_JPG = 0x10000;  ///< full range, as JPEG files have it
+  static constexpr std::uint32_t FLAG_YCBCR_709 = 0x40000;  ///< BT.709 in video range
+  /// @}
+
+  /// @name Which band of a larger frame the call converts
+  /// A frame may be converted in bands of lines. These bits say which lines around the band belong to the
+  /// frame, so that a demosaic may look at them: the first band has real lines below it, the last real lines
+  /// above it, a middle band both. The source must then provide two such lines on each of those sides.
+  ///
+  /// FLAG_BAND_LAST also rounds the number of line blocks down and finishes the remaining lines one by one
+  /// with ConvertLastLine. FLAG_BAND_FIRST | FLAG_BAND_LAST is a whole frame that wants this: what to pass
+  /// for a frame of odd height.
+  /// @{
+  static constexpr std::uint32_t FLAG_BAND_FIRST = 0x01000000;
+  static constexpr std::uint32_t FLAG_BAND_MIDDLE = 0x02000000;
+  static constexpr std::uint32_t FLAG_BAND_LAST = 0x04000000;
+  /// @}
+
+  /// @name Sparse colour filter mosaics (SCF1)
+  /// @{
+  static constexpr std::uint32_t FLAG_SCF_WGWR = 0x10000000;
+  static constexpr std::uint32_t FLAG_SCF_WBWG = 0x20000000;
+  static constexpr std::uint32_t FLAG_SCF_WRWG = 0x40000000;
+  static constexpr std::uint32_t FLAG_SCF_WGWB = 0x80000000;
+  /// @}
+
+  /// Types by ID; sizes in bytes per pixel (of one plane when planar); `pipeliningSize` is the number of
+  /// lines of context the converter wants; `linesPerConvert`, at least 1, the lines one ConvertLine call
+  /// converts. With `autoRegister` the new converter becomes the registered one of its pair unless there is
+  /// one already: it must then live as long as the registry is used.
+  PixelConverter(const long& sourceType, const long& destinationType, std::uint32_t sourceByteSize,
+                 std::uint32_t destinationByteSize, std::uint32_t pipeliningSize,
+                 std::uint32_t linesPerConvert, bool autoRegister);
+  virtual ~PixelConverter();
+
+  PixelConverter(const PixelConverter&) = delete;
+  PixelConverter& operator=(const PixelConverter&) = delete;
+
+  virtual const long& GetSourceType() const;
+  virtual const long& GetDestinationType() const;
+
+  virtual std::uint32_t GetSourceByteSize() const;
+  /// Bytes of a source line of `width` samples: pixels times GetWidthMultiplier().
+  virtual std::uint32_t GetSourceByteSize(std::uint32_t width) const;
+
+  virtual std::uint32_t GetDestinationByteSize() const;
+  /// Bytes of a destination line of `width` samples; of one plane when planar.
+  virtual std::uint32_t GetDestinationByteSize(std::uint32_t width) const;
+
+  virtual std::uint32_t GetPipeliningSize() const;
+  virtual std::uint32_t GetLinesPerConvert() const;
+
+  /// Samples per pixel by which Convert multiplies its widths; 1 unless the source is a stream of packed
+  /// samples.
+  virtual std::uint32_t GetWidthMultiplier() const;
+
+  /// Converts the single line at `context`: called for each line after the last whole block when
+  /// FLAG_BAND_LAST is set. NotSupported (26) unless overridden; the driver goes on whatever comes back.
+  virtual ZrUtilsLib::Result ConvertLastLine(const PixelConverterContext& context, std::uint32_t width) const;
+
+  /// NotSupported (26) in every converter of the library.
+  virtual ZrUtilsLib::Result Convert(const PixelConverterContext& context, unsigned char* destination) const;
+
+  /// Converts the GetLinesPerConvert() lines that begin at `context`, each `width` samples wide. NotSupported
+  /// (26) unless overridden; the driver goes on whatever comes back.
+  virtual ZrUtilsLib::Result ConvertLine(const PixelConverterContext& context, std::uint32_t width) const;
+
+  /// Converts `height` lines of `width` pixels from `source` to `destination`. Always successful; an
+  /// exception thrown by an overridden ConvertLine or ConvertLastLine passes through.
+  ///
+  /// A line begins GetSourceByteSize(sourceWidth x m) + `sourcePadding` bytes after the one before it, where
+  /// m is GetWidthMultiplier(); the destination likewise. Planes follow one another at a distance of stride x
+  /// `destinationHeight` bytes. Paddings are bytes; nothing needs any alignment.
+  ///
+  /// With L lines per block (GetLinesPerConvert) and a height that is no multiple of L, the last block reads
+  /// and writes up to L - 1 lines past `height`, unless FLAG_BAND_LAST is set. `flipVertical` writes the
+  /// blocks bottom up (the order of lines within a block stays); a block that is not whole then lies before
+  /// `destination`.
+  ///
+  /// @param flags FLAG_* bits.
+  /// @param pipelineBuffer, pipelineBufferSize  intermediate buffer of a ComplexConverter (see there); may be
+  /// null.
+  /// @param filter tone tables for 8-bit colour destinations; null for none. Must not change during the call.
+  virtual ZrUtilsLib::Result Convert(const unsigned char* source, std::uint32_t sourceWidth,
+                                     std::uint32_t sourceHeight, unsigned char* destination,
+                                     std::uint32_t destinationWidth, std::uint32_t destinationHeight,
+                                     std::uint32_t width, std::uint32_t height, std::uint32_t flags,
+                                     std::uint32_t destinationPadding, unsigned char** pipelineBuffer,
+                                     std::uint32_t* pipelineBufferSize, std::uint32_t sourcePadding,
+                                     bool flipVertical, const RGBFilter* filter) const;
+
+ private:
+  long mSourceType;
+  long mDestinationType;
+  std::uint32_t mSourceByteSize;
+  std::uint32_t mDestinationByteSize;
+  std::uint32_t mPipeliningSize;
+  std::uint32_t mLinesPerConvert;
+};
+
+}  // namespace ZrConvertersLib

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <mutex>
+
+/// @file
+/// The lock of the companion library.
+
+namespace ZrUtilsLib {
+
+/// A mutual-exclusion lock, not recursive. Take it through a LockScope.
+class Mutex {
+ public:
+  /// `flag`, when given, receives true once the mutex can be used. `name` is for fault reports and must
+  /// outlive the mutex. Both may be null.
+  explicit Mutex(bool* flag = nullptr, const char* name = nullptr) : mName(name) {
+    if (flag != nullptr) *flag = true;
+  }
+
+  Mutex(const Mutex&) = delete;
+  Mutex& operator=(const Mutex&) = delete;
+
+  /// Waits for the lock: `timeout` milliseconds at most, or as long as it takes when that is 0. Returns
+  /// whether the lock is now held.
+  bool Lock(unsigned timeout) {
+    if (timeout != 0) return mMutex.try_lock_for(std::chrono::milliseconds(timeout));
+    mMutex.lock();
+    return true;
+  }
+
+  void Unlock() { mMutex.unlock(); }
+
+  const char* GetName() const noexcept { return mName; }
+
+ private:
+  std::timed_mutex mMutex;
+  const char* mName;
+};
+
+}  // namespace ZrUtilsLib

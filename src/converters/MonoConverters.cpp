@@ -1,0 +1,7 @@
+#include "core/TypeCreator.h"
+
+namespace ZrConvertersLib {
+
+static const MonoCreator sMonoCreator;
+
+}  // namespace ZrConvertersLib

@@ -1,0 +1,7 @@
+#include "core/TypeCreator.h"
+
+namespace ZrConvertersLib {
+
+static const ScfCreator sSCF1Creator;
+
+}  // namespace ZrConvertersLib

@@ -1,0 +1,118 @@
+#include <ZrConvertersLib/PixelTypeFactory.h>
+
+#include <ZrConvertersLib/PixelConverter.h>
+#include <ZrConvertersLib/PixelType.h>
+#include <ZrUtilsLib/LockScope.h>
+
+#include <atomic>
+#include <memory>
+#include <new>
+
+namespace ZrConvertersLib {
+
+using ZrUtilsLib::LockScope;
+using ZrUtilsLib::Mutex;
+using ZrUtilsLib::Result;
+using ZrUtilsLib::ResultCode;
+
+// Other units register from their own static initialisers, before or after this one's. The pointers are
+// therefore null from the very start (no initialiser runs for them) and everything behind them is made by the
+// first call.
+constinit Mutex* PixelTypeFactoryInternal::sMutex = nullptr;
+constinit PixelTypeFactoryInternal* PixelTypeFactory::sInternal = nullptr;
+
+namespace {
+
+/// Also constant-initialised: loading only enters its destructor into the list of what runs at unload.
+constinit PixelTypeFactoryCleanup sPixelTypeFactoryCleanup;
+
+/// The registry's lock. Threads whose first calls meet each make one; the first to store its own wins.
+Mutex& RegistryMutex() {
+  const std::atomic_ref<Mutex*> shared(PixelTypeFactoryInternal::sMutex);
+  Mutex* mutex = shared.load(std::memory_order_acquire);
+  if (mutex != nullptr) return *mutex;
+  auto fresh = std::make_unique<Mutex>(nullptr, nullptr);
+  if (!shared.compare_exchange_strong(mutex, fresh.get(), std::memory_order_acq_rel)) return *mutex;
+  return *fresh.release();
+}
+
+/// Enters an object made by `make` under `key` unless the key is taken.
+template <class Map, class Make>
+Result Enter(Map& map, const typename Map::key_type& key, Make make) {
+  const auto place = map.lower_bound(key);
+  if (place != map.end() && place->first == key) return ResultCode::AlreadyRegistered;
+  map.emplace_hint(place, key, make());
+  return ResultCode::Success;
+}
+
+}  // namespace
+
+PixelTypeFactoryInternal::~PixelTypeFactoryInternal() {
+  for (const auto& [id, type] : mTypes) delete type;
+  for (const PixelConverter* converter : mOwnedConverters) delete converter;
+}
+
+bool PixelTypeFactoryCleanup::CreateInternal() {
+  PixelTypeFactoryInternal*& internal = PixelTypeFactory::sInternal;
+  if (internal == nullptr) internal = new (std::nothrow) PixelTypeFactoryInternal;
+  return internal != nullptr;
+}
+
+PixelTypeFactoryCleanup::~PixelTypeFactoryCleanup() {
+  Mutex& mutex = RegistryMutex();
+  {
+    const LockScope lock(mutex, 0);
+    delete PixelTypeFactory::sInternal;
+    PixelTypeFactory::sInternal = nullptr;
+  }
+  PixelTypeFactoryInternal::sMutex = nullptr;
+  delete &mutex;
+}
+
+Result PixelTypeFactory::RegisterPixelType(const long& id, const PixelType* type, const char*) {
+  const LockScope lock(RegistryMutex(), 0);
+  if (!PixelTypeFactoryCleanup::CreateInternal()) return ResultCode::RegistryNotCreated;
+  return Enter(sInternal->mTypes, id, [type] { return type->Clone(); });
+}
+
+Result PixelTypeFactory::RegisterPixelConverter(const long& source, const long& destination,
+                                                const PixelConverter* converter) {
+  const LockScope lock(RegistryMutex(), 0);
+  if (!PixelTypeFactoryCleanup::CreateInternal()) return ResultCode::RegistryNotCreated;
+  return Enter(sInternal->mConverters, {source, destination}, [converter] { return converter; });
+}
+
+Result PixelTypeFactory::RegisterPixelConverter(const PixelConverter& converter) {
+  return RegisterPixelConverter(converter.GetSourceType(), converter.GetDestinationType(), &converter);
+}
+
+bool PixelTypeFactory::HasPixelType(const long& id) {
+  const LockScope lock(RegistryMutex(), 0);
+  return PixelTypeFactoryCleanup::CreateInternal() && sInternal->mTypes.contains(id);
+}
+
+const PixelType* PixelTypeFactory::GetPixelType(const long& id) {
+  const LockScope lock(RegistryMutex(), 0);
+  if (sInternal == nullptr) return nullptr;
+  const auto found = sInternal->mTypes.find(id);
+  return found == sInternal->mTypes.end() ? nullptr : found->second;
+}
+
+bool PixelTypeFactory::HasConverter(const long& source, const long& destination) {
+  const LockScope lock(RegistryMutex(), 0);
+  return HasConverterUnprotected(source, destination);
+}
+
+bool PixelTypeFactory::HasConverterUnprotected(const long& source, const long& destination) {
+  return PixelTypeFactoryCleanup::CreateInternal() && sInternal->mConverters.contains({source, destination});
+}
+
+const PixelConverter* PixelTypeFactory::GetConverter(const long& source, const long& destination) {
+  const LockScope lock(RegistryMutex(), 0);
+  if (sInternal == nullptr || sInternal->mConverters.empty()) return nullptr;
+  const auto found = sInternal->mConverters.find({source, destination});
+  // Callers rely on an answer for every pair: an absent one gets the first of all.
+  return found == sInternal->mConverters.end() ? sInternal->mConverters.begin()->second : found->second;
+}
+
+}  // namespace ZrConvertersLib
