@@ -113,10 +113,11 @@ SampleBit At(const FormatRow& row, int position) {
 
 std::string CellText(const FormatRow& row, const SampleBit& high, const SampleBit& low) {
   if (high.sample == kUnused) return "-";
-  const std::string name = row.packing == Packing::Planar ? "P" : SampleName(row, high.sample);
-  if (row.depth == 1) return name;
-  if (high.bit == low.bit) return name + "[" + std::to_string(high.bit) + "]";
-  return name + "[" + std::to_string(high.bit) + ":" + std::to_string(low.bit) + "]";
+  std::string text = row.packing == Packing::Planar ? "P" : SampleName(row, high.sample);
+  if (row.depth == 1) return text;
+  text.append("[").append(std::to_string(high.bit));
+  if (high.bit != low.bit) text.append(":").append(std::to_string(low.bit));
+  return text.append("]");
 }
 
 bool Continues(const SampleBit& upper, const SampleBit& lower) {
@@ -129,9 +130,10 @@ std::string ByteLine(const FormatRow& row, int byte) {
   for (int high = 7; high >= 0;) {
     int low = high;
     while (low > 0 && Continues(At(row, byte * 8 + low), At(row, byte * 8 + low - 1))) --low;
-    std::string cell = " " + CellText(row, At(row, byte * 8 + high), At(row, byte * 8 + low));
+    std::string cell = " ";
+    cell.append(CellText(row, At(row, byte * 8 + high), At(row, byte * 8 + low)));
     cell.resize(static_cast<std::size_t>(high - low + 1) * kBitWidth - 1, ' ');
-    line += cell + "|";
+    line.append(cell).append("|");
     high = low - 1;
   }
   return line;
@@ -147,7 +149,7 @@ std::string BitPicture(const FormatRow& row) {
   for (int byte = 0; byte < row.group.bytes; ++byte) {
     std::string label = "byte " + std::to_string(byte);
     label.resize(7, ' ');
-    picture += label + ByteLine(row, byte) + "\n";
+    picture.append(label).append(ByteLine(row, byte)).append("\n");
   }
   return picture;
 }

@@ -59,7 +59,7 @@ std::string Codes(const FormatRow& row) {
   std::string list;
   for (const FormatCode& code : FormatCodes()) {
     if (code.id != row.id) continue;
-    list += (list.empty() ? "" : ", ") + std::string(code.name) + " " + Hex(code.code, 8);
+    list.append(list.empty() ? "" : ", ").append(code.name).append(" ").append(Hex(code.code, 8));
   }
   return list;
 }
@@ -75,7 +75,7 @@ std::string Pairs(const FormatRow& row) {
     if (FindDestination(destination->id) != nullptr) {
       ++writers;
     } else {
-      others += ", " + std::string(destination->name);
+      others.append(", ").append(destination->name);
     }
   }
   if (writers == 0 && others.empty()) return "none";
