@@ -1,0 +1,167 @@
+#include "Cases.h"
+
+#include <array>
+#include <cstdio>
+
+#include "Filters.h"
+#include "model/Demosaic.h"
+#include "model/Readers.h"
+#include "support/Random.h"
+
+namespace Matrix {
+namespace {
+
+using TestSupport::Content;
+using TestSupport::Placement;
+using TestSupport::Random;
+
+/// Around the sizes of vectors of 16 to 64 bytes and of blocks of 16 to 64 pixels, and of several of them.
+constexpr std::array kWidths = {0u,   1u,   2u,   3u,   4u,   5u,   6u,   7u,  8u,   9u,   11u,
+                                15u,  16u,  17u,  18u,  24u,  31u,  32u,  33u, 34u,  47u,  48u,
+                                63u,  64u,  65u,  66u,  67u,  95u,  96u,  97u, 127u, 128u, 129u,
+                                130u, 131u, 160u, 191u, 192u, 200u, 256u, 257u};
+
+bool HasMosaic(const Model::Pair& pair) {
+  return pair.back().source.meaning == Model::Meaning::Mosaic;
+}
+bool HasChroma(const Model::Pair& pair) {
+  return pair.back().source.meaning == Model::Meaning::YCbCr;
+}
+bool IsChain(const Model::Pair& pair) {
+  return pair.size() > 1;
+}
+
+unsigned BorderBits(Random& random) {
+  return random.OneOf({0u, 0u, Model::kSingleLastLine | Model::kRealBelow, Model::kSingleLastLine,
+                       Model::kRealBelow, Model::kRealAround, Model::kRealAround | Model::kSingleLastLine,
+                       Model::kRealAround | Model::kRealBelow, 0x07000000u});
+}
+
+unsigned MosaicFlags(Random& random) {
+  using namespace Model;
+  const unsigned pattern =
+      random.OneOf({kGrbg, kGbrg, kRggb, kBggr, kGrbg, kGbrg, kRggb, kBggr, 0u, 0x60u, 0xF0u});
+  return pattern | (random.Below(2) ? kInterpolate : 0);
+}
+
+unsigned MatrixFlags(Random& random) {
+  return random.OneOf(
+      {0u, Model::kJpegMatrix, Model::k709Matrix, Model::kJpegMatrix | Model::k709Matrix, 0x20000u});
+}
+
+/// Flags of other families must not matter.
+unsigned Flags(const Model::Pair& pair, Random& random) {
+  unsigned flags = random.Below(4) == 0 ? 0xF000FE00u : 0;
+  if (HasChroma(pair)) {
+    flags |= MatrixFlags(random);
+  } else if (random.Below(4) == 0) {
+    flags |= 0x70000u;
+  }
+  if (HasMosaic(pair)) {
+    flags |= MosaicFlags(random);
+  } else if (random.Below(4) == 0) {
+    flags |= 0x1F0u;
+  }
+  return flags | BorderBits(random);
+}
+
+/// Odd ones put 16-bit words at odd addresses.
+unsigned Padding(Random& random) {
+  return random.OneOf({0u, 0u, 0u, 1u, 2u, 3u, 5u, 16u, 33u, 64u});
+}
+
+Placement Place(Random& random) {
+  using enum Placement::At;
+  return {random.OneOf({End, End, Begin, Middle}), random.Below(64)};
+}
+
+Model::Call RandomCall(const Model::Pair& pair, std::uint32_t width, Random& random) {
+  Model::Call call;
+  call.width = width;
+  call.height = random.OneOf({1u, 2u, 3u, 4u, 5u, 2u, 3u, 4u, 5u, 6u, 7u, 0u});
+  call.sourceWidth = width + random.OneOf({0u, 0u, 0u, 0u, 1u, 3u});
+  call.destinationWidth = width + random.OneOf({0u, 0u, 0u, 0u, 1u, 2u, 9u});
+  call.sourceHeight = call.height + random.OneOf({0u, 0u, 0u, 0u, 1u});
+  call.destinationHeight = call.height + random.OneOf({0u, 0u, 0u, 0u, 1u});
+  call.flags = Flags(pair, random);
+  call.sourcePadding = Padding(random);
+  call.destinationPadding = Padding(random);
+  call.flip = random.Below(3) == 0;
+  return call;
+}
+
+Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed) {
+  Random random(seed);
+  Case conversion;
+  conversion.call = RandomCall(pair, width, random);
+  conversion.filter = random.OneOf<unsigned>({kNoFilter, kNoFilter, kIdentityFilter, kNoiseFilter,
+                                              kNoiseFilter, kGainFilter, kAlmostIdentityFilter});
+  using enum Content;
+  conversion.content = random.OneOf({Noise, Noise, Noise, Noise, Zeros, Ones, Ramp, Extremes});
+  conversion.seed = random.Next();
+  conversion.source = Place(random);
+  conversion.destination = Place(random);
+  using enum Between;
+  conversion.between = random.OneOf({Library, Library, Caller, CallerTooSmall});
+  return conversion;
+}
+
+/// Flags decide much in a mosaic and little elsewhere.
+unsigned Rounds(const Model::Pair& pair) {
+  if (HasMosaic(pair)) return 16;
+  return HasChroma(pair) || IsChain(pair) ? 8 : 6;
+}
+
+std::uint64_t SeedOf(const Model::Pair& pair) {
+  return TestSupport::Hash({static_cast<std::uint64_t>(pair.front().source.id),
+                            static_cast<std::uint64_t>(pair.back().destination.id), pair.size()});
+}
+
+Case LargeCase(const Model::Pair& pair, std::uint32_t width, std::uint32_t height, std::uint64_t seed) {
+  Case conversion = RandomCase(pair, width, seed);
+  Model::Call& call = conversion.call;
+  call.sourceWidth = call.destinationWidth = width;
+  call.height = call.sourceHeight = call.destinationHeight = height;
+  return conversion;
+}
+
+}  // namespace
+
+std::string Describe(const Case& conversion) {
+  const Model::Call& call = conversion.call;
+  char text[512];
+  std::snprintf(text, sizeof text,
+                "%ux%u of a source %ux%u padding %u, into %ux%u padding %u, flags %08x%s, filter %s, content "
+                "%s seed %llx, "
+                "source %s (%zu), destination %s (%zu), intermediate %d",
+                call.width, call.height, call.sourceWidth, call.sourceHeight, call.sourcePadding,
+                call.destinationWidth, call.destinationHeight, call.destinationPadding, call.flags,
+                call.flip ? " flipped" : "", GetFilter(conversion.filter).name, NameOf(conversion.content),
+                static_cast<unsigned long long>(conversion.seed), NameOf(conversion.source.at),
+                conversion.source.misalignment, NameOf(conversion.destination.at),
+                conversion.destination.misalignment, static_cast<int>(conversion.between));
+  return text;
+}
+
+Case PlainCase(std::uint32_t width, std::uint32_t height) {
+  Case conversion;
+  Model::Call& call = conversion.call;
+  call.width = call.sourceWidth = call.destinationWidth = width;
+  call.height = call.sourceHeight = call.destinationHeight = height;
+  return conversion;
+}
+
+std::vector<Case> CasesOf(const Model::Pair& pair) {
+  const std::uint64_t seed = SeedOf(pair);
+  std::vector<Case> cases;
+  for (unsigned round = 0; round < Rounds(pair); ++round)
+    for (const std::uint32_t width : kWidths)
+      cases.push_back(RandomCase(pair, width, TestSupport::Hash({seed, round, width})));
+  cases.push_back(LargeCase(pair, 333, 41, seed));
+  cases.push_back(LargeCase(pair, 1030, 18, seed + 1));
+  // More lines than a cache holds of the intermediate image.
+  if (IsChain(pair)) cases.push_back(LargeCase(pair, 2054, 131, seed + 2));
+  return cases;
+}
+
+}  // namespace Matrix
