@@ -79,9 +79,12 @@ Model::Call RandomCall(const Model::Pair& pair, std::uint32_t width, Random& ran
   Model::Call call;
   call.width = width;
   call.height = random.OneOf({1u, 2u, 3u, 4u, 5u, 2u, 3u, 4u, 5u, 6u, 7u, 0u});
+  call.sourceHeight = call.height;
   call.sourceWidth = width + random.OneOf({0u, 0u, 0u, 0u, 1u, 3u});
   call.destinationWidth = width + random.OneOf({0u, 0u, 0u, 0u, 1u, 2u, 9u});
-  call.sourceHeight = call.height + random.OneOf({0u, 0u, 0u, 0u, 1u});
+  // A single last line goes back by one: before the intermediate image of a chain there is nothing to go back
+  // to.
+  if (call.height > 1 || !IsChain(pair)) call.sourceHeight += random.OneOf({0u, 0u, 0u, 0u, 1u});
   call.destinationHeight = call.height + random.OneOf({0u, 0u, 0u, 0u, 1u});
   call.flags = Flags(pair, random);
   call.sourcePadding = Padding(random);

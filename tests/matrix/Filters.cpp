@@ -49,7 +49,7 @@ std::unique_ptr<RGBFilter> AlmostIdentity() {
 }
 
 Filter Make(const char* name, std::unique_ptr<RGBFilter> object) {
-  const Model::FilterTables tables = TablesOf(object ? *object : RGBFilter());
+  const Model::FilterTables tables = object ? TablesOf(*object) : Model::IdentityTables();
   return {name, std::move(object), tables};
 }
 

@@ -54,6 +54,6 @@ TEST_P(MatrixTest, EveryDestinationEqualsTheModelAtEveryLevel) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AllSources, MatrixTest, testing::ValuesIn(Model::AllSources()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& source) { return std::string(source.param.name); });
 
 }  // namespace

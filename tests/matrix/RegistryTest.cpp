@@ -1,8 +1,10 @@
 #include "support/Registry.h"
 
+#include <ZrConvertersLib/PixelConverter.h>
 #include <ZrConvertersLib/PixelTypeFactory.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <vector>
 
