@@ -67,9 +67,12 @@ struct FrameOptions {
   bool flipHorizontal = false;  ///< the picture's last column comes first
   Region region;  ///< the part of the source to convert: exactly that rectangle of the whole frame's picture
 
-  /// Sets pattern, demosaic and matrix from the flags of PixelConverter::Convert or of a FormatCode. Bits
-  /// that are not there leave their option as it is.
+  /// Sets pattern, demosaic and matrix as PixelConverter::Convert reads them from its flags (no pattern bit:
+  /// GRBG; no matrix bit: BT.601). Takes the flags of a FormatCode as well.
   ZR_EXPORT void SetFlags(unsigned flags) noexcept;
+
+  /// The flags of PixelConverter::Convert for pattern, demosaic and matrix.
+  ZR_EXPORT unsigned GetFlags() const noexcept;
 };
 
 /// A source frame in memory. Not owned; must stay as it is while a conversion runs.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ZrConvertersLib/Export.h>
+#include <ZrConvertersLib/ToneSettings.h>
 #include <ZrUtilsLib/Result.h>
 
 /// @file
@@ -30,6 +31,10 @@ class ZR_EXPORT RGBFilter {
   /// successful.
   ZrUtilsLib::Result SetMultipliers(double redGain, double greenGain, double blueGain, int redOffset,
                                     int greenOffset, int blueOffset);
+
+  /// Fills the tables from gamma, black level and white balance beside gain and offset.
+  /// FrameCode::InvalidTone, with the tables as they were, when a setting is out of its range.
+  ZrUtilsLib::Result SetTone(const ToneSettings& settings);
 
   /// value x gain + offset, rounded to nearest (halves up) and clamped to 0..255; 0 when that is not a
   /// number.

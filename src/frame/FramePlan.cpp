@@ -1,0 +1,109 @@
+#include "frame/FramePlan.h"
+
+#include <ZrConvertersLib/ComplexConverter.h>
+#include <ZrConvertersLib/PixelConverter.h>
+#include <ZrConvertersLib/PixelTypeFactory.h>
+
+#include <numeric>
+
+namespace ZrConvertersLib {
+
+namespace {
+
+using ZrUtilsLib::Result;
+
+Result CheckOptions(const FrameOptions& options) {
+  if (options.pattern > MosaicPattern::BGGR) return FrameCode::InvalidPattern;
+  if (options.demosaic > Demosaic::Interpolate) return FrameCode::InvalidDemosaic;
+  if (options.matrix > ColourMatrix::Jpeg) return FrameCode::InvalidMatrix;
+  return {};
+}
+
+Result FindConverter(long source, long destination, FramePlan& plan) {
+  plan.source = FindFormat(source);
+  plan.destination = FindFormat(destination);
+  if (plan.source == nullptr || plan.destination == nullptr) return FrameCode::UnknownFormat;
+  if (!PixelTypeFactory::HasConverter(source, destination)) return FrameCode::NoConverter;
+  plan.converter = PixelTypeFactory::GetConverter(source, destination);
+  return {};
+}
+
+Mirror MirrorOf(ChannelOrder order) {
+  if (order == ChannelOrder::YCbYCr) return Mirror::LumaAtEven;
+  if (order == ChannelOrder::CbYCrY) return Mirror::LumaAtOdd;
+  return Mirror::Pixels;
+}
+
+/// How the pair behaves. Pairs that the library does not have itself may have rules that it cannot know.
+Result Classify(const FrameOptions& options, FramePlan& plan) {
+  const bool toMosaic = plan.destination->family == Family::Bayer;
+  plan.mosaic = plan.source->family == Family::Bayer && !toMosaic;
+  plan.interpolate = plan.mosaic && options.demosaic == Demosaic::Interpolate;
+  plan.chain = dynamic_cast<const ComplexConverter*>(plan.converter) != nullptr;
+  plan.mirror = MirrorOf(plan.destination->order);
+  const Group packed = plan.destination->group;
+  if (packed.bytes % packed.pixels != 0 || plan.destination->packing == Packing::Dense)
+    return FrameCode::NoConverter;
+  if (plan.converter->GetLinesPerConvert() != (plan.mosaic ? 2u : 1u)) return FrameCode::NoConverter;
+  plan.pixelBytes = packed.bytes / packed.pixels;
+  plan.unit = std::lcm(std::lcm(plan.source->group.pixels, UnitOf(plan.destination->order).pixels),
+                       plan.mosaic ? 2u : 1u);
+  return {};
+}
+
+Result PlaceRegion(const Region& region, FramePlan& plan) {
+  if (region.x >= plan.width || region.y >= plan.height) return FrameCode::RegionOutside;
+  const std::int64_t width = region.width != 0 ? region.width : plan.width - region.x;
+  const std::int64_t height = region.height != 0 ? region.height : plan.height - region.y;
+  if (region.x + width > plan.width || region.y + height > plan.height) return FrameCode::RegionOutside;
+  const std::int64_t together = UnitOf(plan.destination->order).pixels;
+  if (region.x % together != 0 || width % together != 0) return FrameCode::RegionNotAllowed;
+  plan.region = {region.x, region.y, region.x + width, region.y + height};
+  return {};
+}
+
+Result Measure(FramePlan& plan) {
+  const Result source = DescribeFrame(plan.source->id, static_cast<std::uint64_t>(plan.width),
+                                      static_cast<std::uint64_t>(plan.height), 0, plan.sourceLayout);
+  if (!source.IsSuccess()) return source;
+  if (plan.mosaic && (plan.width < 2 || plan.height < 2)) return FrameCode::FrameTooSmall;
+  return {};
+}
+
+Result MeasurePicture(FramePlan& plan) {
+  return DescribeFrame(plan.destination->id, static_cast<std::uint64_t>(plan.RegionWidth()),
+                       static_cast<std::uint64_t>(plan.RegionHeight()), 0, plan.destinationLayout);
+}
+
+}  // namespace
+
+bool FramePlan::NeedsScratch() const noexcept {
+  const bool cut = region.x0 % unit != 0 || region.x1 % unit != 0;
+  return cut || mosaic || flipHorizontal || destination->planes > 1;
+}
+
+std::int64_t FramePlan::RawSourceBytes(std::int64_t pixels) const noexcept {
+  const std::int64_t bits = pixels * BitsInMemory(*source);
+  return BitsInMemory(*source) < 8 ? (bits + 7) / 8 : bits / 8;
+}
+
+Result MakeFramePlan(long source, long destination, std::uint32_t width, std::uint32_t height,
+                     const FrameOptions& options, FramePlan& plan) {
+  FramePlan made;
+  made.width = width;
+  made.height = height;
+  made.flags = options.GetFlags();
+  made.filter = options.filter;
+  made.flipVertical = options.flipVertical;
+  made.flipHorizontal = options.flipHorizontal;
+  Result result = FindConverter(source, destination, made);
+  if (result.IsSuccess()) result = CheckOptions(options);
+  if (result.IsSuccess()) result = Classify(options, made);
+  if (result.IsSuccess()) result = Measure(made);
+  if (result.IsSuccess()) result = PlaceRegion(options.region, made);
+  if (result.IsSuccess()) result = MeasurePicture(made);
+  if (result.IsSuccess()) plan = made;
+  return result;
+}
+
+}  // namespace ZrConvertersLib

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <ZrUtilsLib/Result.h>
+
+#include <cstdint>
+
+#include "frame/FramePlan.h"
+#include "frame/FrameScratch.h"
+
+namespace ZrConvertersLib {
+
+/// One conversion of a band of lines.
+///
+/// The band's bulk, whole groups of pixels in whole blocks of lines, goes through raw calls straight into the
+/// caller's picture. What such a call cannot make, or cannot make without touching bytes beside it, goes
+/// through the scratch buffers: pixels of groups that the region cuts, lines of pairs that the band cuts, the
+/// odd last line of a mosaic, and a picture mirrored from left to right.
+class FrameRun {
+ public:
+  /// The buffers hold what the plan's layouts say at the given strides; everything has been checked.
+  FrameRun(const FramePlan& plan, FrameScratch& scratch, const std::uint8_t* source,
+           std::int64_t sourceStride, std::uint8_t* picture, std::int64_t pictureStride) noexcept;
+
+  /// Converts the band: columns of the region, any of its lines.
+  ZrUtilsLib::Result Convert(const Rect& band);
+
+ private:
+  struct RawCall;
+
+  Rect DirectPart(const Rect& band) const noexcept;
+  Rect RightPart(const Rect& direct) const noexcept;
+  ZrUtilsLib::Result ConvertDirect(const Rect& part);
+  ZrUtilsLib::Result ConvertDirectCall(const Rect& part);
+  ZrUtilsLib::Result ConvertEdges(const Rect& band, const Rect& right);
+  ZrUtilsLib::Result ConvertViaScratch(const Rect& part);
+  ZrUtilsLib::Result ConvertScratchCall(const Rect& part);
+  ZrUtilsLib::Result CallRaw(const RawCall& call);
+
+  Rect Surroundings(const Rect& part) const noexcept;
+  RawCall SourceOf(const Rect& around);
+  void CopySource(const Rect& around, std::int64_t pixels, std::int64_t stride);
+  void CopyPicture(const Rect& part, const Rect& around, const RawCall& call);
+  void CopyLine(const std::uint8_t* from, std::uint8_t* to, std::int64_t pixels) const noexcept;
+
+  std::int64_t PictureLine(std::int64_t y0, std::int64_t y1) const noexcept;
+  bool ReadsBeyond(const Rect& part) const noexcept;
+  unsigned BandFlags(const Rect& part) const noexcept;
+
+  const FramePlan& mPlan;
+  FrameScratch& mScratch;
+  const std::uint8_t* mSource;
+  std::int64_t mSourceStride;
+  std::uint8_t* mPicture;
+  std::int64_t mPictureStride;
+};
+
+}  // namespace ZrConvertersLib
