@@ -6,8 +6,8 @@
 
 namespace ZrConvertersLib::Pages {
 
-/// The bits of one group of pixels, a line for each byte, bit 7 at the left; empty for layouts that have no
-/// picture. "P1[11:8]" are bits 11 to 8 of the second pixel's sample, "-" is a bit that no sample uses.
+/// The bits of one group of pixels, a line for each byte, bit 7 at the left.
+/// "P1[11:8]" are bits 11 to 8 of the second pixel's sample, "-" is a bit that no sample uses.
 std::string BitPicture(const FormatRow& row);
 
 }  // namespace ZrConvertersLib::Pages

@@ -108,7 +108,7 @@ void WriteFormat(std::ostream& out, const FormatRow& row) {
   if (row.packing == Packing::Pair && row.depth < 12)
     out << " The unused bits of the middle byte are 0; if not, they are OR-ed into the sample's bits above.";
   out << "\n";
-  if (const std::string picture = BitPicture(row); !picture.empty()) out << "\n```\n" << picture << "```\n";
+  out << "\n```\n" << BitPicture(row) << "```\n";
   if (const std::string codes = Codes(row); !codes.empty()) out << "\nCodes: " << codes << "\n";
   if (IsSource(row)) out << "\nConverts to: " << Pairs(row) << "\n";
 }
