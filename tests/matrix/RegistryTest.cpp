@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/Formats.h"
+#include "model/Readers.h"
 
 namespace {
 
@@ -39,6 +40,21 @@ TEST(RegistryTest, GivesEachPairItsOwnConverter) {
     const auto* converter = ZrConvertersLib::PixelTypeFactory::GetConverter(source, destination);
     EXPECT_EQ(converter->GetSourceType(), source);
     EXPECT_EQ(converter->GetDestinationType(), destination);
+  }
+}
+
+TEST(RegistryTest, CountsLinesAsTheModelDoes) {
+  for (const auto& [source, destination] : ModelPairs()) {
+    const Model::Pair pair = *Model::FindPair(source, destination);
+    const auto* converter = ZrConvertersLib::PixelTypeFactory::GetConverter(source, destination);
+    const bool mosaic = pair.back().source.meaning == Model::Meaning::Mosaic;
+    SCOPED_TRACE(testing::Message() << source << " to " << destination);
+    EXPECT_EQ(converter->GetLinesPerConvert(), mosaic ? 2u : 1u);
+    EXPECT_EQ(converter->GetWidthMultiplier(), pair.size() > 1 ? 1u : pair[0].source.multiplier);
+    for (const std::uint32_t width : {0u, 1u, 2u, 3u, 5u, 7u, 64u, 1001u}) {
+      EXPECT_EQ(converter->GetSourceByteSize(width), Model::LineBytes(pair.front().source, width));
+      EXPECT_EQ(converter->GetDestinationByteSize(width), pair.back().destination.bytes * width);
+    }
   }
 }
 
