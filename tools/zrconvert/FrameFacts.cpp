@@ -1,0 +1,64 @@
+#include "FrameFacts.h"
+
+#include <ZrConvertersLib/FrameCodes.h>
+
+#include "Error.h"
+
+namespace zrconvert {
+namespace {
+
+namespace zr = ZrConvertersLib;
+
+std::string Multiple(const std::string& side, unsigned multiple, std::uint32_t given) {
+  return " frames have a " + side + " that is a multiple of " + std::to_string(multiple) + ", not " +
+         std::to_string(given);
+}
+
+[[noreturn]] void Refuse(const zr::FormatInfo& format, Size size, ZrUtilsLib::Result result) {
+  const std::string name(format.name);
+  switch (result.GetCode()) {
+    case zr::FrameCode::WidthNotAllowed:
+      throw UsageError(name + Multiple("width", format.widthMultiple, size.width));
+    case zr::FrameCode::HeightNotAllowed:
+      throw UsageError(name + Multiple("height", format.heightMultiple, size.height));
+    default:
+      throw UsageError(ToText(size) + " " + name + ": " + std::string(zr::ResultText(result)));
+  }
+}
+
+zr::FrameLayout Layout(const zr::FormatInfo& format, Size size, std::uint64_t stride) {
+  zr::FrameLayout layout;
+  const auto result = zr::DescribeFrame(format.id, size.width, size.height, stride, layout);
+  if (!result.IsSuccess()) Refuse(format, size, result);
+  return layout;
+}
+
+template <typename Value>
+void RefuseContradiction(const Format& format, const std::optional<Value>& option, Value settled,
+                         const std::string& name) {
+  if (option && format.settled && *option != settled) {
+    throw UsageError("'" + format.word + "' already says another " + name + " than --" + name);
+  }
+}
+
+}  // namespace
+
+zr::FrameLayout DescribeOrThrow(const zr::FormatInfo& format, Size size, std::size_t padding) {
+  const zr::FrameLayout layout = Layout(format, size, 0);
+  return padding == 0 ? layout : Layout(format, size, layout.bytesPerLine + padding);
+}
+
+zr::FrameOptions ColourOptions(const Format& format, const std::optional<zr::MosaicPattern>& pattern,
+                               const std::optional<zr::ColourMatrix>& matrix) {
+  zr::FrameOptions options;
+  options.SetFlags(format.flags);
+  if (format.info->family == zr::FormatFamily::Bayer)
+    RefuseContradiction(format, pattern, options.pattern, "pattern");
+  if (format.info->family == zr::FormatFamily::YCbCr)
+    RefuseContradiction(format, matrix, options.matrix, "matrix");
+  options.pattern = pattern.value_or(options.pattern);
+  options.matrix = matrix.value_or(options.matrix);
+  return options;
+}
+
+}  // namespace zrconvert

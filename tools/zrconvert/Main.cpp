@@ -1,0 +1,37 @@
+#include <cstdio>
+#include <exception>
+#include <new>
+
+#include "Commands.h"
+#include "Error.h"
+#include "OutputFile.h"
+
+namespace {
+
+int Complain(const char* sentence, int code) {
+  std::fprintf(stderr, "zrconvert: %s\n", sentence);
+  return code;
+}
+
+int Run(int count, const char* const* words) {
+  using namespace zrconvert;
+  CatchSignals();
+  const int code =
+      ReadCommandLine(count, words, {Convert, WriteChart, TellWhatFileMayBe, ListFormats, ListPairs});
+  if (std::fflush(stdout) != 0) throw Failure(WithSystemReason("cannot write standard output"));
+  return code;
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  try {
+    return Run(count, words);
+  } catch (const zrconvert::UsageError& error) {
+    return Complain(error.what(), zrconvert::ExitUsage);
+  } catch (const std::bad_alloc&) {
+    return Complain("there is not enough memory for these frames", zrconvert::ExitFailure);
+  } catch (const std::exception& error) {
+    return Complain(error.what(), zrconvert::ExitFailure);
+  }
+}

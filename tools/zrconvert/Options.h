@@ -1,0 +1,72 @@
+// The command line: what may be written there and what it means.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "Containers.h"
+#include "FrameReader.h"
+
+namespace zrconvert {
+
+struct ConvertOptions {
+  std::vector<std::string> files;  // the inputs, then the output
+  Format source;
+  std::optional<Format> destination;
+  Size size;
+  std::optional<ZrConvertersLib::MosaicPattern> pattern;
+  std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  ZrConvertersLib::Demosaic demosaic = ZrConvertersLib::Demosaic::Fast;
+  ZrConvertersLib::Region region;
+  bool flipVertical = false;
+  bool flipHorizontal = false;
+  // In the source's own counts where ToneSettings has the 8-bit scale; nothing given, no filter.
+  std::optional<ZrConvertersLib::ToneSettings> tone;
+  std::size_t sourcePadding = 0;
+  std::optional<Container> container;
+  FrameRange frames;
+  unsigned threads = 1;
+  bool quiet = false;
+};
+
+struct ChartOptions {
+  std::string output;
+  Format format;
+  Size size;
+  std::optional<ZrConvertersLib::MosaicPattern> pattern;
+  std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  std::size_t padding = 0;
+  unsigned frames = 1;
+};
+
+struct InfoOptions {
+  std::string file;
+  std::optional<Format> format;
+  std::optional<Size> size;
+};
+
+struct FormatsOptions {
+  bool namesOnly = false;
+};
+
+struct PairsOptions {
+  std::optional<Format> format;
+};
+
+// What each command does with its options.
+struct Actions {
+  std::function<void(const ConvertOptions&)> convert;
+  std::function<void(const ChartOptions&)> chart;
+  std::function<void(const InfoOptions&)> info;
+  std::function<void(const FormatsOptions&)> formats;
+  std::function<void(const PairsOptions&)> pairs;
+};
+
+// Reads the command line and performs the command that it names. Returns the exit code for --help, --version
+// and faults that are told here; throws what the action throws.
+int ReadCommandLine(int count, const char* const* words, const Actions& actions);
+
+}  // namespace zrconvert
