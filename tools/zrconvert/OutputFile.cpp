@@ -48,7 +48,7 @@ mode_t ModeFor(const std::string& target) {
 std::string CreateBeside(const std::string& target, bool replace) {
   const fs::path path(target);
   const fs::path folder = replace ? path.parent_path() : fs::temp_directory_path();
-  std::string name = (folder / ("." + path.filename().string() + ".XXXXXX")).string();
+  std::string name = (folder / std::string(".").append(path.filename().string()).append(".XXXXXX")).string();
   const int descriptor = mkstemp(name.data());
   if (descriptor < 0) throw Failure(WithSystemReason("cannot write '" + target + "'"));
   if (replace) fchmod(descriptor, ModeFor(target));
@@ -64,6 +64,11 @@ void RefuseReadOnly(const std::string& target) {
   if (fs::exists(target) && access(target.c_str(), W_OK) != 0) {
     throw Failure(WithSystemReason("cannot write '" + target + "'"));
   }
+}
+
+std::string QuoteOutput(const std::string& target) {
+  if (target == "-") return "standard output";
+  return std::string("'").append(target).append("'");
 }
 
 class Descriptor {
@@ -89,10 +94,7 @@ class Descriptor {
   }
 
  private:
-  [[noreturn]] void Fail() const {
-    throw Failure(
-        WithSystemReason("cannot write " + (mTarget == "-" ? "standard output" : "'" + mTarget + "'")));
-  }
+  [[noreturn]] void Fail() const { throw Failure(WithSystemReason("cannot write " + QuoteOutput(mTarget))); }
 
   const std::string& mTarget;
   int mDescriptor;

@@ -19,9 +19,10 @@ double Seconds(std::chrono::nanoseconds time) {
 }
 
 std::string Bar(std::uint64_t done, std::uint64_t frames) {
-  const auto filled =
-      static_cast<std::size_t>(cBarWidth * std::min(done, frames) / std::max<std::uint64_t>(1, frames));
-  return "[" + std::string(filled, '#') + std::string(cBarWidth - filled, ' ') + "] ";
+  const std::uint64_t whole = std::max<std::uint64_t>(1, frames);
+  std::string bar(cBarWidth, ' ');
+  std::fill_n(bar.begin(), cBarWidth * std::min(done, whole) / whole, '#');
+  return bar;
 }
 
 }  // namespace
@@ -42,9 +43,9 @@ void Progress::FrameDone() {
 }
 
 void Progress::Draw(Clock::time_point now) {
-  const std::string bar = mFrames ? Bar(mDone, *mFrames) : std::string();
-  const std::string total = mFrames ? "/" + std::to_string(*mFrames) : std::string();
-  std::fprintf(stderr, "\r\033[K%s%llu%s frames, %.1f frames/s", bar.c_str(),
+  const std::string bar = mFrames ? Bar(mDone, *mFrames) : std::string("?");
+  const std::string total = mFrames ? std::string("/").append(std::to_string(*mFrames)) : std::string();
+  std::fprintf(stderr, "\r\033[K[%s] %llu%s frames, %.1f frames/s", bar.c_str(),
                static_cast<unsigned long long>(mDone), total.c_str(), double(mDone) / Seconds(now - mStart));
   std::fflush(stderr);
   mDrawn = true;

@@ -1,0 +1,141 @@
+// What the tool says to nonsense, and that it leaves nothing behind.
+#include <algorithm>
+
+#include "ToolRunner.h"
+
+namespace {
+
+struct Nonsense {
+  std::string name;
+  std::string words;
+  int exitCode;
+  std::vector<std::string> says;  // every one of these is in the sentence
+};
+
+void PrintTo(const Nonsense& nonsense, std::ostream* out) {
+  *out << nonsense.words;
+}
+
+class NonsenseTest : public ToolTest, public testing::WithParamInterface<Nonsense> {};
+
+TEST_P(NonsenseTest, GetsOneSentenceAndLeavesNoFile) {
+  Write("in.raw", std::vector<std::uint8_t>(64 * 48));
+  const ToolRun run = Run(GetParam().words);
+  EXPECT_EQ(run.exitCode, GetParam().exitCode) << run.errors;
+  EXPECT_EQ(run.errors.find("zrconvert: "), 0U) << run.errors;
+  EXPECT_EQ(std::ranges::count(run.errors, '\n'), 1) << run.errors;
+  EXPECT_EQ(run.output, "");
+  for (const std::string& word : GetParam().says)
+    EXPECT_NE(run.errors.find(word), std::string::npos) << run.errors;
+  EXPECT_EQ(FilesLeft(), std::vector<std::string>{"in.raw"});
+}
+
+// Words of a right conversion of in.raw, which holds 64x48 bytes.
+const std::string cRight = "convert in.raw out.png -f Mono8 -s 64x48 ";
+
+const std::vector<Nonsense> cNonsense{
+    {"NoCommand", "", 2, {"convert", "chart"}},
+    {"UnknownCommand", "transmogrify in.raw out.png", 2, {"--help"}},
+    {"UnknownOption", cRight + "--sharpen", 2, {"--sharpen"}},
+    {"NoFormat", "convert in.raw out.png -s 64x48", 2, {"--format"}},
+    {"NoSize", "convert in.raw out.png -f Mono8", 2, {"--size"}},
+    {"NoOutput", "convert in.raw -f Mono8 -s 64x48", 2, {"IN... OUT"}},
+    {"UnknownFormat", "convert in.raw out.png -f Mono12q -s 64x48", 2, {"Mono12q", "Mono12p"}},
+    {"UnknownFormatFarFromAll",
+     "convert in.raw out.png -f Sepia -s 64x48",
+     2,
+     {"Sepia", "zrconvert formats"}},
+    {"UnknownCode", "convert in.raw out.png -f 0x01080FFF -s 64x48", 2, {"0x01080FFF"}},
+    {"UnknownTarget", cRight + "-t RGB9", 2, {"RGB9", "RGB8"}},
+    {"NoConverterFrom", "convert in.raw out.raw -f SCF18 -s 64x48 -t BiColor8", 2, {"SCF18", "BiColor8"}},
+    {"NoConverterTo", cRight + "-t Bayer8", 2, {"no converter", "Mono8", "Bayer8", "RGB565p"}},
+    {"SizeWithoutX", "convert in.raw out.png -f Mono8 -s 640", 2, {"640", "WIDTHxHEIGHT"}},
+    {"SizeOfWords", "convert in.raw out.png -f Mono8 -s axb", 2, {"axb"}},
+    {"NegativeSize", "convert in.raw out.png -f Mono8 -s 64x-48", 2, {"64x-48"}},
+    {"ZeroWidth", "convert in.raw out.png -f Mono8 -s 0x48", 2, {"0x48", "no pixels"}},
+    {"ZeroHeight", "chart out.raw -f Mono8 -s 64x0", 2, {"64x0", "no pixels"}},
+    {"AbsurdSize", "convert in.raw out.png -f Mono8 -s 4000000000x4000000000", 2, {"4000000000x4000000000"}},
+    {"SizeBeyond64Bits", "chart out.raw -f Mono8 -s 99999999999999999999x1", 2, {"99999999999999999999x1"}},
+    {"TooShort", "convert in.raw out.png -f Mono8 -s 64x49", 1, {"3072", "3136"}},
+    {"TooShortForItsPadding", cRight + "--src-padding 1", 1, {"3072", "3119"}},
+    {"MissingInput", "convert none.raw out.png -f Mono8 -s 64x48", 1, {"none.raw", "No such file"}},
+    {"InputIsFolder", "convert . out.png -f Mono8 -s 64x48", 1, {"directory"}},
+    {"NoSuchFolder", "convert in.raw none/out.png -f Mono8 -s 64x48", 1, {"none/out.png", "No such file"}},
+    {"OutputIsFolder", "convert in.raw . -f Mono8 -s 64x48 -c png", 1, {"directory"}},
+    {"NoEnding", "convert in.raw out -f Mono8 -s 64x48", 2, {"out", "--container"}},
+    {"UnknownEnding", "convert in.raw out.jpg -f Mono8 -s 64x48", 2, {"out.jpg", "--container"}},
+    {"StdoutWithoutContainer", "convert in.raw - -f Mono8 -s 64x48", 2, {"standard output", "--container"}},
+    {"OddWidth422", "convert in.raw out.png -f YCbCr422_8 -s 63x2", 2, {"YCbCr422_8", "multiple of 2", "63"}},
+    {"OddWidth422Chart", "chart out.raw -f YCbCr422_10p -s 63x2", 2, {"YCbCr422_10p", "multiple of 2"}},
+    {"Width411", "convert in.raw out.png -f YCbCr411_8 -s 62x2", 2, {"YCbCr411_8", "multiple of 4", "62"}},
+    {"GreyMapOfColour", cRight + "-t RGB8 -c pgm", 2, {".pgm", "RGB8"}},
+    {"PixelMapOfGrey", cRight + "-t Mono8 -c ppm", 2, {".ppm", "Mono8"}},
+    {"ToneOnGrey", cRight + "-t Mono16 --gamma 2", 2, {"8-bit colour", "Mono16"}},
+    {"GammaOfZero", cRight + "--gamma 0", 2, {"tone"}},
+    {"GainOfWords", cRight + "--gain much", 2, {"much"}},
+    {"GainOfTwo", cRight + "--gain 1,2", 2, {"1,2", "RED,GREEN,BLUE"}},
+    {"RegionOutside", cRight + "--region 60,0,5,5", 2, {"region", "64x48"}},
+    {"RegionBeyond32Bits", cRight + "--region 4294967295,0,2,2", 2, {"region"}},
+    {"RegionOfThree", cRight + "--region 1,2,3", 2, {"1,2,3"}},
+    {"EmptyRegion", cRight + "--region 1,2,0,3", 2, {"no pixels"}},
+    {"UnknownPattern", cRight + "--pattern RGBG", 2, {"RGBG", "RGGB"}},
+    {"UnknownMatrix", cRight + "--matrix 2020", 2, {"2020", "709"}},
+    {"PatternAgainstCode", "convert in.raw out.png -f BayerRG8 -p BGGR -s 64x48", 2, {"BayerRG8", "pattern"}},
+    {"UnknownDemosaic", cRight + "--demosaic magic", 2, {"magic", "interpolate"}},
+    {"ThreadsOfWords", cRight + "-j many", 2, {"many"}},
+    {"TooManyThreads", cRight + "-j 100000", 2, {"100000"}},
+    {"SkippedAll", cRight + "--skip 1", 1, {"skipped"}},
+    {"TwoNumbers", "convert in.raw %d_%d.png -f Mono8 -s 64x48", 2, {"%d_%d.png"}},
+    {"WrongNumber", "convert in.raw %s.png -f Mono8 -s 64x48", 2, {"%s.png"}},
+    {"ChartOfDestination", "chart out.raw -f BiColor8 -s 64x48", 2, {"BiColor8"}},
+    {"InfoOfNothing", "info none.raw", 1, {"none.raw"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Tool, NonsenseTest, testing::ValuesIn(cNonsense),
+                         [](const auto& info) { return info.param.name; });
+
+class CommandLineTest : public ToolTest {};
+
+TEST_F(CommandLineTest, HelpAndVersionGoToStandardOutput) {
+  EXPECT_NE(RunWell("--help").find("chart"), std::string::npos);
+  EXPECT_NE(RunWell("convert --help").find("--pattern"), std::string::npos);
+  EXPECT_EQ(RunWell("--version").find("zrconvert 7.5"), 0U);
+}
+
+TEST_F(CommandLineTest, FormatsTellIdSizesLayoutAndCodes) {
+  const std::string list = RunWell("formats");
+  for (const char* word : {"Bayer12p", "1031", "0x407", "BayerRG12p 0x010C0059", "YCbCr411_8_CbYYCrYY"}) {
+    EXPECT_NE(list.find(word), std::string::npos) << word;
+  }
+}
+
+TEST_F(CommandLineTest, PairsOfOneFormat) {
+  const std::string pairs = RunWell("pairs Mono8");
+  EXPECT_NE(pairs.find("Mono8 -> RGB8\n"), std::string::npos);
+  EXPECT_NE(pairs.find("Mono12p -> Mono8\n"), std::string::npos);
+  EXPECT_EQ(pairs.find("Mono12p -> RGB8\n"), std::string::npos);
+}
+
+TEST_F(CommandLineTest, InfoFindsSizeAndFormat) {
+  RunWell("chart frame.raw -f Mono12p -s 1280x1024");
+  const std::string all = RunWell("info frame.raw");
+  EXPECT_NE(all.find("1 x 1280x1024"), std::string::npos) << all;
+  EXPECT_NE(all.find("Mono12p"), std::string::npos) << all;
+  EXPECT_EQ(RunWell("--info frame.raw"), all);
+  EXPECT_NE(RunWell("info frame.raw -f Mono8 -s 1280x768").find("2 x 1280x768  Mono8"), std::string::npos);
+}
+
+TEST_F(CommandLineTest, NameAndCodeSettlePattern) {
+  RunWell("chart site.raw -f Bayer12p -p RGGB -s 64x48");
+  RunWell("chart name.raw -f BayerRG12p -s 64x48");
+  RunWell("chart code.raw -f 0x010C0059 -s 64x48");
+  EXPECT_EQ(Read("site.raw"), Read("name.raw"));
+  EXPECT_EQ(Read("site.raw"), Read("code.raw"));
+  RunWell("convert site.raw a.raw -f Bayer12p -p RGGB -s 64x48");
+  RunWell("convert site.raw b.raw -f 0x010C0059 -s 64x48");
+  RunWell("convert site.raw c.raw -f Bayer12p -s 64x48");
+  EXPECT_EQ(Read("a.raw"), Read("b.raw"));
+  EXPECT_NE(Read("a.raw"), Read("c.raw"));
+}
+
+}  // namespace

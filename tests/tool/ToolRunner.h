@@ -1,0 +1,38 @@
+// Runs the built program in a directory of its own and looks at what it leaves there.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+struct ToolRun {
+  int exitCode = -1;
+  std::string output;
+  std::string errors;
+};
+
+class ToolTest : public testing::Test {
+ protected:
+  ToolTest();
+  ~ToolTest() override;
+
+  // The program's words without its name, in one text; a word has no spaces. What `input` holds is its
+  // standard input.
+  ToolRun Run(const std::string& words, const std::string& input = {}) const;
+
+  // Fails the test unless the program succeeds; gives its standard output.
+  std::string RunWell(const std::string& words, const std::string& input = {}) const;
+
+  std::filesystem::path At(const std::string& name) const { return mFolder / name; }
+  std::vector<std::uint8_t> Read(const std::string& name) const;
+  void Write(const std::string& name, const std::vector<std::uint8_t>& bytes) const;
+  std::vector<std::string> FilesLeft() const;  // sorted names
+
+ private:
+  std::filesystem::path mFolder;
+};
+
+std::vector<std::uint8_t> ReadFile(const std::filesystem::path& path);
