@@ -42,10 +42,9 @@ class CallersBuffer {
   explicit CallersBuffer(const Case& conversion) {
     if (conversion.between == Between::Library) return;
     const Model::Call& call = conversion.call;
-    mSize = conversion.between == Between::CallerTooSmall
-                ? 1
-                : (call.sourceHeight + 8) * (call.sourceWidth * 6 + 64);
-    mBytes = new unsigned char[mSize];
+    mSize = conversion.between == Between::Caller ? (call.sourceHeight + 8) * (call.sourceWidth * 6 + 64) : 1;
+    mBytes = mFirst = new unsigned char[mSize];
+    mFirstSize = mSize;
   }
   ~CallersBuffer() { delete[] mBytes; }
   CallersBuffer(const CallersBuffer&) = delete;
@@ -54,21 +53,32 @@ class CallersBuffer {
   unsigned char** Bytes() { return mBytes ? &mBytes : nullptr; }
   std::uint32_t* Size() { return mBytes ? &mSize : nullptr; }
 
+  /// A buffer that is large enough stays; another grows to at least `needed`.
+  std::string FindFault(std::uint32_t needed) const {
+    if (mFirst == nullptr) return {};
+    if (mFirstSize >= needed && (mBytes != mFirst || mSize != mFirstSize))
+      return "replaced the caller's buffer";
+    return mSize >= needed ? std::string() : "left the caller's buffer too small";
+  }
+
  private:
   unsigned char* mBytes = nullptr;
-  std::uint32_t mSize = 0;
+  unsigned char* mFirst = nullptr;
+  std::uint32_t mSize = 0, mFirstSize = 0;
 };
 
-std::uint32_t Convert(const PixelConverter& converter, const Case& conversion, const std::uint8_t* source,
-                      std::uint8_t* destination) {
+std::string Convert(const PixelConverter& converter, const Case& conversion, std::uint32_t intermediateSize,
+                    const std::uint8_t* source, std::uint8_t* destination) {
   const Model::Call& call = conversion.call;
   CallersBuffer between(conversion);
-  return converter
-      .Convert(source, call.sourceWidth, call.sourceHeight, destination, call.destinationWidth,
-               call.destinationHeight, call.width, call.height, call.flags, call.destinationPadding,
-               between.Bytes(), between.Size(), call.sourcePadding, call.flip,
-               GetFilter(conversion.filter).object.get())
-      .GetCode();
+  const std::uint32_t code =
+      converter
+          .Convert(source, call.sourceWidth, call.sourceHeight, destination, call.destinationWidth,
+                   call.destinationHeight, call.width, call.height, call.flags, call.destinationPadding,
+                   between.Bytes(), between.Size(), call.sourcePadding, call.flip,
+                   GetFilter(conversion.filter).object.get())
+          .GetCode();
+  return code != 0 ? "the result code is " + std::to_string(code) : between.FindFault(intermediateSize);
 }
 
 std::string TellDifference(const Expectation& expected, std::span<const std::uint8_t> actual, std::size_t at,
@@ -106,11 +116,12 @@ std::string Checker::Check(const PixelConverter& converter, const Case& conversi
   const auto destination = mDestination.Place(expected.before, conversion.destination);
   sConverter = &converter;
   sCase = &conversion;
-  const std::uint32_t code = Convert(converter, conversion, source.data() - expected.sourceBegin,
-                                     destination.data() - expected.destinationBegin);
+  const std::string refusal =
+      Convert(converter, conversion, expected.intermediateSize, source.data() - expected.sourceBegin,
+              destination.data() - expected.destinationBegin);
   sCase = nullptr;
-  std::string fault = FindFault(expected, source, destination);
-  if (fault.empty() && code != 0) fault = "the result code is " + std::to_string(code);
+  const std::string difference = FindFault(expected, source, destination);
+  const std::string& fault = difference.empty() ? refusal : difference;
   return fault.empty() ? fault : NameOf(converter) + ": " + fault + "; " + Describe(conversion);
 }
 

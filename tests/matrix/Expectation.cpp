@@ -26,6 +26,13 @@ std::vector<std::uint8_t> Window(const Memory& memory, std::ptrdiff_t begin, std
   return {bytes.begin(), bytes.end()};
 }
 
+/// Bytes of the intermediate image; 0 where there is none.
+std::uint32_t IntermediateSize(const Model::Pair& pair, const Model::Call& call) {
+  if (pair.size() < 2) return 0;
+  const Model::Stage& first = pair.front();
+  return (call.sourceHeight + 4) * call.sourceWidth * first.source.multiplier * first.destination.bytes;
+}
+
 /// The second line of a mosaic's last pair may be one that the first stage of a chain did not write.
 bool MayReadStaleLines(const Model::Pair& pair, const Model::Call& call) {
   return pair.size() > 1 && pair.back().source.meaning == Model::Meaning::Mosaic && call.height % 2 != 0;
@@ -59,6 +66,7 @@ Expectation Expect(const Model::Pair& pair, const Case& conversion) {
   Expectation expected;
   if (MayReadStaleLines(pair, call)) expected.undefined = FindUndefined(pair, call, source, destination);
   Model::Convert(pair, call, source, destination);
+  expected.intermediateSize = IntermediateSize(pair, call);
   expected.sourceBegin = source.Begin();
   expected.destinationBegin = destination.Begin();
   expected.destinationStride = static_cast<std::ptrdiff_t>(Model::DestinationStride(pair, call));

@@ -17,6 +17,7 @@ struct Expectation {
   std::vector<std::uint8_t> source, before, after;
   std::ptrdiff_t sourceBegin = 0, destinationBegin = 0;  ///< of the windows, from the images' first bytes
   std::ptrdiff_t destinationStride = 0;
+  std::uint32_t intermediateSize = 0;  ///< bytes that a chain's buffer has at least; 0 without a chain
   std::vector<bool> undefined;  ///< bytes that depend on what an intermediate image held before; often empty
 };
 
