@@ -92,7 +92,7 @@ const std::vector<Nonsense> cNonsense{
 };
 
 INSTANTIATE_TEST_SUITE_P(Tool, NonsenseTest, testing::ValuesIn(cNonsense),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& test) { return test.param.name; });
 
 class CommandLineTest : public ToolTest {};
 

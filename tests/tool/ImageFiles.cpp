@@ -40,8 +40,11 @@ Image ReadBmp(const std::filesystem::path& path) {
     ADD_FAILURE() << path << " has " << bytes.size() << " bytes";
     return {};
   }
-  Image image{
-      .width = Little(bytes, 18, 4), .height = 0U - Little(bytes, 22, 4), .channels = 3, .greatest = 255};
+  Image image;
+  image.width = Little(bytes, 18, 4);
+  image.height = 0U - Little(bytes, 22, 4);  // negative: the rows run from top to bottom
+  image.channels = 3;
+  image.greatest = 255;
   image.bitsPerPixel = Little(bytes, 28, 2);
   if (!CheckBmpHeader(bytes, image)) return {};
   for (std::size_t at = 54; at < bytes.size(); at += image.bitsPerPixel / 8) {
@@ -83,7 +86,9 @@ bool Decode(png_structp png, png_infop info, std::FILE* file) {
 }
 
 Image Collect(png_structp png, png_infop info) {
-  Image image{.width = png_get_image_width(png, info), .height = png_get_image_height(png, info)};
+  Image image;
+  image.width = png_get_image_width(png, info);
+  image.height = png_get_image_height(png, info);
   image.channels = png_get_channels(png, info);
   const bool deep = png_get_bit_depth(png, info) == 16;
   image.greatest = deep ? 65535 : 255;

@@ -19,9 +19,10 @@ class ToolTest : public testing::Test {
   ToolTest();
   ~ToolTest() override;
 
-  // The program's words without its name, in one text; a word has no spaces. What `input` holds is its
-  // standard input.
-  ToolRun Run(const std::string& words, const std::string& input = {}) const;
+  // The program's words without its name, as a shell takes them. `input` is what its standard input holds,
+  // `before` what the shell does first.
+  ToolRun Run(const std::string& words, const std::string& input = {},
+              const std::string& before = "true") const;
 
   // Fails the test unless the program succeeds; gives its standard output.
   std::string RunWell(const std::string& words, const std::string& input = {}) const;

@@ -141,6 +141,7 @@ void CatchSignals() {
   sigaction(SIGTERM, &action, nullptr);
   action.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &action, nullptr);
+  sigaction(SIGXFSZ, &action, nullptr);
 }
 
 void ThrowIfInterrupted() {

@@ -28,7 +28,8 @@ class OutputFile {
 };
 
 // From now on SIGINT and SIGTERM are only noted, so that a started output can be removed; the next call of
-// ThrowIfInterrupted ends the work. A closed pipe is reported as a failed write.
+// ThrowIfInterrupted ends the work. A closed pipe and a
+// file that reaches the limit of sizes are reported as failed writes.
 void CatchSignals();
 void ThrowIfInterrupted();
 
