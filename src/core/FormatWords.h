@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -85,18 +86,28 @@ constexpr unsigned BitPosition(const FormatRow& row, unsigned sample, unsigned b
 
 namespace FormatWords {
 
+inline std::string Join(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const std::string_view part : parts) text.append(part);
+  return text;
+}
+
+inline std::string Number(unsigned number) {
+  return std::to_string(number);
+}
+
 /// Name of a sample in its group, with the number of its pixel where there are several.
 inline std::string NameOf(const FormatRow& row, unsigned sample) {
   const SampleUnit unit = UnitOf(row.order);
   if (row.packing == Packing::Planar) return "P";
-  std::string name(SampleNames(row.order)[sample % unit.samples]);
-  if (row.group.pixels > unit.pixels) name += std::to_string(sample / unit.samples);
-  return name;
+  const std::string_view name = SampleNames(row.order)[sample % unit.samples];
+  if (row.group.pixels == unit.pixels) return std::string(name);
+  return Join({name, Number(sample / unit.samples)});
 }
 
 /// "11..4", or "0" for a single bit
 inline std::string BitRange(unsigned high, unsigned low) {
-  return high == low ? std::to_string(high) : std::to_string(high) + ".." + std::to_string(low);
+  return high == low ? Number(high) : Join({Number(high), "..", Number(low)});
 }
 
 /// "R G B", the samples of a unit; empty when that is a single one.
@@ -104,49 +115,51 @@ inline std::string Components(const FormatRow& row) {
   const SampleUnit unit = UnitOf(row.order);
   std::string text;
   for (unsigned i = 0; unit.samples > 1 && i < unit.samples; ++i) {
-    text += (i != 0 ? " " : "") + std::string(SampleNames(row.order)[i]);
+    if (i != 0) text.append(" ");
+    text.append(SampleNames(row.order)[i]);
   }
   return text;
 }
 
 inline std::string Count(unsigned count, std::string_view thing) {
-  return std::to_string(count) + " " + std::string(thing) + (count == 1 ? "" : "s");
+  return Join({Number(count), " ", thing, count == 1 ? "" : "s"});
 }
 
 /// "a byte" or "bits 9..0 of a 16-bit little-endian word"
 inline std::string Container(const FormatRow& row) {
   if (row.container == 8) return "a byte";
-  const std::string word = "a " + std::to_string(row.container) + "-bit little-endian word";
-  return row.depth == row.container ? word : "bits " + BitRange(row.depth - 1u, 0) + " of " + word;
+  const std::string word = Join({"a ", Number(row.container), "-bit little-endian word"});
+  return row.depth == row.container ? word : Join({"bits ", BitRange(row.depth - 1u, 0), " of ", word});
 }
 
 inline std::string PlainWords(const FormatRow& row) {
   const std::string components = Components(row);
-  if (components.empty()) return "each pixel " + Container(row);
-  if (row.packing == Packing::Planar) return "planes " + components + ", each sample " + Container(row);
+  if (components.empty()) return Join({"each pixel ", Container(row)});
+  if (row.packing == Packing::Planar) return Join({"planes ", components, ", each sample ", Container(row)});
   const SampleUnit unit = UnitOf(row.order);
-  const std::string shared = unit.pixels == 1 ? "" : " for " + Count(unit.pixels, "pixel");
-  return components + shared + ", each " + Container(row);
+  if (unit.pixels == 1) return Join({components, ", each ", Container(row)});
+  return Join({components, " for ", Count(unit.pixels, "pixel"), ", each ", Container(row)});
 }
 
 inline std::string GroupWords(const FormatRow& row) {
   const std::string components = Components(row);
-  return (components.empty() ? "" : components + ", ") + Count(row.group.pixels, "pixel") + " in " +
-         Count(row.group.bytes, "byte");
+  return Join({components, components.empty() ? "" : ", ", Count(row.group.pixels, "pixel"), " in ",
+               Count(row.group.bytes, "byte")});
 }
 
 inline std::string PairWords(const FormatRow& row) {
   const unsigned low = row.depth - 8u;
-  return GroupWords(row) + ": high 8 bits of the first; low " + std::to_string(low) +
-         " bits of the first in bits " + BitRange(3 + low, 4) + " and of the second in bits " +
-         BitRange(low - 1, 0) + "; high 8 bits of the second";
+  return Join({GroupWords(row), ": high 8 bits of the first; low ", Number(low),
+               " bits of the first in bits ", BitRange(3 + low, 4), " and of the second in bits ",
+               BitRange(low - 1, 0), "; high 8 bits of the second"});
 }
 
 inline std::string WordWords(const FormatRow& row) {
-  std::string text = std::to_string(row.container) + "-bit little-endian word per pixel";
+  std::string text = Join({Number(row.container), "-bit little-endian word per pixel"});
   for (unsigned i = 0; i < SamplesInGroup(row); ++i) {
-    text += (i == 0 ? ": " : ", ") + NameOf(row, i) + " in bits " +
-            BitRange(BitPosition(row, i, SampleDepth(row, i) - 1), BitPosition(row, i, 0));
+    const unsigned high = BitPosition(row, i, SampleDepth(row, i) - 1);
+    text.append(
+        Join({i == 0 ? ": " : ", ", NameOf(row, i), " in bits ", BitRange(high, BitPosition(row, i, 0))}));
   }
   return text;
 }
@@ -175,44 +188,53 @@ inline std::string LayoutInWords(const FormatRow& row) {
   switch (row.packing) {
     case Packing::Plain:
     case Packing::Planar:
-      return PlainWords(row) + ((row.traits & kSigned) != 0 ? ", two's complement" : "");
+      return Join({PlainWords(row), (row.traits & kSigned) != 0 ? ", two's complement" : ""});
     case Packing::Dense:
-      return GroupWords(row) + ", " + std::to_string(row.depth) +
-             "-bit samples without gaps, lowest bits first";
+      return Join({GroupWords(row), ", ", Number(row.depth), "-bit samples without gaps, lowest bits first"});
     case Packing::Pair:
       return PairWords(row);
     case Packing::Word:
       return WordWords(row);
     case Packing::V1Packed:
-      return GroupWords(row) + ", low " + std::to_string(row.depth - 8) +
-             " bits of several samples in one byte";
+      return Join(
+          {GroupWords(row), ", low ", Number(row.depth - 8u), " bits of several samples in one byte"});
   }
   return {};
 }
 
-/// What each byte of a group holds, from its highest bit down, such as "P1 1..0 | P0 9..4"; "-" for unused
-/// bits.
-inline std::vector<std::string> LayoutByBytes(const FormatRow& row) {
-  struct Bit {
-    int sample = -1;
-    unsigned bit = 0;
-  };
-  std::vector<Bit> bits(row.group.bytes * 8u);
+/// A bit of a group: that of a sample, or an unused one.
+struct GroupBit {
+  int sample = -1;
+  unsigned bit = 0;
+};
+
+/// What each bit of a group holds, from the lowest bit of byte 0 up.
+inline std::vector<GroupBit> BitsOfGroup(const FormatRow& row) {
+  std::vector<GroupBit> bits(row.group.bytes * 8u);
   for (unsigned sample = 0; sample < SamplesInGroup(row); ++sample) {
     for (unsigned bit = 0; bit < SampleDepth(row, sample); ++bit) {
       bits[BitPosition(row, sample, bit)] = {static_cast<int>(sample), bit};
     }
   }
+  return bits;
+}
+
+/// What each byte of a group holds, from its highest bit down, such as "P1 5..0 | P0 9..8"; "-" for unused
+/// bits.
+inline std::vector<std::string> LayoutByBytes(const FormatRow& row) {
+  using namespace FormatWords;
+  const std::vector<GroupBit> bits = BitsOfGroup(row);
   std::vector<std::string> bytes(row.group.bytes);
   for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
-    for (std::size_t high = 8; high > 0;) {
-      std::size_t low = high - 1;
-      const Bit& top = bits[byte * 8 + low];
-      while (low > 0 && bits[byte * 8 + low - 1].sample == top.sample) --low;
-      const auto name = [&] { return FormatWords::NameOf(row, static_cast<unsigned>(top.sample)) + " "; };
-      bytes[byte] += bytes[byte].empty() ? "" : " | ";
-      bytes[byte] += top.sample < 0 ? "-" : name() + FormatWords::BitRange(top.bit, bits[byte * 8 + low].bit);
-      high = low;
+    for (std::size_t end = byte * 8 + 8; end > byte * 8;) {
+      const GroupBit& high = bits[end - 1];
+      std::size_t begin = end - 1;
+      while (begin > byte * 8 && bits[begin - 1].sample == high.sample) --begin;
+      if (!bytes[byte].empty()) bytes[byte].append(" | ");
+      bytes[byte].append(high.sample < 0 ? "-"
+                                         : Join({NameOf(row, static_cast<unsigned>(high.sample)), " ",
+                                                 BitRange(high.bit, bits[begin].bit)}));
+      end = begin;
     }
   }
   return bytes;

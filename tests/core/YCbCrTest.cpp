@@ -1,0 +1,103 @@
+#include <ZrConvertersLib/YCbCr.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace ZrConvertersLib {
+namespace {
+
+YUVPixelContext Convert(void (*matrix)(YUVPixelContext&), int y, int cb, int cr) {
+  YUVPixelContext pixel;
+  pixel.y = y;
+  pixel.cb = cb;
+  pixel.cr = cr;
+  matrix(pixel);
+  EXPECT_EQ(pixel.y, y);
+  EXPECT_EQ(pixel.cb, cb);
+  EXPECT_EQ(pixel.cr, cr);
+  return pixel;
+}
+
+void ExpectGrey(const YUVPixelContext& pixel, int value) {
+  EXPECT_EQ(pixel.r, value << 8);
+  EXPECT_EQ(pixel.g, value << 8);
+  EXPECT_EQ(pixel.b, value << 8);
+}
+
+TEST(YCbCr, MapsTheEndsOfTheLumaRange) {
+  for (const auto matrix : {YCbCrToPixel601, YCbCrToPixel709}) {
+    ExpectGrey(Convert(matrix, 16, 128, 128), 0);
+    ExpectGrey(Convert(matrix, 235, 128, 128), 255);
+    ExpectGrey(Convert(matrix, 0, 128, 128), 0);
+    ExpectGrey(Convert(matrix, 126, 128, 128), 128);
+  }
+  ExpectGrey(Convert(YCbCrToPixelJPG, 0, 128, 128), 0);
+  ExpectGrey(Convert(YCbCrToPixelJPG, 77, 128, 128), 77);
+  ExpectGrey(Convert(YCbCrToPixelJPG, 255, 128, 128), 255);
+}
+
+TEST(YCbCr, GivesTheExactValuesOfColours) {
+  // By hand: 601 at y 81, cb 90, cr 240 (red): C = 65 * 1192 = 77480, u = -38, v = 112;
+  // R = (77480 + 183008 + 512) >> 10 = 254, G = (77480 + 15238 - 93184 + 512) >> 10 = 0, B = (77480 - 78546 +
+  // 512) >> 10.
+  const YUVPixelContext red = Convert(YCbCrToPixel601, 81, 90, 240);
+  EXPECT_EQ(red.r, 254 << 8);
+  EXPECT_EQ(red.g, 0);
+  EXPECT_EQ(red.b, 0);
+  // 709: C = 84 * 1192 = 100128, u = 12, v = -28; R = 49232 >> 10, G = (100128 - 2616 + 15288 + 512) >> 10,
+  // B = (100128 + 25956 + 512) >> 10.
+  const YUVPixelContext teal = Convert(YCbCrToPixel709, 100, 140, 100);
+  EXPECT_EQ(teal.r, 48 << 8);
+  EXPECT_EQ(teal.g, 110 << 8);
+  EXPECT_EQ(teal.b, 123 << 8);
+  // JPEG: C = 102400, u = 12, v = -28; R = (102400 - 40180 + 512) >> 10, G = (102400 - 4224 + 20468 + 512) >>
+  // 10, B = (102400 + 21780 + 512) >> 10.
+  const YUVPixelContext full = Convert(YCbCrToPixelJPG, 100, 140, 100);
+  EXPECT_EQ(full.r, 61 << 8);
+  EXPECT_EQ(full.g, 116 << 8);
+  EXPECT_EQ(full.b, 121 << 8);
+}
+
+TEST(YCbCr, FollowsTheStandardsMatrices) {
+  // The real-valued matrices of BT.601, BT.709 and JFIF. The fixed-point ones stay within 1.5 of them.
+  struct Standard {
+    void (*matrix)(YUVPixelContext&);
+    double offset, y, rv, gu, gv, bu;
+  };
+  const double s = 255.0 / 219.0;
+  const double c = 255.0 / 224.0;
+  const Standard standards[] = {
+      {YCbCrToPixel601, 16, s, 1.402 * c, -0.344136 * c, -0.714136 * c, 1.772 * c},
+      {YCbCrToPixel709, 16, s, 1.5748 * c, -0.187324 * c, -0.468124 * c, 1.8556 * c},
+      {YCbCrToPixelJPG, 0, 1, 1.402, -0.344136, -0.714136, 1.772}};
+  const auto clip = [](double value) { return std::fmin(std::fmax(value, 0.0), 255.0); };
+  for (const Standard& m : standards) {
+    for (int y = 0; y < 256; y += 5) {
+      for (int cb = 0; cb < 256; cb += 5) {
+        for (int cr = 0; cr < 256; cr += 5) {
+          const YUVPixelContext pixel = Convert(m.matrix, y, cb, cr);
+          const double luma = (y - m.offset) * m.y;
+          ASSERT_NEAR(pixel.r / 256, clip(luma + m.rv * (cr - 128)), 1.5);
+          ASSERT_NEAR(pixel.g / 256, clip(luma + m.gu * (cb - 128) + m.gv * (cr - 128)), 1.5);
+          ASSERT_NEAR(pixel.b / 256, clip(luma + m.bu * (cb - 128)), 1.5);
+          ASSERT_EQ((pixel.r | pixel.g | pixel.b) & 0xFF, 0);
+        }
+      }
+    }
+  }
+}
+
+TEST(YCbCr, ClipsWhateverComes) {
+  EXPECT_EQ(Convert(YCbCrToPixel601, 255, 255, 128).b, 255 << 8);
+  constexpr int kMax = std::numeric_limits<int>::max();
+  constexpr int kMin = std::numeric_limits<int>::min();
+  for (const auto matrix : {YCbCrToPixel601, YCbCrToPixel709, YCbCrToPixelJPG}) {
+    ExpectGrey(Convert(matrix, kMax, 128, 128), 255);
+    ExpectGrey(Convert(matrix, kMin, 128, 128), 0);
+    EXPECT_EQ(Convert(matrix, 128, kMax, kMin).g, 255 << 8);
+  }
+}
+
+}  // namespace
+}  // namespace ZrConvertersLib
