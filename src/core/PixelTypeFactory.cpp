@@ -36,15 +36,6 @@ Mutex& RegistryMutex() {
   return *fresh.release();
 }
 
-/// Enters an object made by `make` under `key` unless the key is taken.
-template <class Map, class Make>
-Result Enter(Map& map, const typename Map::key_type& key, Make make) {
-  const auto place = map.lower_bound(key);
-  if (place != map.end() && place->first == key) return ResultCode::AlreadyRegistered;
-  map.emplace_hint(place, key, make());
-  return ResultCode::Success;
-}
-
 }  // namespace
 
 PixelTypeFactoryInternal::~PixelTypeFactoryInternal() {
@@ -72,14 +63,20 @@ PixelTypeFactoryCleanup::~PixelTypeFactoryCleanup() {
 Result PixelTypeFactory::RegisterPixelType(const long& id, const PixelType* type, const char*) {
   const LockScope lock(RegistryMutex(), 0);
   if (!PixelTypeFactoryCleanup::CreateInternal()) return ResultCode::RegistryNotCreated;
-  return Enter(sInternal->mTypes, id, [type] { return type->Clone(); });
+  auto& types = sInternal->mTypes;
+  if (types.contains(id)) return ResultCode::AlreadyRegistered;
+  std::unique_ptr<const PixelType> clone(type->Clone());
+  types.emplace(id, clone.get());
+  clone.release();
+  return ResultCode::Success;
 }
 
 Result PixelTypeFactory::RegisterPixelConverter(const long& source, const long& destination,
                                                 const PixelConverter* converter) {
   const LockScope lock(RegistryMutex(), 0);
   if (!PixelTypeFactoryCleanup::CreateInternal()) return ResultCode::RegistryNotCreated;
-  return Enter(sInternal->mConverters, {source, destination}, [converter] { return converter; });
+  const auto [place, stored] = sInternal->mConverters.try_emplace({source, destination}, converter);
+  return stored ? ResultCode::Success : ResultCode::AlreadyRegistered;
 }
 
 Result PixelTypeFactory::RegisterPixelConverter(const PixelConverter& converter) {

@@ -242,11 +242,11 @@ consteval bool CodesAndNamesAreDistinct() {
 
 /// Bits 25..24: one component or several. Bits 23..16: bits per pixel in memory, padding included.
 constexpr bool CodeFitsLayout(const FormatCode& entry) {
-  const FormatRow* row = FindFormat(entry.id);
-  if (row == nullptr) return false;
-  const SampleUnit unit = UnitOf(row->order);
-  const unsigned kind = unit.samples == unit.pixels ? 1 : 2;
-  return entry.code >> 24 == kind && ((entry.code >> 16) & 0xFF) == BitsInMemory(*row);
+  return FormatSatisfies(entry.id, [&entry](const FormatRow& row) {
+    const SampleUnit unit = UnitOf(row.order);
+    const unsigned kind = unit.samples == unit.pixels ? 1 : 2;
+    return entry.code >> 24 == kind && ((entry.code >> 16) & 0xFF) == BitsInMemory(row);
+  });
 }
 
 static_assert(CodesAndNamesAreDistinct());
