@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # The binary interface (functions, classes, layouts, virtual slots) equals the stored reference.
 # UPDATE=1 stores it as it is.
 set -euo pipefail

@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # The Debian packages hold what they should, name their dependencies, and the tool runs from what they unpack.
 set -euo pipefail
 build=$1 cpack=$2

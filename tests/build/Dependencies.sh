@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # The library carries its name, needs nothing beside the C and C++ standard libraries, has no text relocations
 # and no executable stack, and stays small.
 set -euo pipefail

@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # The library exports exactly the symbols of exported-symbols.txt (in the form the source has them), each with
 # the library's version, and nothing that keeps it from being unloaded.
 # UPDATE=1 stores the symbols as they are.

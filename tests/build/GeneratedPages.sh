@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # The generated pages are those that the program writes now.
 set -euo pipefail
 program=$1

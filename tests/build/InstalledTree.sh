@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # A stranger's view: install, move the tree, and build the examples against it with CMake and with pkg-config;
 # then uninstall, and nothing is left.
 set -euo pipefail

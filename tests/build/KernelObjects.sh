@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # Code compiled for a newer CPU must not be reachable on an older one. So a kernel object defines one symbol
 # that others see, its constant table; no weak or COMDAT function (the linker might take this copy for all);
 # nothing that runs when the library is loaded; and calls nothing but the C library's memory functions.
