@@ -1,0 +1,107 @@
+#include <ZrConvertersLib/Format.h>
+#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/PixelTypes.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "model/Formats.h"
+#include "support/Registry.h"
+
+namespace {
+
+using namespace ZrConvertersLib;
+namespace Ids = PixelTypeIds;
+
+std::uint64_t LineBytes(long format, std::uint64_t width) {
+  FrameLayout layout;
+  EXPECT_TRUE(DescribeFrame(format, width, 1, 0, layout).IsSuccess());
+  return layout.bytesPerLine;
+}
+
+TEST(FormatTest, EveryFormatIsFoundByIdAndName) {
+  EXPECT_EQ(Formats().size(), 88u);
+  for (const FormatInfo& info : Formats()) {
+    EXPECT_EQ(FindFormatInfo(info.id), &info);
+    EXPECT_EQ(FindFormatInfo(info.name), &info);
+    EXPECT_FALSE(info.layout.empty()) << info.name;
+  }
+  EXPECT_TRUE(std::ranges::is_sorted(Formats(), {}, &FormatInfo::id));
+  EXPECT_EQ(FindFormatInfo(265), nullptr);
+  EXPECT_EQ(FindFormatInfo(-1), nullptr);
+  EXPECT_EQ(FindFormatInfo("Mono"), nullptr);
+  EXPECT_EQ(FindFormatInfo(""), nullptr);
+}
+
+TEST(FormatTest, SourcesAndDestinationsAreThoseOfTheRegistry) {
+  std::set<long> sources;
+  std::set<long> destinations;
+  for (const auto& [source, destination] : TestSupport::RegisteredPairs()) {
+    sources.insert(source);
+    destinations.insert(destination);
+  }
+  for (const FormatInfo& info : Formats()) {
+    EXPECT_EQ(info.isSource, sources.contains(info.id)) << info.name;
+    EXPECT_EQ(info.isDestination, destinations.contains(info.id)) << info.name;
+    EXPECT_EQ(DestinationsOf(info.id), TestSupport::DestinationsOf(info.id)) << info.name;
+  }
+  EXPECT_TRUE(DestinationsOf(-1).empty());
+}
+
+TEST(FormatTest, LinesTakeTheirBitsRoundedUp) {
+  EXPECT_EQ(LineBytes(Ids::Mono1p, 9), 2u);
+  EXPECT_EQ(LineBytes(Ids::Mono4p, 3), 2u);
+  EXPECT_EQ(LineBytes(Ids::Mono10p, 5), 7u);
+  EXPECT_EQ(LineBytes(Ids::Mono12Packed, 3), 5u);
+  EXPECT_EQ(LineBytes(Ids::Mono10Packed, 3), 5u);
+  EXPECT_EQ(LineBytes(Ids::YCbCr10p_CbYCr, 3), 12u);
+  EXPECT_EQ(LineBytes(Ids::YCbCr12p_CbYCr, 3), 14u);
+  EXPECT_EQ(LineBytes(Ids::YCbCr422_10p, 6), 15u);
+  EXPECT_EQ(LineBytes(Ids::YCbCr411_8, 8), 12u);
+  EXPECT_EQ(LineBytes(Ids::RGB10, 3), 18u);
+  EXPECT_EQ(LineBytes(Ids::BGRa14, 3), 24u);
+  EXPECT_EQ(LineBytes(Ids::RGB12_Planar, 3), 6u);
+}
+
+TEST(FormatTest, FramesTakeTheirPlanes) {
+  FrameLayout layout;
+  ASSERT_TRUE(DescribeFrame(Ids::RGB10_Planar, 5, 7, 16, layout).IsSuccess());
+  EXPECT_EQ(layout.bytesPerLine, 10u);
+  EXPECT_EQ(layout.stride, 16u);
+  EXPECT_EQ(layout.planes, 3u);
+  EXPECT_EQ(layout.bytesPerPlane, 7 * 16u);
+  EXPECT_EQ(layout.frameBytes, 3 * 7 * 16u);
+  EXPECT_EQ(layout.leastBytes, 3 * 7 * 16u - 6);
+}
+
+TEST(FormatTest, LargeFramesAreCountedIn64Bits) {
+  FrameLayout layout;
+  ASSERT_TRUE(DescribeFrame(Ids::RGB16, 80'000'000, 4'000'000'000, 0, layout).IsSuccess());
+  EXPECT_EQ(layout.frameBytes, 80'000'000ull * 6 * 4'000'000'000ull);
+}
+
+TEST(FormatTest, WhatCannotBeIsRefusedAndLeavesTheLayout) {
+  FrameLayout layout;
+  layout.stride = 77;
+  const auto code = [&](long format, std::uint64_t width, std::uint64_t height, std::uint64_t stride) {
+    return DescribeFrame(format, width, height, stride, layout).GetCode();
+  };
+  EXPECT_EQ(code(265, 1, 1, 0), FrameCode::UnknownFormat);
+  EXPECT_EQ(code(Ids::Mono8, 0, 1, 0), FrameCode::ZeroSize);
+  EXPECT_EQ(code(Ids::Mono8, 1, 0, 0), FrameCode::ZeroSize);
+  EXPECT_EQ(code(Ids::YCbCr422_12p, 3, 1, 0), FrameCode::WidthNotAllowed);
+  EXPECT_EQ(code(Ids::YCbCr411_8_CbYYCrYY, 6, 1, 0), FrameCode::WidthNotAllowed);
+  EXPECT_EQ(code(Ids::Mono12p, 3, 1, 4), FrameCode::StrideTooSmall);
+  EXPECT_EQ(code(Ids::Mono8, UINT64_MAX, 1, 0), FrameCode::FrameTooLarge);
+  EXPECT_EQ(code(Ids::Mono8, 1, UINT64_MAX, 0), FrameCode::FrameTooLarge);
+  EXPECT_EQ(code(Ids::Mono8, 1, 1, UINT64_MAX), FrameCode::FrameTooLarge);
+  EXPECT_EQ(layout.stride, 77u);
+}
+
+TEST(FormatTest, FamiliesHaveNames) {
+  EXPECT_EQ(FamilyName(FormatFamily::YCbCr), "YCbCr");
+  EXPECT_EQ(FamilyName(static_cast<FormatFamily>(99)), "");
+}
+
+}  // namespace

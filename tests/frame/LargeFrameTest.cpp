@@ -1,0 +1,121 @@
+#include <ZrConvertersLib/FrameConverter.h>
+#include <ZrConvertersLib/PixelTypes.h>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+
+#include <cstring>
+#include <new>
+#include <vector>
+
+#include "support/Pattern.h"
+
+// Frames whose steps or intermediate images do not fit one raw call.
+
+namespace {
+
+using namespace ZrConvertersLib;
+namespace Ids = PixelTypeIds;
+
+constexpr std::size_t kLongestStride = std::size_t{1} << 29;
+
+/// Address space that takes memory only where it is touched.
+class SparseMemory {
+ public:
+  explicit SparseMemory(std::size_t size) : mSize(size) {
+    void* memory =
+        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) throw std::bad_alloc();
+    mBytes = static_cast<std::uint8_t*>(memory);
+  }
+  ~SparseMemory() { munmap(mBytes, mSize); }
+  SparseMemory(const SparseMemory&) = delete;
+  SparseMemory& operator=(const SparseMemory&) = delete;
+
+  std::uint8_t* Data() { return mBytes; }
+  std::size_t Size() const { return mSize; }
+
+ private:
+  std::size_t mSize;
+  std::uint8_t* mBytes;
+};
+
+struct Wide {
+  const char* name;
+  long source;
+  long destination;
+  Demosaic demosaic = Demosaic::Fast;
+  bool flip = false;
+};
+
+class LongestStrideTest : public testing::TestWithParam<Wide> {};
+
+TEST_P(LongestStrideTest, GivesThePictureOfATightFrame) {
+  constexpr std::uint32_t kWidth = 9;
+  constexpr std::uint32_t kHeight = 9;
+  FrameOptions options;
+  options.demosaic = GetParam().demosaic;
+  options.flipVertical = GetParam().flip;
+  FrameConverter converter;
+  ASSERT_TRUE(
+      converter.Configure(GetParam().source, GetParam().destination, kWidth, kHeight, options).IsSuccess());
+  const FrameLayout in = converter.SourceLayout();
+  const FrameLayout out = converter.DestinationLayout();
+  std::vector<std::uint8_t> frame(in.frameBytes);
+  std::vector<std::uint8_t> picture(out.frameBytes);
+  TestSupport::Fill(frame, TestSupport::Content::Noise, 1);
+  ASSERT_TRUE(
+      converter.Convert(SourceView::Of(frame, kWidth, kHeight), DestinationView::Of(picture, kWidth, kHeight))
+          .IsSuccess());
+
+  SparseMemory wideFrame(kLongestStride * kHeight);
+  SparseMemory widePicture(kLongestStride * kHeight * out.planes);
+  for (std::size_t y = 0; y < kHeight; ++y) {
+    std::memcpy(wideFrame.Data() + y * kLongestStride, frame.data() + y * in.stride, in.stride);
+  }
+  ASSERT_TRUE(converter
+                  .Convert({wideFrame.Data(), wideFrame.Size(), kLongestStride, kWidth, kHeight},
+                           {widePicture.Data(), widePicture.Size(), kLongestStride, kWidth, kHeight})
+                  .IsSuccess());
+  for (std::size_t line = 0; line < std::size_t{kHeight} * out.planes; ++line) {
+    ASSERT_EQ(std::memcmp(widePicture.Data() + line * kLongestStride, picture.data() + line * out.stride,
+                          out.stride),
+              0)
+        << "line " << line;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pairs, LongestStrideTest,
+    testing::Values(Wide{"Mono", Ids::Mono12p, Ids::RGB8},
+                    Wide{"MonoFlipped", Ids::Mono8, Ids::BGRa8, Demosaic::Fast, true},
+                    Wide{"Planes", Ids::Mono16, Ids::RGB16_Planar}, Wide{"Bayer", Ids::Bayer8, Ids::RGB8},
+                    Wide{"BayerFlipped", Ids::Bayer8, Ids::RGB8, Demosaic::Fast, true},
+                    Wide{"BayerInterpolated", Ids::Bayer16, Ids::RGB8, Demosaic::Interpolate},
+                    Wide{"Chain", Ids::Bayer12p, Ids::RGB16},
+                    Wide{"ChainFlipped", Ids::Bayer12p, Ids::RGB16, Demosaic::Fast, true},
+                    Wide{"ChainInterpolated", Ids::Bayer12p, Ids::BGR8, Demosaic::Interpolate},
+                    Wide{"BayerPlanes", Ids::Bayer10p, Ids::RGB8_Planar, Demosaic::Interpolate}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+/// So many pixels that a chain's intermediate image is made in several calls.
+TEST(LargeFrameTest, ALongChainEqualsItsBands) {
+  constexpr std::uint32_t kWidth = 16384;
+  constexpr std::uint32_t kHeight = 2501;
+  FrameOptions options;
+  options.demosaic = Demosaic::Interpolate;
+  FrameConverter converter;
+  ASSERT_TRUE(converter.Configure(Ids::Bayer12p, Ids::Mono8, kWidth, kHeight, options).IsSuccess());
+  std::vector<std::uint8_t> frame(converter.SourceLayout().frameBytes);
+  TestSupport::Fill(frame, TestSupport::Content::Noise, 2);
+  std::vector<std::uint8_t> whole(converter.DestinationLayout().frameBytes);
+  std::vector<std::uint8_t> bands(whole.size());
+  const SourceView source = SourceView::Of(frame, kWidth, kHeight);
+  const DestinationView picture = DestinationView::Of(bands, kWidth, kHeight);
+  ASSERT_TRUE(converter.Convert(source, DestinationView::Of(whole, kWidth, kHeight)).IsSuccess());
+  for (std::uint32_t first = 0; first < kHeight; first += 501) {
+    ASSERT_TRUE(converter.ConvertLines(first, std::min(501u, kHeight - first), source, picture).IsSuccess());
+  }
+  EXPECT_TRUE(whole == bands);
+}
+
+}  // namespace
