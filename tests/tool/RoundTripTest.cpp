@@ -39,6 +39,12 @@ std::vector<Source> AllSources() {
   return sources;
 }
 
+std::vector<Source> Mosaics() {
+  std::vector<Source> sources = AllSources();
+  std::erase_if(sources, [](const Source& source) { return source.format->family != FormatFamily::Bayer; });
+  return sources;
+}
+
 // A picture in RGB8.
 struct Picture {
   unsigned width;
@@ -130,15 +136,9 @@ TEST_P(RoundTripTest, OddSize) {
   ExpectChart(Convert(Format().widthMultiple == 1 ? 191 : 196, 101));
 }
 
-TEST_P(RoundTripTest, InterpolatedMosaic) {
-  if (Format().family != FormatFamily::Bayer) GTEST_SKIP() << "no mosaic";
-  ExpectChart(Convert(191, 101, "-d interpolate"));
-}
-
+// The fast demosaic gives the last column of an odd width no green in one phase, as the raw call defines it.
 TEST_P(RoundTripTest, LastLineAndColumnArePartOfThePicture) {
-  if (GetParam().options == " -p GBRG")
-    GTEST_SKIP() << "the fast method defines no green for its last odd column";
-  const Picture picture = Convert(Format().widthMultiple == 1 ? 191 : 196, 101);
+  const Picture picture = Convert(Format().widthMultiple == 1 ? 191 : 196, 101, "-d interpolate");
   const Chart chart(picture.width, picture.height);
   ExpectPixel(picture, chart, picture.width - 1, picture.height * 46 / 100);
   const Colour bottom = picture.At(picture.width * 3 / 4, picture.height - 1);
@@ -182,6 +182,12 @@ TEST_P(RoundTripTest, PaddingBetweenLinesIsSkipped) {
   EXPECT_EQ(Read("out.raw"), tight.bytes);
 }
 
+class MosaicTest : public RoundTripTest {};
+
+TEST_P(MosaicTest, InterpolatedColours) {
+  ExpectChart(Convert(191, 101, "-d interpolate"));
+}
+
 std::string NameOf(const testing::TestParamInfo<Source>& test) {
   std::string name = std::string(test.param.format->name) + test.param.options;
   std::replace_if(
@@ -190,6 +196,7 @@ std::string NameOf(const testing::TestParamInfo<Source>& test) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Sources, RoundTripTest, testing::ValuesIn(AllSources()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Sources, MosaicTest, testing::ValuesIn(Mosaics()), NameOf);
 
 TEST(SourceLayout, EverySourceOfTheLibraryHasOne) {
   std::size_t sources = 0;

@@ -8,7 +8,7 @@
 namespace zrconvert {
 namespace {
 
-constexpr int cCompression = 4;  // a third of the default's time for files that are a few per cent larger
+constexpr int cCompression = 4;  // half the time of the default (6) for camera frames, at the same size
 
 [[noreturn]] void OnError(png_structp, png_const_charp message) {
   throw Failure(std::string("cannot write the picture: ") + message);
