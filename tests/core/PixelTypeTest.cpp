@@ -52,7 +52,8 @@ TEST(Catalogue, NamesSourcesWithoutType) {
 TEST(Catalogue, HasAClassForEveryType) {
   for (const CatalogueEntry& entry : kCatalogue) {
     const std::unique_ptr<PixelType> type = entry.make();
-    EXPECT_NE(typeid(*type), typeid(PixelType)) << entry.name;
+    const PixelType& object = *type;
+    EXPECT_NE(typeid(object), typeid(PixelType)) << entry.name;
     EXPECT_EQ(type->GetTypeID(), 7);
     EXPECT_EQ(type->GetPixelBitSize(), 8);
     EXPECT_EQ(type->GetPixelByteSize(), 9);
@@ -63,7 +64,8 @@ TEST(Catalogue, HasAClassForEveryType) {
 TEST(PixelType, ClonesIntoAPlainType) {
   const ZrConvertersLib::Mono8 type(Ids::Mono8, 8, 1, true);
   const std::unique_ptr<const PixelType> clone(type.Clone());
-  EXPECT_EQ(typeid(*clone), typeid(PixelType));
+  const PixelType& object = *clone;
+  EXPECT_EQ(typeid(object), typeid(PixelType));
   EXPECT_EQ(clone->GetTypeID(), 512);
   EXPECT_EQ(clone->GetPixelBitSize(), 8);
   EXPECT_EQ(clone->GetPixelByteSize(), 1);
