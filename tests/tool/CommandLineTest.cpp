@@ -1,5 +1,7 @@
 // What the tool says to nonsense, and that it leaves nothing behind.
 #include <algorithm>
+#include <regex>
+#include <set>
 
 #include "ToolRunner.h"
 
@@ -136,6 +138,35 @@ TEST_F(CommandLineTest, NameAndCodeSettlePattern) {
   RunWell("convert site.raw c.raw -f Bayer12p -s 64x48");
   EXPECT_EQ(Read("a.raw"), Read("b.raw"));
   EXPECT_NE(Read("a.raw"), Read("c.raw"));
+}
+
+// The words that begin with a dash in the help of a command.
+std::set<std::string> OptionsIn(const std::string& help) {
+  static const std::regex cOption("(^|[ ,])(--?[a-zA-Z][a-z-]*)");
+  std::set<std::string> options;
+  for (std::sregex_iterator match(help.begin(), help.end(), cOption), end; match != end; ++match) {
+    options.insert((*match)[2]);
+  }
+  return options;
+}
+
+TEST_F(CommandLineTest, ManPageAndCompletionKnowEveryOption) {
+  const auto text = [](const char* name) {
+    const std::vector<std::uint8_t> bytes = ReadFile(std::filesystem::path(ZRCONVERT_SOURCE) / name);
+    std::string page(bytes.begin(), bytes.end());
+    std::erase(page, '\\');
+    return page;
+  };
+  const std::string page = text("zrconvert.1");
+  const std::string completion = text("zrconvert.bash");
+  for (const char* command : {"convert", "chart", "info", "formats", "pairs"}) {
+    const std::set<std::string> options = OptionsIn(RunWell(std::string(command) + " --help"));
+    EXPECT_TRUE(options.contains("--help"));
+    for (const std::string& option : options) {
+      EXPECT_NE(completion.find(option), std::string::npos) << option;
+      EXPECT_TRUE(option == "-h" || option == "--help" || page.find(option) != std::string::npos) << option;
+    }
+  }
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ TEST_F(OutputTest, FullDiskIsToldForEveryContainer) {
 }
 
 // Files may have 1024 bytes and not one more.
-const std::string cLimit = "ulimit -f 2";
+const std::string cLimit = "ulimit -f 2 &&";
 
 TEST_F(OutputTest, TruncatedWriteLeavesNoFile) {
   for (const char* container : {"bmp", "png", "pgm", "raw"}) {
@@ -57,7 +57,7 @@ TEST_F(OutputTest, LinkStaysAndItsFileIsReplaced) {
 }
 
 TEST_F(OutputTest, RightsAreThoseOfANewFileOrStay) {
-  EXPECT_EQ(Run(cConvert + "new.pgm", {}, "umask 027").exitCode, 0);
+  EXPECT_EQ(Run(cConvert + "new.pgm", {}, "umask 027 &&").exitCode, 0);
   EXPECT_EQ(fs::status(At("new.pgm")).permissions(), fs::perms{0640});
   fs::permissions(At("new.pgm"), fs::perms{0604});
   RunWell(cConvert + "new.pgm");
@@ -68,6 +68,13 @@ TEST_F(OutputTest, InputMayBeOutput) {
   const std::vector<std::uint8_t> before = Read("in.raw");
   RunWell(cConvert + "in.raw -t Mono16");
   EXPECT_EQ(Read("in.raw").size(), 2 * before.size());
+}
+
+TEST_F(OutputTest, InterruptionLeavesNoFile) {
+  const ToolRun run = Run("chart out.raw -f Mono8 -s 64x48 --frames 1000000", {}, "timeout -s INT 0.2");
+  EXPECT_EQ(run.exitCode, 124) << "the code of timeout when it had to end the program";
+  EXPECT_NE(run.errors.find("interrupted"), std::string::npos) << run.errors;
+  EXPECT_EQ(FilesLeft(), Names{"in.raw"});
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ ToolRun ToolTest::Run(const std::string& words, const std::string& input, const 
   const fs::path folder = mFolder.parent_path() / "streams";
   const Streams streams{folder / "in", folder / "out", folder / "err"};
   std::ofstream(streams.input, std::ios::binary) << input;
-  const std::string command = "cd '" + mFolder.string() + "' && " + before + " && '" ZRCONVERT "' " + words +
+  const std::string command = "cd '" + mFolder.string() + "' && " + before + " '" ZRCONVERT "' " + words +
                               " <'" + streams.input.string() + "' >'" + streams.output.string() + "' 2>'" +
                               streams.errors.string() + "'";
   const int status = std::system(command.c_str());

@@ -20,9 +20,8 @@ class ToolTest : public testing::Test {
   ~ToolTest() override;
 
   // The program's words without its name, as a shell takes them. `input` is what its standard input holds,
-  // `before` what the shell does first.
-  ToolRun Run(const std::string& words, const std::string& input = {},
-              const std::string& before = "true") const;
+  // `before` what stands before the program's name.
+  ToolRun Run(const std::string& words, const std::string& input = {}, const std::string& before = {}) const;
 
   // Fails the test unless the program succeeds; gives its standard output.
   std::string RunWell(const std::string& words, const std::string& input = {}) const;
