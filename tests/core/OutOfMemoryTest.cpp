@@ -33,6 +33,9 @@ void* AllocateOrThrow(std::size_t size) {
 
 }  // namespace
 
+// GCC takes one side that is inlined for a mismatch with the other.
+#define ZR_NOT_INLINED __attribute__((noinline))
+
 void* operator new(std::size_t size) {
   return AllocateOrThrow(size);
 }
@@ -45,16 +48,16 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
   return Allocate(size);
 }
-void operator delete(void* memory) noexcept {
+ZR_NOT_INLINED void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete[](void* memory) noexcept {
+ZR_NOT_INLINED void operator delete[](void* memory) noexcept {
   std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+ZR_NOT_INLINED void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
-void operator delete[](void* memory, std::size_t) noexcept {
+ZR_NOT_INLINED void operator delete[](void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 
