@@ -246,6 +246,26 @@ TEST(ComplexConverter, RefusesAnIntermediateImageOverFourGigabytes) {
   EXPECT_TRUE(first.calls.empty());
 }
 
+TEST(ComplexConverter, RefusesABlockThatOverflowsEvenSixtyFourBits) {
+  // A flipped block that is not whole needs three blocks of room: 3 x 2^31 lines of 2863311531 bytes are 2^64
+  // + 2^31.
+  class Huge : public CallRecorder {
+   public:
+    using CallRecorder::CallRecorder;
+    using PixelConverter::GetDestinationByteSize;
+    std::uint32_t GetDestinationByteSize(std::uint32_t width) const override {
+      return width == 1 ? 2863311531 : 0;
+    }
+  };
+  Huge first({.lines = 1u << 31});
+  CallRecorder second;
+  Pipeline pipeline;
+  ConvertCall call{nullptr, 1, 1, nullptr, 1, 1, 1, 1, 0, 0, &pipeline.buffer, &pipeline.size};
+  call.flipVertical = true;
+  EXPECT_EQ(call.On(Chain(first, second)).GetCode(), 26u);
+  EXPECT_EQ(pipeline.buffer, nullptr);
+}
+
 /// Fills every byte a first stage may write: whole groups of 8 pixels past the width, blocks past the height,
 /// single lines that go back by one. Remembers how far it went.
 class Sprawling : public TestConverter {

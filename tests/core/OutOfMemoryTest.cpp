@@ -112,6 +112,21 @@ TEST_F(OutOfMemory, RegistryIsNotCreated) {
   EXPECT_FALSE(code([&] { return PixelTypeFactory::HasConverter(-1, -2); }));
 }
 
+/// A buffer that is just large enough is used as it is.
+TEST_F(OutOfMemory, ChainNeedsNoneForALargeEnoughBuffer) {
+  PixelConverter stage(-20, -21, 1, 2, 1, 1, false);
+  const ComplexConverter chain(&stage, &stage);
+  std::uint32_t size = (10 + 4) * 16 * 2;
+  unsigned char* buffer = new unsigned char[size];
+  sAllocationsLeft = 0;
+  for (const std::uint32_t flags : {0u, PixelConverter::FLAG_BAND_MIDDLE}) {
+    EXPECT_NO_THROW(
+        chain.Convert(nullptr, 16, 10, nullptr, 16, 10, 16, 10, flags, 0, &buffer, &size, 0, false, nullptr));
+  }
+  Recover();
+  delete[] buffer;
+}
+
 TEST_F(OutOfMemory, ChainIsLeftWithoutBuffer) {
   PixelConverter stage(-10, -11, 1, 1, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);
