@@ -95,6 +95,7 @@ std::vector<std::string> Split(std::string_view& rest) {
 
 void Run(const std::vector<std::string>& words) {
   std::vector<const char*> pointers;
+  pointers.reserve(words.size());
   for (const std::string& word : words) pointers.push_back(word.c_str());
   try {
     ReadCommandLine(static_cast<int>(pointers.size()), pointers.data(),

@@ -79,8 +79,8 @@ Colour Chart::At(unsigned x, unsigned y) const {
   if (std::uint64_t{x} + y < marker + marker / 4) return {0, 0, 0};
   if (y < RowAt(cRampTop, mHeight)) return ColourBar(x);
   if (y < RowAt(cStepsTop, mHeight)) return Grey(Across(x, mWidth));
-  if (y < mFieldTop) return Grey(double(std::uint64_t{x} * cSteps / mWidth) / (cSteps - 1));
-  return Field(x, y);
+  const std::uint64_t step = std::uint64_t{x} * cSteps / mWidth;
+  return y < mFieldTop ? Grey(double(step) / (cSteps - 1)) : Field(x, y);
 }
 
 }  // namespace zrconvert
