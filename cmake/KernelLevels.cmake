@@ -20,8 +20,12 @@ function(zr_add_kernel_levels target)
     zr_warnings(${objects})
     target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR}/src)
     target_compile_definitions(${objects} PRIVATE ZR_LEVEL=${level})
-    target_compile_options(${objects} PRIVATE ${flags_${level}} -fno-exceptions -fno-rtti -fno-math-errno
-                                              -fvisibility=hidden -Wno-psabi)
+    target_compile_options(${objects} PRIVATE ${flags_${level}} -O2 -fno-exceptions -fno-rtti -fno-math-errno
+                                              -fvisibility=hidden)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # Some of GCC's own intrinsics start from a vector they leave uninitialised on purpose.
+      target_compile_options(${objects} PRIVATE -Wno-psabi -Wno-maybe-uninitialized)
+    endif()
     set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)
     set_property(TARGET ${target} APPEND PROPERTY ZR_LEVEL_TARGETS ${objects})

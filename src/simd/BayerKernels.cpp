@@ -1,0 +1,162 @@
+#include "simd/Line.h"
+
+/// Readings of colour filter mosaics, a pair of lines at a time. All arithmetic is on 8-bit samples. A 16-bit
+/// lane holds two neighbouring columns, the even one in its low byte.
+
+namespace ZrConvertersLib::simd {
+namespace {
+
+/// One channel of a block as two vectors of 16-bit values, of its even and of its odd columns.
+struct Columns {
+  U16 even, odd;
+};
+
+template <class Channel>
+struct FromColumns;
+
+template <>
+struct FromColumns<U8> {
+  static ZR_INLINE U8 Get(const Columns& x) { return As<U8>((x.even >> 8) | (x.odd & Splat16(0xFF00))); }
+};
+
+template <>
+struct FromColumns<Words> {
+  static ZR_INLINE Words Get(const Columns& x) { return InterleaveWords(x.even, x.odd); }
+};
+
+/// Mosaic samples in bytes.
+struct ByteSamples {
+  explicit ZR_INLINE ByteSamples(const LineJob&) {}
+
+  ZR_INLINE U16 Read(const std::uint8_t* line, std::size_t x) const { return As<U16>(Load(line + x)); }
+};
+
+/// Mosaic samples in words: shifted down, then cut to 8 bits.
+struct WordSamples {
+  explicit ZR_INLINE WordSamples(const LineJob& job) : mShift(job.shift) {}
+
+  ZR_INLINE U16 Read(const std::uint8_t* line, std::size_t x) const {
+    const Words samples = LoadWords(line + 2 * x);
+    return As<U16>(NarrowLow({ShiftRight(samples.a, mShift), ShiftRight(samples.b, mShift)}));
+  }
+
+ private:
+  std::uint32_t mShift;
+};
+
+/// Picks one column of each pair: the one that red has in its line, or the other.
+class Phase {
+ public:
+  explicit ZR_INLINE Phase(const LineJob& job) : mUp(job.redAtEvenColumn ? 8 : 0) {}
+
+  ZR_INLINE U16 AtRed(U16 pair) const { return ShiftLeft(pair, mUp) >> 8; }
+  ZR_INLINE U16 BesideRed(U16 pair) const { return ShiftLeft(pair, 8 - mUp) >> 8; }
+
+ private:
+  std::uint32_t mUp;
+};
+
+template <class Channel>
+ZR_INLINE Channel Both(U16 value) {
+  return FromColumns<Channel>::Get({value, value});
+}
+
+/// Fast demosaic: one colour for the four pixels of a tile, green the mean of its two. Source 0 is the line
+/// with red, source 1 the line with blue; both destination lines get the same pixels.
+template <class Samples, class Writer>
+void FastLines(const LineJob& job) {
+  using Channel = typename Writer::Channel;
+  const Samples samples(job);
+  const Phase phase(job);
+  const Writer writer(job);
+  EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
+    const U16 withRed = samples.Read(job.source[0], x), withBlue = samples.Read(job.source[1], x);
+    const U16 green = phase.BesideRed(withRed) + phase.AtRed(withBlue);
+    const Colour<Channel> block = {Both<Channel>(phase.AtRed(withRed) << 8), Both<Channel>(green << 7),
+                                   Both<Channel>(phase.BesideRed(withBlue) << 8)};
+    writer.Write(job.destination[0] + x * Writer::kStep, block);
+    writer.Write(job.destination[1] + x * Writer::kStep, block);
+  });
+}
+
+/// Values of the pixels of one line: `own` is the line's colour beside green, `other` the one of its
+/// neighbours.
+template <class Channel>
+struct Interpolated {
+  Channel own, green, other;
+};
+
+/// Bilinear demosaic of one line from the lines above and below, which like itself may be read one column to
+/// either side. Own sites and green sites alternate; `ownOdd` says whether own sites are the odd columns.
+class Bilinear {
+ public:
+  explicit ZR_INLINE Bilinear(bool ownOdd) : mOwn(ownOdd ? 1 : 0), mOddOwn(Splat16(ownOdd ? 0xFFFF : 0)) {}
+
+  template <class Channel>
+  ZR_INLINE Interpolated<Channel> Read(const std::uint8_t* const line[3], std::size_t x) const {
+    const std::uint8_t *above = line[0] + x + mOwn, *here = line[1] + x + mOwn, *below = line[2] + x + mOwn;
+    const U16 aboveLeft = Pair(above - 1), aboveRight = Pair(above + 1);
+    const U16 left = Pair(here - 1), right = Pair(here + 1);
+    const U16 belowLeft = Pair(below - 1), belowRight = Pair(below + 1);
+    const U16 edges = High(aboveLeft) + High(belowLeft) + Low(left) + Low(right);
+    const U16 corners = Low(aboveLeft) + Low(aboveRight) + Low(belowLeft) + Low(belowRight);
+
+    const std::size_t green = x + (1 - mOwn);
+    const U16 greenLeft = Pair(line[1] + green - 1), greenRight = Pair(line[1] + green + 1);
+    const U16 upright = Low(Pair(line[0] + green)) + Low(Pair(line[2] + green));
+    return {Merge<Channel>(High(left) << 8, (Low(greenLeft) + Low(greenRight)) << 7),
+            Merge<Channel>(edges << 6, High(greenLeft) << 8), Merge<Channel>(corners << 6, upright << 7)};
+  }
+
+ private:
+  static ZR_INLINE U16 Pair(const std::uint8_t* p) { return As<U16>(Load(p)); }
+  static ZR_INLINE U16 Low(U16 pair) { return pair & Splat16(0xFF); }
+  static ZR_INLINE U16 High(U16 pair) { return pair >> 8; }
+
+  template <class Channel>
+  ZR_INLINE Channel Merge(U16 atOwn, U16 atGreen) const {
+    const U16 swapped = (atOwn ^ atGreen) & mOddOwn;
+    return FromColumns<Channel>::Get({atOwn ^ swapped, atGreen ^ swapped});
+  }
+
+  std::size_t mOwn;
+  U16 mOddOwn;
+};
+
+/// Sources 0 to 2 are the line with red between its neighbours, 3 to 5 the line with blue; destination 0
+/// takes the former, 1 the latter. The upper line is written first, which shows where planes of the two lines
+/// overlap.
+template <class, class Writer>
+void BilinearLines(const LineJob& job) {
+  using Channel = typename Writer::Channel;
+  const Bilinear redLine(!job.redAtEvenColumn), blueLine(job.redAtEvenColumn);
+  const Writer writer(job);
+  const bool order[2] = {!job.redBelow, job.redBelow};
+  for (const bool red : order) {
+    if (red) {
+      EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
+        const Interpolated<Channel> p = redLine.Read<Channel>(job.source, x);
+        writer.Write(job.destination[0] + x * Writer::kStep, Colour<Channel>{p.own, p.green, p.other});
+      });
+    } else {
+      EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
+        const Interpolated<Channel> p = blueLine.Read<Channel>(job.source + 3, x);
+        writer.Write(job.destination[1] + x * Writer::kStep, Colour<Channel>{p.other, p.green, p.own});
+      });
+    }
+  }
+}
+
+constinit const LineFunction kRows[][kWritings] = {
+    ZR_ROW(FastLines, ByteSamples),
+    ZR_ROW(FastLines, WordSamples),
+    ZR_ROW(BilinearLines, void),
+};
+
+}  // namespace
+
+extern const FamilyKernels ZR_AT_LEVEL(kBayerKernels);
+constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {Reading::BayerFast8,
+                                                            sizeof kRows / sizeof kRows[0], kRows};
+
+}  // namespace ZrConvertersLib::simd

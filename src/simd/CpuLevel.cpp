@@ -1,0 +1,161 @@
+#include "simd/CpuLevel.h"
+
+#include <ZrConvertersLib/CpuLevel.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <string_view>
+
+namespace ZrConvertersLib::simd {
+
+/// Declares what the kernel files export at one level.
+#define ZR_DECLARE_LEVEL(level)                    \
+  extern const FamilyKernels kMonoKernels##level;  \
+  extern const FamilyKernels kBayerKernels##level; \
+  extern const FamilyKernels kRGBKernels##level;   \
+  extern const FamilyKernels kYCbCrKernels##level; \
+  extern const StreamFunction kStream##level;
+
+#define ZR_LEVEL_ROW(level, name, runs, block)                                                     \
+  Level {                                                                                          \
+    name, runs, block,                                                                             \
+        {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level}, \
+        &kStream##level                                                                            \
+  }
+
+namespace {
+bool Always() {
+  return true;
+}
+}  // namespace
+
+#if defined(__x86_64__)
+
+ZR_DECLARE_LEVEL(Baseline)
+ZR_DECLARE_LEVEL(V2)
+ZR_DECLARE_LEVEL(V3)
+ZR_DECLARE_LEVEL(V4)
+
+namespace {
+
+bool RunsV2() {
+  return __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.2") &&
+         __builtin_cpu_supports("popcnt");
+}
+
+bool RunsV3() {
+  return RunsV2() && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
+         __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma");
+}
+
+bool RunsV4() {
+  return RunsV3() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+         __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") &&
+         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
+         __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("avx512vnni");
+}
+
+constinit const std::array kLevels = {
+    ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16),
+    ZR_LEVEL_ROW(V2, "x86-64-v2", RunsV2, 16),
+    ZR_LEVEL_ROW(V3, "x86-64-v3", RunsV3, 32),
+    ZR_LEVEL_ROW(V4, "x86-64-v4", RunsV4, 64),
+};
+
+}  // namespace
+
+#else
+
+ZR_DECLARE_LEVEL(Neon)
+
+namespace {
+constinit const std::array kLevels = {ZR_LEVEL_ROW(Neon, "neon", Always, 16)};
+}
+
+#endif
+
+namespace {
+
+/// How many of the levels, which build on one another, this machine runs.
+std::size_t CountRunning() {
+#if defined(__x86_64__)
+  __builtin_cpu_init();
+#endif
+  std::size_t count = 0;
+  while (count < kLevels.size() && kLevels[count].runs()) ++count;
+  return count;
+}
+
+const Level* Highest() {
+  return &kLevels[CountRunning() - 1];
+}
+
+constinit std::atomic<const Level*> sLevel = nullptr;
+
+/// A little less than what the last cache of a desktop machine, or one core's share of a server's, holds:
+/// below it streaming stores lose much, a little above it they win little.
+constinit std::atomic<std::size_t> sStreamingThreshold = std::size_t{16} << 20;
+
+}  // namespace
+
+const Level& CurrentLevel() {
+  const Level* level = sLevel.load(std::memory_order_relaxed);
+  if (level == nullptr) {
+    level = Highest();
+    const Level* none = nullptr;
+    sLevel.compare_exchange_strong(none, level, std::memory_order_relaxed);
+    if (none != nullptr) level = none;
+  }
+  return *level;
+}
+
+std::size_t StreamingThreshold() {
+  return sStreamingThreshold.load(std::memory_order_relaxed);
+}
+
+LineFunction Level::Find(Reading reading, Writing writing) const {
+  for (const FamilyKernels* family : families) {
+    const std::size_t row = static_cast<std::size_t>(reading) - static_cast<std::size_t>(family->first);
+    if (row < family->readings) return family->rows[row][static_cast<std::size_t>(writing)];
+  }
+  return nullptr;
+}
+
+}  // namespace ZrConvertersLib::simd
+
+namespace ZrConvertersLib {
+
+using namespace simd;
+
+std::span<const char* const> GetCpuLevels() noexcept {
+  static const auto names = [] {
+    std::array<const char*, kLevels.size()> all{};
+    for (std::size_t i = 0; i < all.size(); ++i) all[i] = kLevels[i].name;
+    return all;
+  }();
+  return {names.data(), CountRunning()};
+}
+
+const char* GetCpuLevel() noexcept {
+  return CurrentLevel().name;
+}
+
+bool ForceCpuLevel(const char* name) noexcept {
+  if (name == nullptr) {
+    sLevel.store(Highest(), std::memory_order_relaxed);
+    return true;
+  }
+  const auto level = std::find_if(kLevels.begin(), kLevels.end(), [&](const Level& l) {
+    return std::string_view(l.name) == name && l.runs();
+  });
+  if (level == kLevels.end()) return false;
+  sLevel.store(level, std::memory_order_relaxed);
+  return true;
+}
+
+std::size_t SetStreamingThreshold(std::size_t bytes) noexcept {
+  return sStreamingThreshold.exchange(bytes, std::memory_order_relaxed);
+}
+
+}  // namespace ZrConvertersLib

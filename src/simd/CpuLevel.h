@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+#include "simd/LineKernel.h"
+
+namespace ZrConvertersLib::simd {
+
+/// The kernels of one CPU level.
+struct Level {
+  const char* name;
+  bool (*runs)();           ///< whether this machine can run it
+  std::size_t blockPixels;  ///< fewest pixels a kernel call may have
+  const FamilyKernels* families[4];
+  const StreamFunction* stream;
+
+  LineFunction Find(Reading reading, Writing writing) const;
+};
+
+/// The level in use; the highest this machine runs unless one was forced.
+const Level& CurrentLevel();
+
+/// Frames whose source and destination together take more bytes than this are written past the caches.
+std::size_t StreamingThreshold();
+
+}  // namespace ZrConvertersLib::simd

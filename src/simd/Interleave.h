@@ -1,0 +1,257 @@
+#pragma once
+
+#include "simd/Vec.h"
+
+#include <utility>
+
+/// Interleaved pixels in memory to one vector a channel, and back. An element is 1 or 2 bytes.
+
+namespace ZrConvertersLib::simd {
+namespace {
+
+template <int n>
+struct Vectors {
+  U8 v[static_cast<unsigned>(n)];
+};
+
+/// Vectors{f(0), f(1), ...} with the numbers as compile-time constants.
+template <int n, class F>
+ZR_INLINE Vectors<n> ForEach(F f) {
+  return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {
+    return Vectors<n>{{f(std::integral_constant<int, i>{})...}};
+  }
+  (std::make_integer_sequence<int, n>{});
+}
+
+template <int n>
+ZR_INLINE Vectors<n> LoadVectors(const std::uint8_t* p) {
+  return ForEach<n>([&](auto i) ZR_ALWAYS { return Load(p + i * kWidth); });
+}
+
+/// Three channels. A group of pixels is three lanes of memory. Since 3 does not divide the elements of a
+/// lane, the elements of one channel stand at different positions in the three lanes: blending the lanes
+/// gathers the whole channel, and one shuffle puts it in order. Storing is the same backwards.
+template <int size, int channel>
+struct ChannelOf3 {
+  static constexpr int kElements = kLane / size;
+
+  static constexpr int Element(int byte) { return byte % kLane / size; }
+
+  /// True where this byte of memory lane `part` belongs to the channel.
+  template <int part>
+  struct In {
+    static constexpr bool At(int byte) { return (kElements * part + Element(byte)) % 3 == channel; }
+  };
+
+  /// Position in the blended lanes -> element of the channel.
+  struct Scatter {
+    static constexpr int At(int byte) {
+      for (int part = 0; part < 3; ++part) {
+        const int at = kElements * part + Element(byte);
+        if (at % 3 == channel) return at / 3 * size + byte % size;
+      }
+      return -1;
+    }
+  };
+
+  /// Element of the channel -> position in the blended lanes.
+  struct Gather {
+    static constexpr int At(int byte) {
+      return (3 * Element(byte) + channel) % kElements * size + byte % size;
+    }
+  };
+};
+
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+/// From three vectors as in memory to vectors k that hold lane k of each of the two groups.
+ZR_INLINE Vectors<3> Lanes3(const Vectors<3>& m) {
+  const Native m0 = As<Native>(m.v[0]), m1 = As<Native>(m.v[1]), m2 = As<Native>(m.v[2]);
+  return {{As<U8>(_mm256_blend_epi32(m0, m1, 0xF0)), As<U8>(_mm256_permute2x128_si256(m0, m2, 0x21)),
+           As<U8>(_mm256_blend_epi32(m1, m2, 0xF0))}};
+}
+
+ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
+  const Native t0 = As<Native>(x.v[0]), t1 = As<Native>(x.v[1]), t2 = As<Native>(x.v[2]);
+  Store(p, _mm256_permute2x128_si256(t0, t1, 0x20));
+  Store(p + kWidth, _mm256_blend_epi32(t2, t0, 0xF0));
+  Store(p + 2 * kWidth, _mm256_permute2x128_si256(t1, t2, 0x31));
+}
+#else
+ZR_INLINE const Vectors<3>& Lanes3(const Vectors<3>& m) {
+  return m;
+}
+
+ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
+  for (int i = 0; i < 3; ++i) Store(p + i * kWidth, x.v[i]);
+}
+#endif
+
+#if defined(__x86_64__) && !defined(__SSSE3__)
+
+/// Without a byte shuffle: element p of 3n goes to 2p mod (3n - 1), by interleaving the two halves. Doing so
+/// log2(n) times takes 3i + c to i + nc, which is the de-interleaving, because n * 3n = n mod (3n - 1).
+template <int size>
+ZR_INLINE Vectors<3> Riffle(const Vectors<3>& x) {
+  const U8 high0 = UnpackHigh64(x.v[0], x.v[0]), high1 = UnpackHigh64(x.v[1], x.v[1]);
+  const U8 high2 = UnpackHigh64(x.v[2], x.v[2]);
+  if constexpr (size == 1)
+    return {{UnpackLow8(x.v[0], high1), UnpackLow8(high0, x.v[2]), UnpackLow8(x.v[1], high2)}};
+  else
+    return {{UnpackLow16(x.v[0], high1), UnpackLow16(high0, x.v[2]), UnpackLow16(x.v[1], high2)}};
+}
+
+/// Even elements of a, then of b.
+template <int size>
+ZR_INLINE U8 Evens(U8 a, U8 b) {
+  if constexpr (size == 1)
+    return PackClipped(As<S16>(As<U16>(a) & Splat16(0xFF)), As<S16>(As<U16>(b) & Splat16(0xFF)));
+  else
+    return As<U8>(_mm_packs_epi32(As<Native>(As<S32>(As<U32>(a) << 16) >> 16),
+                                  As<Native>(As<S32>(As<U32>(b) << 16) >> 16)));
+}
+
+template <int size>
+ZR_INLINE U8 Odds(U8 a, U8 b) {
+  if constexpr (size == 1)
+    return PackClipped(As<S16>(As<U16>(a) >> 8), As<S16>(As<U16>(b) >> 8));
+  else
+    return As<U8>(_mm_packs_epi32(As<Native>(As<S32>(a) >> 16), As<Native>(As<S32>(b) >> 16)));
+}
+
+/// The inverse of Riffle: all even elements, then all odd ones.
+template <int size>
+ZR_INLINE Vectors<3> Unriffle(const Vectors<3>& x) {
+  const U8 even2 = Evens<size>(x.v[2], x.v[2]), odd0 = Odds<size>(x.v[0], x.v[0]);
+  return {{Evens<size>(x.v[0], x.v[1]), UnpackLow64(even2, odd0), Odds<size>(x.v[1], x.v[2])}};
+}
+
+template <int size>
+ZR_INLINE Vectors<3> Deinterleave3(Vectors<3> x) {
+  for (int step = size; step < kLane; step *= 2) x = Riffle<size>(x);
+  return x;
+}
+
+template <int size>
+ZR_INLINE void Store3(std::uint8_t* p, Vectors<3> x) {
+  for (int step = size; step < kLane; step *= 2) x = Unriffle<size>(x);
+  StoreLanes3(p, x);
+}
+
+#else
+
+template <int size>
+ZR_INLINE Vectors<3> Deinterleave3(const Vectors<3>& memory) {
+  const Vectors<3> m = Lanes3(memory);
+  return ForEach<3>([&](auto channel) ZR_ALWAYS {
+    using Channel = ChannelOf3<size, channel>;
+    return ShuffleLanes<typename Channel::Gather>(Blend<typename Channel::template In<2>>(
+        Blend<typename Channel::template In<1>>(m.v[0], m.v[1]), m.v[2]));
+  });
+}
+
+template <int size>
+ZR_INLINE void Store3(std::uint8_t* p, const Vectors<3>& x) {
+  const Vectors<3> s = ForEach<3>([&](auto channel) ZR_ALWAYS {
+    return ShuffleLanes<typename ChannelOf3<size, channel>::Scatter>(x.v[channel]);
+  });
+  StoreLanes3(p, ForEach<3>([&](auto part) ZR_ALWAYS {
+                return Blend<typename ChannelOf3<size, 2>::template In<part>>(
+                    Blend<typename ChannelOf3<size, 1>::template In<part>>(s.v[0], s.v[1]), s.v[2]);
+              }));
+}
+
+#endif
+
+/// Four channels: the first three of them; the fourth (alpha) is never used.
+#if defined(__AVX512VBMI__)
+
+/// Element of the channel -> position in one of the four vectors.
+template <int size, int channel>
+struct GatherFrom4 {
+  static constexpr int At(int byte) { return (byte / size * 4 + channel) * size % kWidth + byte % size; }
+};
+
+template <int size>
+ZR_INLINE Vectors<3> Deinterleave4(const Vectors<4>& m) {
+  return ForEach<3>([&](auto channel) ZR_ALWAYS {
+    const Native index = As<Native>(Constant<GatherFrom4<size, channel>>::Get());
+    Native x = _mm512_permutexvar_epi8(index, As<Native>(m.v[0]));
+    x = _mm512_mask_permutexvar_epi8(x, 0x00000000FFFF0000, index, As<Native>(m.v[1]));
+    x = _mm512_mask_permutexvar_epi8(x, 0x0000FFFF00000000, index, As<Native>(m.v[2]));
+    return As<U8>(_mm512_mask_permutexvar_epi8(x, 0xFFFF000000000000, index, As<Native>(m.v[3])));
+  });
+}
+
+#elif defined(__x86_64__) && !defined(__SSSE3__)
+
+/// As for three channels: element p of 4n goes to 2p mod (4n - 1), log2(n) times.
+template <int size>
+ZR_INLINE Vectors<4> Riffle(const Vectors<4>& x) {
+  if constexpr (size == 1)
+    return {{UnpackLow8(x.v[0], x.v[2]), UnpackHigh8(x.v[0], x.v[2]), UnpackLow8(x.v[1], x.v[3]),
+             UnpackHigh8(x.v[1], x.v[3])}};
+  else
+    return {{UnpackLow16(x.v[0], x.v[2]), UnpackHigh16(x.v[0], x.v[2]), UnpackLow16(x.v[1], x.v[3]),
+             UnpackHigh16(x.v[1], x.v[3])}};
+}
+
+template <int size>
+ZR_INLINE Vectors<3> Deinterleave4(Vectors<4> x) {
+  for (int step = size; step < kLane; step *= 2) x = Riffle<size>(x);
+  return {{x.v[0], x.v[1], x.v[2]}};
+}
+
+#else
+
+/// Undoes what working within two lanes does to the order of 32-bit elements.
+ZR_INLINE U8 JoinQuarters(U8 x) {
+#if defined(__AVX2__)
+  return As<U8>(_mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)));
+#else
+  return x;
+#endif
+}
+
+/// Sorts a lane: 4 bytes of each channel in turn.
+template <int size>
+struct SortBy4 {
+  static constexpr int At(int i) { return (i % 4 / size * 4 + i / 4) * size + i % size; }
+};
+
+template <int size>
+ZR_INLINE Vectors<3> Deinterleave4(const Vectors<4>& memory) {
+  const Vectors<4> m = ForEach<4>([&](auto i) ZR_ALWAYS { return ShuffleLanes<SortBy4<size>>(memory.v[i]); });
+  const U8 low01 = UnpackLow32(m.v[0], m.v[1]), low23 = UnpackLow32(m.v[2], m.v[3]);
+  const U8 high01 = UnpackHigh32(m.v[0], m.v[1]), high23 = UnpackHigh32(m.v[2], m.v[3]);
+  return {{JoinQuarters(UnpackLow64(low01, low23)), JoinQuarters(UnpackHigh64(low01, low23)),
+           JoinQuarters(UnpackLow64(high01, high23))}};
+}
+
+#endif
+
+/// Orders 32-bit elements so that unpacking twice within lanes gives natural order.
+ZR_INLINE U8 SpreadQuarters(U8 x) {
+#if defined(__AVX512VBMI__)
+  const Native index = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+  return As<U8>(_mm512_permutexvar_epi32(index, As<Native>(x)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7)));
+#else
+  return x;
+#endif
+}
+
+/// Three channels of bytes and a fourth that is 0xFF throughout.
+ZR_INLINE void Store4(std::uint8_t* p, const Vectors<3>& x) {
+  const U8 first = SpreadQuarters(x.v[0]), second = SpreadQuarters(x.v[1]), third = SpreadQuarters(x.v[2]);
+  const U8 opaque = Splat8(0xFF);
+  const U8 low01 = UnpackLow8(first, second), low23 = UnpackLow8(third, opaque);
+  const U8 high01 = UnpackHigh8(first, second), high23 = UnpackHigh8(third, opaque);
+  Store(p, UnpackLow16(low01, low23));
+  Store(p + kWidth, UnpackHigh16(low01, low23));
+  Store(p + 2 * kWidth, UnpackLow16(high01, high23));
+  Store(p + 3 * kWidth, UnpackHigh16(high01, high23));
+}
+
+}  // namespace
+}  // namespace ZrConvertersLib::simd

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "simd/Writers.h"
+
+#define ZR_PASTE(a, b) a##b
+#define ZR_PASTE_LEVEL(name, level) ZR_PASTE(name, level)
+/// The name of something this level exports: its own name followed by the level's.
+#define ZR_AT_LEVEL(name) ZR_PASTE_LEVEL(name, ZR_LEVEL)
+
+namespace ZrConvertersLib::simd {
+namespace {
+
+/// Goes through the line block by block. The last block overlaps the one before, so that it is whole, too;
+/// the same pixels are then written twice with the same values. `convert` is called with the first pixel of a
+/// block.
+template <class F>
+ZR_INLINE void EachBlock(std::size_t width, F convert) {
+  for (std::size_t x = 0; x < width; x += kWidth) {
+    if (x + kWidth > width) x = width - kWidth;
+    convert(x);
+  }
+}
+
+/// The source bytes of a block, or a copy where reading beyond the block would read beyond the line.
+template <class Source>
+class BlockBytes {
+ public:
+  ZR_INLINE const std::uint8_t* At(const LineJob& job, std::size_t x) {
+    const std::uint8_t* bytes = job.source[0] + x / Source::kGroupPixels * Source::kGroupBytes;
+    if constexpr (Source::kOverread > 0) {
+      const std::size_t after = (job.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
+      if (after < Source::kOverread) {
+        std::memcpy(mCopy, bytes, kBlock);
+        return mCopy;
+      }
+    }
+    return bytes;
+  }
+
+ private:
+  static constexpr std::size_t kBlock = kWidth / Source::kGroupPixels * Source::kGroupBytes;
+  std::uint8_t mCopy[Source::kOverread > 0 ? kBlock + Source::kOverread : 1];
+};
+
+/// One source line to one destination line.
+template <class Source, class Writer>
+void Line(const LineJob& job) {
+  const Source source(job);
+  const Writer writer(job);
+  BlockBytes<Source> block;
+  EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
+    writer.Write(
+        job.destination[0] + x * Writer::kStep,
+        In<typename Writer::Channel>(source.template Read<typename Writer::Channel>(block.At(job, x))));
+  });
+}
+
+}  // namespace
+}  // namespace ZrConvertersLib::simd
+
+/// All writings of one kernel template `kernel<Source, Writer>`, in the order of Writing.
+#define ZR_ROW(kernel, ...)                                                                          \
+  {                                                                                                  \
+    &kernel<__VA_ARGS__, MonoWriter<8>>, &kernel<__VA_ARGS__, MonoWriter<10>>,                       \
+        &kernel<__VA_ARGS__, MonoWriter<12>>, &kernel<__VA_ARGS__, MonoWriter<14>>,                  \
+        &kernel<__VA_ARGS__, MonoWriter<16>>, &kernel<__VA_ARGS__, ThreeBytesWriter<false>>,         \
+        &kernel<__VA_ARGS__, ThreeBytesWriter<true>>, &kernel<__VA_ARGS__, FourBytesWriter<false>>,  \
+        &kernel<__VA_ARGS__, FourBytesWriter<true>>, &kernel<__VA_ARGS__, ThreeWordsWriter<false>>,  \
+        &kernel<__VA_ARGS__, ThreeWordsWriter<true>>, &kernel<__VA_ARGS__, RGB565Writer<>>,          \
+        &kernel<__VA_ARGS__, PlanarWriter<8>>, &kernel<__VA_ARGS__, PlanarWriter<10>>,               \
+        &kernel<__VA_ARGS__, PlanarWriter<12>>, &kernel<__VA_ARGS__, PlanarWriter<16>>,              \
+        &kernel<__VA_ARGS__, ThreeBytesWriter<false, true>>,                                         \
+        &kernel<__VA_ARGS__, ThreeBytesWriter<true, true>>,                                          \
+        &kernel<__VA_ARGS__, FourBytesWriter<false, true>>,                                          \
+        &kernel<__VA_ARGS__, FourBytesWriter<true, true>>, &kernel<__VA_ARGS__, RGB565Writer<true>>, \
+        &kernel<__VA_ARGS__, PlanarWriter<8, true>>                                                  \
+  }

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/YCbCrMatrix.h"
+
+/// The one header that both the baseline code and the kernel files see. Plain data only: an inline function
+/// compiled with wide instructions here could be the copy that the linker keeps for everybody.
+
+namespace ZrConvertersLib::simd {
+
+/// How the pixels of a source line are read; one body each, whatever the destination.
+enum class Reading : std::uint8_t {
+  Mono8,
+  Mono16,
+  Mono32,
+  Mono10p,
+  Mono12p,
+  Mono14p,
+  MonoPacked,
+  Mono1p,
+  Mono2p,
+  Mono4p,
+  BayerFast8,
+  BayerFast16,
+  BayerBilinear,
+  RGB8,
+  BGR8,
+  RGBa8,
+  BGRa8,
+  RGB16,
+  BGR16,
+  RGBa16,
+  BGRa16,
+  YCbCr8,
+  CbYCr8,
+  CbYCr16,
+  YCbYCr8,
+  YCbYCr16,
+  CbYCrY8,
+  CbYCrY16,
+  YYCbYYCr8,
+  CbYYCrYY8,
+  Count
+};
+
+/// How pixels are written. The first sixteen stand in the order of the destination table; the last six are
+/// the 8-bit colour writers with the caller's filter tables, the plain ones being for identity filters.
+enum class Writing : std::uint8_t {
+  Mono8,
+  Mono10,
+  Mono12,
+  Mono14,
+  Mono16,
+  RGB8,
+  BGR8,
+  RGBa8,
+  BGRa8,
+  RGB16,
+  BGR16,
+  RGB565p,
+  Planar8,
+  Planar10,
+  Planar12,
+  Planar16,
+  FilteredRGB8,
+  FilteredBGR8,
+  FilteredRGBa8,
+  FilteredBGRa8,
+  FilteredRGB565p,
+  FilteredPlanar8,
+  Count
+};
+
+inline constexpr std::size_t kReadings = static_cast<std::size_t>(Reading::Count);
+inline constexpr std::size_t kWritings = static_cast<std::size_t>(Writing::Count);
+
+/// What one kernel call converts: `width` pixels of one line, or of a pair of lines for mosaics.
+struct LineJob {
+  const std::uint8_t* source[6];  ///< first sample of each source line the reading needs
+  std::uint8_t* destination[2];   ///< first byte of each destination line (second for mosaics only)
+  std::ptrdiff_t planeDistance;   ///< bytes from a plane to the next (planar writers)
+  std::size_t width;              ///< pixels, a whole number of groups, at least the level's block
+  std::uint32_t shift;            ///< left shift to the 16-bit scale, or right shift to 8 bits (see readings)
+  std::uint8_t flip;              ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
+  bool redAtEvenColumn;           ///< mosaics: column parity of red in the line that has red
+  bool redBelow;                  ///< interpolated mosaics: the line with red is the lower one of the pair
+  const YCbCrMatrix* matrix;      ///< YCbCr
+  const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
+};
+
+using LineFunction = void (*)(const LineJob&);
+
+/// The kernels of one family at one level: row = reading counted from `first`, column = writing.
+struct FamilyKernels {
+  Reading first;
+  std::uint8_t readings;
+  const LineFunction (*rows)[kWritings];
+};
+
+/// Copies `size` bytes past the caches, with non-temporal stores.
+using StreamFunction = void (*)(std::uint8_t* destination, const std::uint8_t* source, std::size_t size);
+
+}  // namespace ZrConvertersLib::simd

@@ -1,0 +1,221 @@
+#include "simd/Line.h"
+#include "simd/Spread.h"
+
+/// Readings of monochrome lines. A reading of one line says how many bytes a group of pixels takes and gives
+/// a block of kWidth pixels from the block's first byte, in the form that is asked for where it can choose.
+
+namespace ZrConvertersLib::simd {
+namespace {
+
+struct PlainLine {
+  static constexpr int kGroupPixels = 1, kOverread = 0;
+};
+
+/// One byte a pixel.
+struct Mono8Source : PlainLine {
+  static constexpr int kGroupBytes = 1;
+
+  explicit ZR_INLINE Mono8Source(const LineJob& job) : mFlip(Splat8(job.flip)) {}
+
+  template <class Channel>
+  ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
+    return {Load(p) ^ mFlip};
+  }
+
+ private:
+  U8 mFlip;
+};
+
+/// One little-endian word a pixel, brought to the 16-bit scale by a left shift.
+struct Mono16Source : PlainLine {
+  static constexpr int kGroupBytes = 2;
+
+  explicit ZR_INLINE Mono16Source(const LineJob& job) : mShift(job.shift) {}
+
+  template <class Channel>
+  ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
+    const Words x = LoadWords(p);
+    return {{ShiftLeft(x.a, mShift), ShiftLeft(x.b, mShift)}};
+  }
+
+ private:
+  std::uint32_t mShift;
+};
+
+/// One 32-bit word a pixel; its upper half is the value.
+struct Mono32Source : PlainLine {
+  static constexpr int kGroupBytes = 4;
+
+  explicit ZR_INLINE Mono32Source(const LineJob&) {}
+
+  template <class Channel>
+  ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
+    return {{Half(p), Half(p + 2 * kWidth)}};
+  }
+
+ private:
+  static ZR_INLINE U16 Half(const std::uint8_t* p) {
+    return NarrowHigh(As<U32>(Load(p)), As<U32>(Load(p + kWidth)));
+  }
+};
+
+/// Constant words that repeat every four.
+template <unsigned w0, unsigned w1, unsigned w2, unsigned w3>
+ZR_INLINE U16 EveryFour() {
+  struct Bytes {
+    static constexpr int At(int i) {
+      constexpr unsigned words[4] = {w0, w1, w2, w3};
+      return static_cast<int>(words[i / 2 % 4] >> (8 * (i % 2)) & 0xFF);
+    }
+  };
+  return As<U16>(Constant<Bytes>::Get());
+}
+
+/// A packed line whose groups are spread by Map to four words; Form::Scale makes them values of the 16-bit
+/// scale.
+template <class Form>
+struct PackedSource {
+  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
+  static constexpr int kHalf = kWidth / 2 / kGroupPixels * kGroupBytes;
+  static constexpr int kOverread = Spread<typename Form::Map>::kOverread;
+
+  explicit ZR_INLINE PackedSource(const LineJob& job) : mForm{job.shift} {}
+
+  template <class Channel>
+  ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
+    return {{mForm.Scale(p), mForm.Scale(p + kHalf)}};
+  }
+
+ private:
+  Form mForm;
+};
+
+/// Sample k of four stands at bits 10k to 10k + 9 of five bytes, least significant bits first.
+struct Form10p {
+  static constexpr int kPixels = 4, kBytes = 5;
+  struct Map {
+    static constexpr int kBytes = 5;
+    static constexpr int At(int j) { return j / 2 + j % 2; }
+  };
+  std::uint32_t shift;
+
+  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
+    return (As<U16>(Spread<Map>::Read(p)) * EveryFour<64, 16, 4, 1>()) & Splat16(0xFFC0);
+  }
+};
+
+/// Two samples in three bytes, least significant bits first; two such groups are taken as one.
+struct Form12p {
+  static constexpr int kPixels = 2, kBytes = 3;
+  struct Map {
+    static constexpr int kBytes = 6;
+    static constexpr int At(int j) { return j / 4 * 3 + j % 4 / 2 + j % 2; }
+  };
+  std::uint32_t shift;
+
+  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
+    return (As<U16>(Spread<Map>::Read(p)) * EveryFour<16, 1, 16, 1>()) & Splat16(0xFFF0);
+  }
+};
+
+/// Sample k of four stands at bits 14k to 14k + 13 of seven bytes. Up to three bytes hold a sample: the two
+/// that end with its top bit are moved up, and what then lacks comes from the byte before them.
+struct Form14p {
+  static constexpr int kPixels = 4, kBytes = 7;
+  struct Upper {
+    static constexpr int kBytes = 7;
+    static constexpr int At(int j) { return (14 * (j / 2) + 13) / 8 - 1 + j % 2; }
+  };
+  struct Before {
+    static constexpr int kBytes = 7;
+    static constexpr int At(int j) { return j % 2 == 0 && j > 0 ? Upper::At(j) - 1 : -1; }
+  };
+  using Map = Upper;
+  std::uint32_t shift;
+
+  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
+    const U16 factor = EveryFour<4, 16, 64, 1>();
+    const U16 upper = As<U16>(Spread<Upper>::Read(p)) * factor;
+    const U16 before = (As<U16>(Spread<Before>::Read(p)) * factor) >> 8;
+    return (upper | before) & Splat16(0xFFFC);
+  }
+};
+
+/// Two samples in three bytes: the first and last byte hold the upper eight bits, the middle one the nibbles
+/// that are ORed in `shift` bits up (first pixel's nibble high).
+struct FormPairPacked {
+  static constexpr int kPixels = 2, kBytes = 3;
+  struct Map {  // nibbles' byte low, upper bits' byte high
+    static constexpr int kBytes = 6;
+    static constexpr int At(int j) { return j / 4 * 3 + (j % 2 == 0 ? 1 : j % 4 - 1); }
+  };
+  std::uint32_t shift;
+
+  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
+    const U16 x = As<U16>(Spread<Map>::Read(p));
+    const U16 nibble = ((x & Splat16(0xFF)) * EveryFour<1, 16, 1, 16>() >> 4) & Splat16(0x0F);
+    return (x & Splat16(0xFF00)) | ShiftLeft(nibble, shift);
+  }
+};
+
+/// Samples of `bits` bits, first pixel in the least significant ones; full scale becomes 255.
+template <int bits>
+struct SubByteSource {
+  static constexpr int kGroupPixels = 8 / bits, kGroupBytes = 1;
+  struct Repeat {
+    static constexpr int kBytes = bits;
+    static constexpr int At(int j) { return j * bits / 8; }
+  };
+  static constexpr int kOverread = Spread<Repeat>::kOverread;
+
+  explicit ZR_INLINE SubByteSource(const LineJob&) {}
+
+  template <class Channel>
+  ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
+    const U8 sample = Sample(Spread<Repeat>::Read(p));
+    return {sample | (As<U8>(sample == Splat8(kTop)) & Splat8(0xFF & ~kTop))};
+  }
+
+ private:
+  static constexpr unsigned kTop =
+      0xFF00U >> bits & 0xFF;  ///< the bits of a sample moved to the top of a byte
+
+  /// Each pixel's sample at the top of its byte, from bytes that hold the samples of all their neighbours.
+  static ZR_INLINE U8 Sample(U8 x) {
+    if constexpr (bits == 1) {
+      struct Bit {
+        static constexpr int At(int i) { return 1 << i % 8; }
+      };
+      const U8 bit = Constant<Bit>::Get();
+      return As<U8>((x & bit) == bit) & Splat8(kTop);
+    } else if constexpr (bits == 2) {
+      const U32 four = As<U32>(x);
+      return As<U8>(((four << 6) & Splat32(0xC0)) | ((four << 4) & Splat32(0xC000)) |
+                    ((four << 2) & Splat32(0xC00000)) | (four & Splat32(0xC0000000)));
+    } else {
+      const U16 two = As<U16>(x);
+      return As<U8>(((two << 4) & Splat16(0xF0)) | (two & Splat16(0xF000)));
+    }
+  }
+};
+
+constinit const LineFunction kRows[][kWritings] = {
+    ZR_ROW(Line, Mono8Source),
+    ZR_ROW(Line, Mono16Source),
+    ZR_ROW(Line, Mono32Source),
+    ZR_ROW(Line, PackedSource<Form10p>),
+    ZR_ROW(Line, PackedSource<Form12p>),
+    ZR_ROW(Line, PackedSource<Form14p>),
+    ZR_ROW(Line, PackedSource<FormPairPacked>),
+    ZR_ROW(Line, SubByteSource<1>),
+    ZR_ROW(Line, SubByteSource<2>),
+    ZR_ROW(Line, SubByteSource<4>),
+};
+
+}  // namespace
+
+extern const FamilyKernels ZR_AT_LEVEL(kMonoKernels);
+constinit const FamilyKernels ZR_AT_LEVEL(kMonoKernels) = {Reading::Mono8, sizeof kRows / sizeof kRows[0],
+                                                           kRows};
+
+}  // namespace ZrConvertersLib::simd

@@ -1,0 +1,367 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#else
+#include <arm_neon.h>
+#endif
+
+/// Native-width vectors and the few primitives that the generic form of the compilers does badly. Included by
+/// kernel files only; everything has internal linkage, so that each level keeps its own copy.
+///
+/// "Natural order": element i of the (concatenated) vectors belongs to pixel i of the block.
+
+#define ZR_ALWAYS __attribute__((always_inline))
+#define ZR_INLINE inline ZR_ALWAYS
+
+namespace ZrConvertersLib::simd {
+namespace {
+
+#if defined(__AVX512VBMI__)
+inline constexpr int kWidth = 64;  ///< bytes of a vector, and pixels of a block
+inline constexpr int kLane = 64;   ///< bytes within which one instruction shuffles freely
+using Native = __m512i;
+#elif defined(__AVX2__)
+inline constexpr int kWidth = 32;
+inline constexpr int kLane = 16;
+using Native = __m256i;
+#elif defined(__x86_64__)
+inline constexpr int kWidth = 16;
+inline constexpr int kLane = 16;
+using Native = __m128i;
+#else
+inline constexpr int kWidth = 16;
+inline constexpr int kLane = 16;
+using Native = uint8x16_t;
+#endif
+
+using U8 [[gnu::vector_size(kWidth)]] = std::uint8_t;
+using S8 [[gnu::vector_size(kWidth)]] = std::int8_t;
+using U16 [[gnu::vector_size(kWidth)]] = std::uint16_t;
+using S16 [[gnu::vector_size(kWidth)]] = std::int16_t;
+using U32 [[gnu::vector_size(kWidth)]] = std::uint32_t;
+using S32 [[gnu::vector_size(kWidth)]] = std::int32_t;
+using U64 [[gnu::vector_size(kWidth)]] = std::uint64_t;
+
+/// One channel of a block in 16-bit lanes, natural order.
+struct Words {
+  U16 a, b;
+};
+
+template <class To, class From>
+ZR_INLINE To As(From x) {
+  return __builtin_bit_cast(To, x);
+}
+
+ZR_INLINE U8 Load(const std::uint8_t* p) {
+  U8 x;
+  std::memcpy(&x, p, sizeof x);
+  return x;
+}
+
+template <class V>
+ZR_INLINE void Store(std::uint8_t* p, V x) {
+  std::memcpy(p, &x, sizeof x);
+}
+
+ZR_INLINE Words LoadWords(const std::uint8_t* p) {
+  return {As<U16>(Load(p)), As<U16>(Load(p + kWidth))};
+}
+
+ZR_INLINE U16 Splat16(unsigned v) {
+  return U16{} + static_cast<std::uint16_t>(v);
+}
+ZR_INLINE U8 Splat8(unsigned v) {
+  return U8{} + static_cast<std::uint8_t>(v);
+}
+ZR_INLINE U32 Splat32(unsigned v) {
+  return U32{} + v;
+}
+
+/// A vector of bytes computed at compile time: byte i is Map::At(i).
+template <class Map>
+struct Constant {
+  struct Bytes {
+    alignas(kWidth) std::uint8_t at[kWidth];
+  };
+  static constexpr Bytes Make() {
+    Bytes bytes{};
+    for (int i = 0; i < kWidth; ++i) bytes.at[i] = static_cast<std::uint8_t>(Map::At(i));
+    return bytes;
+  }
+  static constexpr Bytes kBytes = Make();
+  static ZR_INLINE U8 Get() { return Load(kBytes.at); }
+};
+
+/// Shifts by a count known only at run time.
+ZR_INLINE U16 ShiftLeft(U16 x, std::uint32_t count) {
+#if defined(__AVX512VBMI__)
+  return As<U16>(_mm512_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#elif defined(__AVX2__)
+  return As<U16>(_mm256_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#elif defined(__x86_64__)
+  return As<U16>(_mm_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#else
+  return As<U16>(vshlq_u16(As<uint16x8_t>(x), vdupq_n_s16(static_cast<std::int16_t>(count))));
+#endif
+}
+
+ZR_INLINE U16 ShiftRight(U16 x, std::uint32_t count) {
+#if defined(__AVX512VBMI__)
+  return As<U16>(_mm512_srl_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#elif defined(__AVX2__)
+  return As<U16>(_mm256_srl_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#elif defined(__x86_64__)
+  return As<U16>(_mm_srl_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#else
+  return As<U16>(
+      vshlq_u16(As<uint16x8_t>(x), vdupq_n_s16(static_cast<std::int16_t>(-static_cast<int>(count)))));
+#endif
+}
+
+/// Where Mask::At(i) is true byte i of b, else of a.
+template <class Mask>
+ZR_INLINE U8 Blend(U8 a, U8 b) {
+#if defined(__AVX512VBMI__)
+  constexpr std::uint64_t kBits = [] {
+    std::uint64_t bits = 0;
+    for (int i = 0; i < kWidth; ++i) bits |= static_cast<std::uint64_t>(Mask::At(i)) << i;
+    return bits;
+  }();
+  return As<U8>(_mm512_mask_blend_epi8(kBits, As<Native>(a), As<Native>(b)));
+#else
+  struct Bytes {
+    static constexpr int At(int i) { return Mask::At(i) ? 0xFF : 0; }
+  };
+  const U8 mask = Constant<Bytes>::Get();
+#if defined(__AVX2__)
+  return As<U8>(_mm256_blendv_epi8(As<Native>(a), As<Native>(b), As<Native>(mask)));
+#elif defined(__SSE4_1__)
+  return As<U8>(_mm_blendv_epi8(As<Native>(a), As<Native>(b), As<Native>(mask)));
+#else
+  return (a & ~mask) | (b & mask);
+#endif
+#endif
+}
+
+#if defined(__AVX512VBMI__) || defined(__SSSE3__) || defined(__aarch64__)
+inline constexpr bool kShufflesBytes = true;
+
+/// Byte i of the result is byte Map::At(i % kLane) of the same lane, or 0 where that is negative.
+template <class Map>
+ZR_INLINE U8 ShuffleLanes(U8 x) {
+  struct Index {
+    static constexpr int At(int i) {
+      const int from = Map::At(i % kLane);
+      return from < 0 ? 0xFF : from;
+    }
+  };
+  const U8 index = Constant<Index>::Get();
+#if defined(__AVX512VBMI__)
+  constexpr std::uint64_t kKeep = [] {
+    std::uint64_t bits = 0;
+    for (int i = 0; i < kWidth; ++i) bits |= static_cast<std::uint64_t>(Map::At(i) >= 0) << i;
+    return bits;
+  }();
+  if constexpr (kKeep == ~std::uint64_t{0})
+    return As<U8>(_mm512_permutexvar_epi8(As<Native>(index), As<Native>(x)));
+  else
+    return As<U8>(_mm512_maskz_permutexvar_epi8(kKeep, As<Native>(index), As<Native>(x)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#elif defined(__x86_64__)
+  return As<U8>(_mm_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#else
+  return As<U8>(vqtbl1q_u8(As<Native>(x), As<Native>(index)));
+#endif
+}
+#else
+inline constexpr bool kShufflesBytes = false;
+#endif
+
+/// Interleaves elements within lanes of 16 bytes: a0 b0 a1 b1 ... from the low or the high halves.
+#if defined(__AVX512VBMI__)
+#define ZR_UNPACK(name, size)                                         \
+  ZR_INLINE U8 name(U8 a, U8 b) {                                     \
+    return As<U8>(_mm512_unpack##size(As<Native>(a), As<Native>(b))); \
+  }
+#elif defined(__AVX2__)
+#define ZR_UNPACK(name, size)                                         \
+  ZR_INLINE U8 name(U8 a, U8 b) {                                     \
+    return As<U8>(_mm256_unpack##size(As<Native>(a), As<Native>(b))); \
+  }
+#elif defined(__x86_64__)
+#define ZR_UNPACK(name, size)                                      \
+  ZR_INLINE U8 name(U8 a, U8 b) {                                  \
+    return As<U8>(_mm_unpack##size(As<Native>(a), As<Native>(b))); \
+  }
+#endif
+#if defined(__x86_64__)
+ZR_UNPACK(UnpackLow8, lo_epi8)
+ZR_UNPACK(UnpackHigh8, hi_epi8)
+ZR_UNPACK(UnpackLow16, lo_epi16)
+ZR_UNPACK(UnpackHigh16, hi_epi16)
+ZR_UNPACK(UnpackLow32, lo_epi32)
+ZR_UNPACK(UnpackHigh32, hi_epi32)
+ZR_UNPACK(UnpackLow64, lo_epi64)
+ZR_UNPACK(UnpackHigh64, hi_epi64)
+#undef ZR_UNPACK
+#else
+ZR_INLINE U8 UnpackLow8(U8 a, U8 b) {
+  return As<U8>(vzip1q_u8(As<Native>(a), As<Native>(b)));
+}
+ZR_INLINE U8 UnpackHigh8(U8 a, U8 b) {
+  return As<U8>(vzip2q_u8(As<Native>(a), As<Native>(b)));
+}
+ZR_INLINE U8 UnpackLow16(U8 a, U8 b) {
+  return As<U8>(vzip1q_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
+}
+ZR_INLINE U8 UnpackHigh16(U8 a, U8 b) {
+  return As<U8>(vzip2q_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
+}
+ZR_INLINE U8 UnpackLow32(U8 a, U8 b) {
+  return As<U8>(vzip1q_u32(As<uint32x4_t>(a), As<uint32x4_t>(b)));
+}
+ZR_INLINE U8 UnpackHigh32(U8 a, U8 b) {
+  return As<U8>(vzip2q_u32(As<uint32x4_t>(a), As<uint32x4_t>(b)));
+}
+ZR_INLINE U8 UnpackLow64(U8 a, U8 b) {
+  return As<U8>(vzip1q_u64(As<uint64x2_t>(a), As<uint64x2_t>(b)));
+}
+ZR_INLINE U8 UnpackHigh64(U8 a, U8 b) {
+  return As<U8>(vzip2q_u64(As<uint64x2_t>(a), As<uint64x2_t>(b)));
+}
+#endif
+
+/// Orders the 64-bit parts so that UnpackLow and UnpackHigh of the results give natural order.
+ZR_INLINE U8 SpreadHalves(U8 x) {
+#if defined(__AVX512VBMI__)
+  const Native index = _mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7);
+  return As<U8>(_mm512_permutexvar_epi64(index, As<Native>(x)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_permute4x64_epi64(As<Native>(x), 0xD8));
+#else
+  return x;
+#endif
+}
+
+/// The inverse: natural order from what packing within lanes gives.
+ZR_INLINE U8 JoinHalves(U8 x) {
+#if defined(__AVX512VBMI__)
+  const Native index = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
+  return As<U8>(_mm512_permutexvar_epi64(index, As<Native>(x)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_permute4x64_epi64(As<Native>(x), 0xD8));
+#else
+  return x;
+#endif
+}
+
+/// Words low | high << 8 in natural order.
+ZR_INLINE Words InterleaveBytes(U8 low, U8 high) {
+  const U8 l = SpreadHalves(low), h = SpreadHalves(high);
+  return {As<U16>(UnpackLow8(l, h)), As<U16>(UnpackHigh8(l, h))};
+}
+
+/// x << 8 in 16-bit lanes.
+ZR_INLINE Words WidenHigh(U8 x) {
+  const U8 spread = SpreadHalves(x);
+  return {As<U16>(UnpackLow8(U8{}, spread)), As<U16>(UnpackHigh8(U8{}, spread))};
+}
+
+/// Words even[0], odd[0], even[1], odd[1], ... in natural order.
+ZR_INLINE Words InterleaveWords(U16 even, U16 odd) {
+  const U8 e = SpreadHalves(As<U8>(even)), o = SpreadHalves(As<U8>(odd));
+  return {As<U16>(UnpackLow16(e, o)), As<U16>(UnpackHigh16(e, o))};
+}
+
+/// Signed words to bytes, clipped to 0..255, each lane of a followed by the same lane of b.
+ZR_INLINE U8 PackClipped(S16 a, S16 b) {
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_packus_epi16(As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_packus_epi16(As<Native>(a), As<Native>(b)));
+#elif defined(__x86_64__)
+  return As<U8>(_mm_packus_epi16(As<Native>(a), As<Native>(b)));
+#else
+  return As<U8>(vcombine_u8(vqmovun_s16(As<int16x8_t>(a)), vqmovun_s16(As<int16x8_t>(b))));
+#endif
+}
+
+#if defined(__AVX512VBMI__)
+/// Every second byte of a, then of b, from byte `odd` on: two permutes, the second merged into the first.
+template <int odd>
+ZR_INLINE U8 EverySecondByte(U8 a, U8 b) {
+  struct Index {
+    static constexpr int At(int i) { return (2 * i + odd) % kWidth; }
+  };
+  const Native index = As<Native>(Constant<Index>::Get());
+  const Native low = _mm512_permutexvar_epi8(index, As<Native>(a));
+  return As<U8>(_mm512_mask_permutexvar_epi8(low, 0xFFFFFFFF00000000, index, As<Native>(b)));
+}
+#endif
+
+/// The low bytes of words, natural order; the high bytes are cut off.
+ZR_INLINE U8 NarrowLow(Words x) {
+#if defined(__AVX512VBMI__)
+  return EverySecondByte<0>(As<U8>(x.a), As<U8>(x.b));
+#elif defined(__x86_64__)
+  return JoinHalves(PackClipped(As<S16>(x.a & Splat16(0xFF)), As<S16>(x.b & Splat16(0xFF))));
+#else
+  return As<U8>(vuzp1q_u8(As<Native>(x.a), As<Native>(x.b)));
+#endif
+}
+
+/// The high bytes of words, natural order.
+ZR_INLINE U8 NarrowHigh(Words x) {
+#if defined(__AVX512VBMI__)
+  return EverySecondByte<1>(As<U8>(x.a), As<U8>(x.b));
+#elif defined(__x86_64__)
+  return JoinHalves(PackClipped(As<S16>(x.a >> 8), As<S16>(x.b >> 8)));
+#else
+  return As<U8>(vuzp2q_u8(As<Native>(x.a), As<Native>(x.b)));
+#endif
+}
+
+/// The high words of 32-bit elements, natural order.
+ZR_INLINE U16 NarrowHigh(U32 a, U32 b) {
+#if defined(__AVX512VBMI__)
+  struct Index {
+    static constexpr int At(int i) { return (4 * (i / 2) + 2 + i % 2) % kWidth; }
+  };
+  const Native index = As<Native>(Constant<Index>::Get());
+  const Native low = _mm512_permutexvar_epi8(index, As<Native>(a));
+  return As<U16>(_mm512_mask_permutexvar_epi8(low, 0xFFFFFFFF00000000, index, As<Native>(b)));
+#elif defined(__x86_64__)
+  const S32 low = As<S32>(a) >> 16, high = As<S32>(b) >> 16;
+#if defined(__AVX2__)
+  return As<U16>(JoinHalves(As<U8>(_mm256_packs_epi32(As<Native>(low), As<Native>(high)))));
+#else
+  return As<U16>(_mm_packs_epi32(As<Native>(low), As<Native>(high)));
+#endif
+#else
+  return As<U16>(vuzp2q_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
+#endif
+}
+
+/// Per 32-bit element: sum + a.low * b.low + a.high * b.high, the halves signed 16-bit.
+ZR_INLINE S32 MultiplyAddPairs(S32 sum, S16 a, S16 b) {
+#if defined(__AVX512VBMI__)
+  return As<S32>(_mm512_dpwssd_epi32(As<Native>(sum), As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
+  return sum + As<S32>(_mm256_madd_epi16(As<Native>(a), As<Native>(b)));
+#elif defined(__x86_64__)
+  return sum + As<S32>(_mm_madd_epi16(As<Native>(a), As<Native>(b)));
+#else
+  const int16x8_t x = As<int16x8_t>(a), y = As<int16x8_t>(b);
+  const int32x4_t low = vmull_s16(vget_low_s16(x), vget_low_s16(y)), high = vmull_high_s16(x, y);
+  return sum + As<S32>(vpaddq_s32(low, high));
+#endif
+}
+
+}  // namespace
+}  // namespace ZrConvertersLib::simd
