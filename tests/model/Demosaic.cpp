@@ -91,8 +91,9 @@ class Neighbours {
  private:
   /// Lines are counted in the image to mirror them, and from the pair's first line to read them.
   std::uint32_t At(std::ptrdiff_t down, std::ptrdiff_t right) const {
-    const std::ptrdiff_t line = std::ptrdiff_t{mMosaic.line} + mLineOfPair + down;
-    return SampleAt(mMosaic, NeighbourLine(mMosaic, line) - std::ptrdiff_t{mMosaic.line},
+    const std::ptrdiff_t centre = std::ptrdiff_t{mMosaic.line} + mLineOfPair;
+    const std::ptrdiff_t line = down == 0 ? centre : NeighbourLine(mMosaic, centre + down);
+    return SampleAt(mMosaic, line - std::ptrdiff_t{mMosaic.line},
                     NeighbourColumn(mMosaic, std::ptrdiff_t{mX} + right));
   }
 

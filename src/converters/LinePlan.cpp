@@ -1,0 +1,194 @@
+#include "converters/LinePlan.h"
+
+#include <ZrConvertersLib/RGBFilter.h>
+
+#include <algorithm>
+#include <cstring>
+
+#if defined(__x86_64__)
+#include <emmintrin.h>
+#endif
+
+namespace ZrConvertersLib {
+
+using simd::Reading;
+using simd::Writing;
+
+namespace {
+
+/// The most a level's block takes: pixels, source bytes a pixel, bytes beyond the line that a reading may
+/// touch.
+constexpr std::size_t kLargestBlock = 64, kLargestPixel = 8, kSlack = 64;
+
+/// Bytes of a frame staged at a time when it is written past the caches: they stay in the first-level cache.
+constexpr std::size_t kStage = 12 * 1024;
+
+/// Lines a reading takes and gives, and the columns beside a block that it looks at.
+struct Lines {
+  std::uint8_t sources, destinations, margin;
+};
+
+constexpr Lines LinesOf(Reading reading) {
+  switch (reading) {
+    case Reading::BayerFast8:
+    case Reading::BayerFast16:
+      return {2, 2, 0};
+    case Reading::BayerBilinear:
+      return {6, 2, 1};
+    default:
+      return {1, 1, 0};
+  }
+}
+
+/// The writing with the caller's tables, for destinations that a filter acts on.
+constexpr Writing Filtered(std::uint8_t destination) {
+  std::uint8_t place = static_cast<std::uint8_t>(Writing::FilteredRGB8);
+  for (std::size_t i = 0; i < destination; ++i)
+    place = static_cast<std::uint8_t>(place + kDestinations[i].filtered);
+  return static_cast<Writing>(place);
+}
+
+static_assert(kDestinations.size() == static_cast<std::size_t>(Writing::FilteredRGB8));
+static_assert(kDestinations[5].name == "RGB8" && Filtered(5) == Writing::FilteredRGB8);
+static_assert(kDestinations[11].name == "RGB565p" && Filtered(11) == Writing::FilteredRGB565p);
+static_assert(kDestinations[12].name == "Planar8" && Filtered(12) == Writing::FilteredPlanar8);
+
+/// The default filter never changes; any other one may be the identity, too.
+bool IsIdentity(const RGBFilter& filter) {
+  return &filter == &sRGBFilter || filter.IsIdentity();
+}
+
+/// Bytes from a plane to the next: a 32-bit figure that counts as signed.
+std::ptrdiff_t PlaneDistance(const PixelConverterContext& context) {
+  return static_cast<std::int32_t>(context.mDestinationStride * context.mDestinationHeight);
+}
+
+bool ExceedsCaches(const PixelConverterContext& context, std::size_t planes) {
+  const std::size_t source = std::size_t{context.mSourceStride} * context.mSourceHeight;
+  const std::size_t destination =
+      std::size_t{context.mDestinationStride} * context.mDestinationHeight * planes;
+  return source + destination > simd::StreamingThreshold();
+}
+
+}  // namespace
+
+LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recipe)
+    : mJob{}, mGroup(recipe.group) {
+  const DestinationRow& row = kDestinations[recipe.destination];
+  const simd::Level& level = simd::CurrentLevel();
+  const bool filtered = row.filtered && !IsIdentity(*context.mFilter);
+  const auto writing = filtered ? Filtered(recipe.destination) : static_cast<Writing>(recipe.destination);
+  mFunction = level.Find(recipe.reading, writing);
+  mStream = !recipe.throughCaches && ExceedsCaches(context, row.planes) ? *level.stream : nullptr;
+  mBlock = level.blockPixels;
+  mPixelBytes = row.bytes;
+  mPlanes = row.planes;
+  const Lines lines = LinesOf(recipe.reading);
+  mSources = lines.sources;
+  mDestinations = lines.destinations;
+  mMargin = lines.margin;
+
+  mJob.planeDistance = PlaneDistance(context);
+  mJob.shift = recipe.shift;
+  mJob.flip = recipe.flip;
+  mJob.matrix = recipe.matrix;
+  if (filtered) {
+    mJob.tables[0] = context.mFilter->GetRed();
+    mJob.tables[1] = context.mFilter->GetGreen();
+    mJob.tables[2] = context.mFilter->GetBlue();
+  }
+}
+
+void LinePlan::Run(const Strip& strip) const {
+  if (strip.pixels == 0) return;
+  if (strip.pixels < mBlock || PlanesOverlap(strip.pixels)) {
+    RunPadded(strip);
+  } else if (mStream != nullptr) {
+    RunStaged(strip);
+  } else {
+    RunWhole(strip);
+  }
+}
+
+void LinePlan::Finish() const {
+#if defined(__x86_64__)
+  if (mStream != nullptr) _mm_sfence();
+#endif
+}
+
+void LinePlan::RunWhole(const Strip& strip) const {
+  simd::LineJob job = mJob;
+  std::copy_n(strip.source, mSources, job.source);
+  std::copy_n(strip.destination, mDestinations, job.destination);
+  job.width = strip.pixels;
+  mFunction(job);
+}
+
+/// Whether one line's pixels of a plane reach into the next plane, as the last group of an image of one line
+/// may.
+bool LinePlan::PlanesOverlap(std::size_t pixels) const {
+  const auto distance =
+      static_cast<std::size_t>(mJob.planeDistance < 0 ? -mJob.planeDistance : mJob.planeDistance);
+  return mPlanes > 1 && pixels <= kLargestBlock && DestinationBytes(pixels) > distance;
+}
+
+/// Lines shorter than a block: the kernel works on copies that are as long as one.
+void LinePlan::RunPadded(const Strip& strip) const {
+  constexpr std::size_t kSource = kLargestBlock * kLargestPixel + 2 * kSlack;
+  constexpr std::ptrdiff_t kPlane = 2 * kLargestBlock;
+  alignas(64) std::uint8_t sources[6][kSource];
+  alignas(64) std::uint8_t staged[2][3 * kPlane];
+  simd::LineJob job = mJob;
+  for (std::size_t i = 0; i < mSources; ++i) {
+    std::memset(sources[i], 0, kSource);
+    std::memcpy(sources[i] + kSlack - mMargin, strip.source[i] - mMargin,
+                SourceBytes(strip.pixels) + 2 * mMargin);
+    job.source[i] = sources[i] + kSlack;
+  }
+  for (std::size_t i = 0; i < mDestinations; ++i) job.destination[i] = staged[i];
+  job.planeDistance = kPlane;
+  job.width = std::max(mBlock, strip.pixels);
+  mFunction(job);
+  for (std::size_t line = 0; line < mDestinations; ++line) {
+    const std::size_t i = mJob.redBelow ? 1 - line : line;  // the upper line first, as kernels do
+    CopyOut(staged[i], kPlane, strip.destination[i], strip.pixels);
+  }
+}
+
+/// Pixel by pixel where planes overlap, so that they come out as if each pixel had been stored in turn.
+void LinePlan::CopyOut(const std::uint8_t* staged, std::ptrdiff_t stagedPlane, std::uint8_t* destination,
+                       std::size_t pixels) const {
+  const std::size_t step = PlanesOverlap(pixels) ? 1 : pixels;
+  for (std::size_t x = 0; x < pixels; x += step) {
+    for (std::ptrdiff_t plane = 0; plane < mPlanes; ++plane) {
+      std::memcpy(destination + plane * mJob.planeDistance + DestinationBytes(x),
+                  staged + plane * stagedPlane + DestinationBytes(x), DestinationBytes(step));
+    }
+  }
+}
+
+/// Parts of a line converted in the first-level cache and copied from there past all caches.
+void LinePlan::RunStaged(const Strip& strip) const {
+  alignas(64) std::uint8_t stage[kStage];
+  const std::size_t longest =
+      kStage / (std::size_t{mPixelBytes} * mPlanes * mDestinations) / kLargestBlock * kLargestBlock;
+  simd::LineJob job = mJob;
+  job.planeDistance = static_cast<std::ptrdiff_t>(DestinationBytes(longest));
+  for (std::size_t i = 0; i < mDestinations; ++i)
+    job.destination[i] = stage + i * mPlanes * DestinationBytes(longest);
+
+  for (std::size_t x = 0; x < strip.pixels; x += job.width) {
+    const std::size_t left = strip.pixels - x;
+    // The rest after a part must not be shorter than a block.
+    job.width = left <= longest ? left : left < longest + kLargestBlock ? longest - kLargestBlock : longest;
+    for (std::size_t i = 0; i < mSources; ++i) job.source[i] = strip.source[i] + SourceBytes(x);
+    mFunction(job);
+    for (std::size_t i = 0; i < mDestinations; ++i) {
+      for (std::ptrdiff_t plane = 0; plane < mPlanes; ++plane)
+        mStream(strip.destination[i] + DestinationBytes(x) + plane * mJob.planeDistance,
+                job.destination[i] + plane * job.planeDistance, DestinationBytes(job.width));
+    }
+  }
+}
+
+}  // namespace ZrConvertersLib

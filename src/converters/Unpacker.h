@@ -1,0 +1,31 @@
+#pragma once
+
+#include <ZrConvertersLib/PixelTypeFactory.h>
+
+#include "converters/MonoPackedTo.h"
+
+/// Packed mono converters as the first stage of chains: they take the samples of other families' packed types
+/// to those families' unpacked ones.
+
+namespace ZrConvertersLib {
+
+/// Registered by name, since the pair it serves is not the one its writer stands for.
+template <class Converter>
+struct Unpacker : Converter {
+  template <class... Multiplier>
+  Unpacker(const FormatRow& source, long destination, Multiplier... widthMultiplier)
+      : Converter(source, destination, false, widthMultiplier...) {
+    PixelTypeFactory::RegisterPixelConverter(*this);
+  }
+};
+
+template <class Out>
+using Mono10pUnpacker = Unpacker<Mono10pTo<Out>>;
+template <class Out>
+using Mono12pUnpacker = Unpacker<Mono12pTo<Out>>;
+template <class Out>
+using Mono14pUnpacker = Unpacker<Mono14pTo<Out>>;
+template <class Out>
+using MonoPackedUnpacker = Unpacker<MonoPackedTo<Out>>;
+
+}  // namespace ZrConvertersLib

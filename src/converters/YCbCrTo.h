@@ -1,0 +1,78 @@
+#pragma once
+
+#include <ZrConvertersLib/PixelConverter.h>
+
+#include "converters/KernelConverter.h"
+#include "core/OutputWriters.h"
+#include "core/YCbCrMatrix.h"
+
+/// Converters of YCbCr lines. Mono destinations get the green of the converted colour.
+
+namespace ZrConvertersLib {
+
+/// The matrix that conversion flags choose.
+constexpr const YCbCrMatrix& MatrixOf(std::uint32_t flags) {
+  if ((flags & PixelConverter::FLAG_YCBCR_JPG) != 0) return kMatrixJPG;
+  if ((flags & PixelConverter::FLAG_YCBCR_709) != 0) return kMatrix709;
+  return kMatrix601;
+}
+
+/// How many pixels share chroma.
+enum class Sharing : std::uint8_t { None = 1, Two = 2, Four = 4 };
+
+/// Pixels that a line of `width` writes. With chroma shared by two an odd last pixel is left out; by four,
+/// one pixel more than whole groups is left out, two or three make another whole group.
+constexpr std::size_t PixelsOf(Sharing sharing, std::uint32_t width) {
+  if (sharing == Sharing::Two) return width - width % 2;
+  if (sharing == Sharing::Four && width % 4 != 0) return WholeGroups(width - 1, 4);
+  return width;
+}
+
+/// Samples of type T. Those in words are shifted down to 8 bits.
+template <class T, class Out, simd::Reading reading, Sharing sharing>
+class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, sharing>> {
+ public:
+  explicit YCbCrLayoutTo(const FormatRow& source)
+      : KernelConverter<YCbCrLayoutTo>(source.id, Out::kTypeId, sharing == Sharing::Four ? 4 : source.bytes,
+                                       Out::kByteSize, 1, 1, true),
+        mShift(source.depth - 8u) {}
+
+  using PixelConverter::GetSourceByteSize;
+  std::uint32_t GetSourceByteSize(std::uint32_t width) const override {
+    if (sharing == Sharing::Four) return width * 3 * 2 / 4;
+    return PixelConverter::GetSourceByteSize(width);
+  }
+
+  LineRecipe Recipe(std::uint32_t flags) const {
+    return {.reading = reading,
+            .group = {static_cast<std::uint8_t>(sharing), kGroupBytes},
+            .destination = Out::kIndex,
+            .shift = mShift,
+            .matrix = &MatrixOf(flags)};
+  }
+  std::size_t Pixels(std::uint32_t width) const { return PixelsOf(sharing, width); }
+
+ private:
+  /// One luma sample a pixel and two chroma samples a group.
+  static constexpr std::uint8_t kGroupBytes = (static_cast<std::uint8_t>(sharing) + 2) * sizeof(T);
+
+  std::uint32_t mShift;
+};
+
+template <class T, class Out>
+using YCbCrTo = YCbCrLayoutTo<T, Out, simd::Reading::YCbCr8, Sharing::None>;
+template <class T, class Out>
+using YCbCr_CbYCrTo =
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::CbYCr8 : simd::Reading::CbYCr16, Sharing::None>;
+template <class T, class Out>
+using YCbCr422To =
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::YCbYCr8 : simd::Reading::YCbYCr16, Sharing::Two>;
+template <class T, class Out>
+using YCbCr422_CbYCrYTo =
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::CbYCrY8 : simd::Reading::CbYCrY16, Sharing::Two>;
+template <class T, class Out>
+using YCbCr411To = YCbCrLayoutTo<T, Out, simd::Reading::YYCbYYCr8, Sharing::Four>;
+template <class T, class Out>
+using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYYCrYY8, Sharing::Four>;
+
+}  // namespace ZrConvertersLib
