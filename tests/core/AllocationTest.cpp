@@ -1,4 +1,5 @@
-// Replaces the allocator of the whole program, the library's included, by one that can be made to fail.
+// Replaces the allocator of the whole program, the library's included, by one that counts, can be made to
+// fail and can hold threads until they meet in it.
 
 #include <ZrConvertersLib/ComplexConverter.h>
 #include <ZrConvertersLib/PixelType.h>
@@ -6,23 +7,44 @@
 #include <ZrConvertersLib/RGBFilter.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <barrier>
+#include <chrono>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <new>
+#include <thread>
 #include <vector>
 
 namespace {
 
 /// Allocations that still succeed.
-int sAllocationsLeft = std::numeric_limits<int>::max();
+std::atomic<int> sAllocationsLeft = std::numeric_limits<int>::max();
 /// Allocations of at least so many bytes always fail.
-std::size_t sTooLarge = std::numeric_limits<std::size_t>::max();
+std::atomic<std::size_t> sTooLarge = std::numeric_limits<std::size_t>::max();
+/// Threads that still have to come before any that allocates may go on.
+std::atomic<int> sAwaited = 0;
+/// Allocations that have not been freed.
+std::atomic<int> sAlive = 0;
+
+void Meet() noexcept {
+  if (sAwaited <= 0) return;
+  --sAwaited;
+  for (int i = 0; i < 10000 && sAwaited > 0; ++i) std::this_thread::sleep_for(std::chrono::microseconds(100));
+}
 
 void* Allocate(std::size_t size) noexcept {
+  Meet();
   if (size >= sTooLarge || sAllocationsLeft == 0) return nullptr;
   if (sAllocationsLeft != std::numeric_limits<int>::max()) --sAllocationsLeft;
+  ++sAlive;
   return std::malloc(size);
+}
+
+void Free(void* memory) noexcept {
+  if (memory != nullptr) --sAlive;
+  std::free(memory);
 }
 
 void* AllocateOrThrow(std::size_t size) {
@@ -49,22 +71,22 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
   return Allocate(size);
 }
 ZR_NOT_INLINED void operator delete(void* memory) noexcept {
-  std::free(memory);
+  Free(memory);
 }
 ZR_NOT_INLINED void operator delete[](void* memory) noexcept {
-  std::free(memory);
+  Free(memory);
 }
 ZR_NOT_INLINED void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
+  Free(memory);
 }
 ZR_NOT_INLINED void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
+  Free(memory);
 }
 
 namespace ZrConvertersLib {
 namespace {
 
-class OutOfMemory : public testing::Test {
+class Allocation : public testing::Test {
  protected:
   void TearDown() override { Recover(); }
   static void Recover() {
@@ -74,7 +96,7 @@ class OutOfMemory : public testing::Test {
 };
 
 /// Every allocation of the constructor fails in turn; a leak would show under AddressSanitizer.
-TEST_F(OutOfMemory, FilterIsNotMade) {
+TEST_F(Allocation, MissingForAFilter) {
   for (int left = 0; left < 3; ++left) {
     sAllocationsLeft = left;
     EXPECT_THROW(const RGBFilter filter, std::bad_alloc);
@@ -83,7 +105,7 @@ TEST_F(OutOfMemory, FilterIsNotMade) {
   EXPECT_TRUE(RGBFilter().IsIdentity());
 }
 
-TEST_F(OutOfMemory, TypeIsNotRegistered) {
+TEST_F(Allocation, MissingForAType) {
   const PixelType type(-1, 1, 1, false);
   // First the clone, then the entry in the registry.
   for (int left = 0; left < 2; ++left) {
@@ -95,7 +117,7 @@ TEST_F(OutOfMemory, TypeIsNotRegistered) {
   EXPECT_TRUE(PixelTypeFactory::RegisterPixelType(-1, &type, nullptr).IsSuccess());
 }
 
-TEST_F(OutOfMemory, RegistryIsNotCreated) {
+TEST_F(Allocation, MissingForTheRegistry) {
   { const PixelTypeFactoryCleanup cleanup; }
   const PixelType type(-1, 1, 1, false);
   static const PixelConverter converter(-1, -2, 1, 1, 1, 1, false);
@@ -112,8 +134,36 @@ TEST_F(OutOfMemory, RegistryIsNotCreated) {
   EXPECT_FALSE(code([&] { return PixelTypeFactory::HasConverter(-1, -2); }));
 }
 
+/// Two threads that both find no lock and both make one: one of the two must be used by both, the other be
+/// freed.
+TEST_F(Allocation, HappensOnceForTheLock) {
+  { const PixelTypeFactoryCleanup cleanup; }
+  const int before = sAlive;
+  int after = 0;
+  bool met = false;
+  {
+    std::barrier start(2);
+    const auto first = [&start](long id) {
+      const PixelType type(id, 1, 1, false);
+      start.arrive_and_wait();
+      EXPECT_TRUE(PixelTypeFactory::RegisterPixelType(id, &type, nullptr).IsSuccess());
+    };
+    std::thread other(first, -31);
+    sAwaited = 2;
+    first(-32);
+    other.join();
+    met = sAwaited == 0;
+    EXPECT_TRUE(PixelTypeFactory::HasPixelType(-31));
+    EXPECT_TRUE(PixelTypeFactory::HasPixelType(-32));
+    { const PixelTypeFactoryCleanup cleanup; }
+  }
+  after = sAlive;
+  EXPECT_TRUE(met);
+  EXPECT_EQ(after, before);
+}
+
 /// A buffer that is just large enough is used as it is.
-TEST_F(OutOfMemory, ChainNeedsNoneForALargeEnoughBuffer) {
+TEST_F(Allocation, HappensNotForALargeEnoughBuffer) {
   PixelConverter stage(-20, -21, 1, 2, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);
   std::uint32_t size = (10 + 4) * 16 * 2;
@@ -127,7 +177,7 @@ TEST_F(OutOfMemory, ChainNeedsNoneForALargeEnoughBuffer) {
   delete[] buffer;
 }
 
-TEST_F(OutOfMemory, ChainIsLeftWithoutBuffer) {
+TEST_F(Allocation, MissingForTheBufferOfAChain) {
   PixelConverter stage(-10, -11, 1, 1, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);
   unsigned char* buffer = new unsigned char[16];
