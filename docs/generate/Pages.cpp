@@ -132,7 +132,12 @@ void WriteFormats(std::ostream& out) {
   }
 }
 
-std::string WriterName(const FormatRow& destination) {
+/// The destination's part of an object's name: its writer's. The chains of packed YCbCr call the four-channel
+/// destinations by their size.
+std::string WriterName(const FormatRow& source, const FormatRow& destination) {
+  const bool chained = source.family == Family::YCbCr && source.packing == Packing::Dense;
+  if (chained && destination.id == PixelTypeIds::RGBa8) return "RGB32";
+  if (chained && destination.id == PixelTypeIds::BGRa8) return "BGR32";
   const DestinationRow* writer = FindDestination(destination.id);
   return std::string(writer != nullptr ? writer->name : destination.name);
 }
@@ -151,8 +156,8 @@ void WriteConverters(std::ostream& out) {
       if (row.family != family.family || !IsSource(row)) return;
       out << "\n## " << row.name << " (" << row.id << ")\n\n| object | destination | ID |\n|---|---|---|\n";
       for (const FormatRow* destination : DestinationsOf(row)) {
-        out << "| `s" << row.name << "To" << WriterName(*destination) << "` | " << destination->name << " | "
-            << destination->id << " |\n";
+        out << "| `s" << row.name << "To" << WriterName(row, *destination) << "` | " << destination->name
+            << " | " << destination->id << " |\n";
       }
     });
   }
