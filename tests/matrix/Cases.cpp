@@ -106,6 +106,7 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   conversion.destination = Place(random);
   using enum Between;
   conversion.between = random.OneOf({Library, Library, Caller, CallerTooSmall});
+  conversion.streaming = random.Below(3) == 0;
   return conversion;
 }
 
@@ -141,13 +142,14 @@ std::string Describe(const Case& conversion) {
   std::snprintf(text, sizeof text,
                 "%ux%u of a source %ux%u padding %u, into %ux%u padding %u, flags %08x%s, filter %s, content "
                 "%s seed %llx, "
-                "source %s (%zu), destination %s (%zu), intermediate %d",
+                "source %s (%zu), destination %s (%zu), intermediate %d%s",
                 call.width, call.height, call.sourceWidth, call.sourceHeight, call.sourcePadding,
                 call.destinationWidth, call.destinationHeight, call.destinationPadding, call.flags,
                 call.flip ? " flipped" : "", GetFilter(conversion.filter).name, NameOf(conversion.content),
                 static_cast<unsigned long long>(conversion.seed), NameOf(conversion.source.at),
                 conversion.source.misalignment, NameOf(conversion.destination.at),
-                conversion.destination.misalignment, static_cast<int>(conversion.between));
+                conversion.destination.misalignment, static_cast<int>(conversion.between),
+                conversion.streaming ? ", streaming" : "");
   return text;
 }
 

@@ -21,6 +21,7 @@ struct Case {
   std::uint64_t seed = 0;
   TestSupport::Placement source, destination;
   Between between = Between::Library;
+  bool streaming = false;  ///< written past the caches, as large frames are
 };
 
 std::string Describe(const Case& conversion);

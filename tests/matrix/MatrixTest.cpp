@@ -23,6 +23,7 @@ class MatrixTest : public testing::TestWithParam<Model::Source> {
   void CheckCase(const ZrConvertersLib::PixelConverter& converter, const Model::Pair& pair,
                  const Matrix::Case& conversion) {
     const Matrix::Expectation expected = Matrix::Expect(pair, conversion);
+    const TestSupport::ForcedStreaming streaming(conversion.streaming);
     for (const char* level : TestSupport::CpuLevels()) {
       const TestSupport::ForcedCpuLevel forced(level);
       const std::string fault = mChecker.Check(converter, conversion, expected);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <ostream>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,11 @@ struct Source {
   unsigned multiplier = 1;   ///< samples counted per pixel of the caller's widths
   unsigned nibbleShift = 4;  ///< of Packing::PairPacked: where the low bits of a sample go
 };
+
+/// Tests that have a source as parameter show its name.
+inline std::ostream& operator<<(std::ostream& out, const Source& source) {
+  return out << source.name;
+}
 
 enum class Shape { Grey, ThreeChannels, FourChannels, Word565, Planes };
 

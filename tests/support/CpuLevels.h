@@ -2,6 +2,8 @@
 
 #include <ZrConvertersLib/CpuLevel.h>
 
+#include <cstddef>
+#include <limits>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -24,6 +26,21 @@ class ForcedCpuLevel {
   ~ForcedCpuLevel() { ZrConvertersLib::ForceCpuLevel(nullptr); }
   ForcedCpuLevel(const ForcedCpuLevel&) = delete;
   ForcedCpuLevel& operator=(const ForcedCpuLevel&) = delete;
+};
+
+/// While this lives every frame is written past the caches, or none is.
+class ForcedStreaming {
+ public:
+  explicit ForcedStreaming(bool streaming)
+      : mBefore(
+            ZrConvertersLib::SetStreamingThreshold(streaming ? 0 : std::numeric_limits<std::size_t>::max())) {
+  }
+  ~ForcedStreaming() { ZrConvertersLib::SetStreamingThreshold(mBefore); }
+  ForcedStreaming(const ForcedStreaming&) = delete;
+  ForcedStreaming& operator=(const ForcedStreaming&) = delete;
+
+ private:
+  std::size_t mBefore;
 };
 
 }  // namespace TestSupport
