@@ -110,15 +110,17 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   return conversion;
 }
 
+#ifdef ZR_THIN_MATRIX
+constexpr unsigned kThinning = 6;
+#else
+constexpr unsigned kThinning = 1;
+#endif
+
 /// How often each width comes round. Flags decide much in a mosaic and little elsewhere. Where every
 /// instruction costs ten times as much, under an emulator or a sanitizer, a part must do.
 unsigned Rounds(const Model::Pair& pair) {
-  const unsigned rounds = HasMosaic(pair) ? 16 : HasChroma(pair) || IsChain(pair) ? 8 : 6;
-#ifdef ZR_THIN_MATRIX
-  return rounds / 4;
-#else
-  return rounds;
-#endif
+  const unsigned rounds = HasMosaic(pair) ? 36 : HasChroma(pair) || IsChain(pair) ? 18 : 12;
+  return rounds / kThinning;
 }
 
 std::uint64_t SeedOf(const Model::Pair& pair) {
@@ -132,6 +134,30 @@ Case LargeCase(const Model::Pair& pair, std::uint32_t width, std::uint32_t heigh
   call.sourceWidth = call.destinationWidth = width;
   call.height = call.sourceHeight = call.destinationHeight = height;
   return conversion;
+}
+
+/// Lines written past the caches go through the first-level cache in parts of about 12 KiB, of all planes and
+/// of both lines of a mosaic together; mosaics are interpolated in strips of 1024 columns.
+std::vector<std::uint32_t> WidthsAroundParts(const Model::Pair& pair) {
+  const Model::Destination& destination = pair.back().destination;
+  const unsigned planes = destination.shape == Model::Shape::Planes ? 3 : 1, lines = HasMosaic(pair) ? 2 : 1;
+  const std::uint32_t part = 12 * 1024 / (destination.bytes * planes * lines) / 64 * 64;
+  std::vector<std::uint32_t> widths = {part - 1,  part,      part + 1,  part + 33,
+                                       part + 63, part + 64, part + 65, 2 * part + 7};
+  if (HasMosaic(pair)) widths.insert(widths.end(), {1023, 1024, 1025, 1026, 1027, 1087, 1089, 2048, 2049});
+  return widths;
+}
+
+std::vector<Case> LargeCases(const Model::Pair& pair, std::uint64_t seed) {
+  std::vector<Case> cases = {LargeCase(pair, 333, 41, seed), LargeCase(pair, 1030, 18, seed + 1)};
+  // More lines than a cache holds of the intermediate image.
+  if (IsChain(pair)) cases.push_back(LargeCase(pair, 2054, 131, seed + 2));
+  for (const std::uint32_t width : WidthsAroundParts(pair)) {
+    if (TestSupport::Hash({seed, width}) % 2 != 0) continue;
+    cases.push_back(LargeCase(pair, width, 2, seed + width));
+    cases.back().streaming = width > 4096 || cases.size() % 2 != 0;
+  }
+  return cases;
 }
 
 }  // namespace
@@ -163,14 +189,10 @@ Case PlainCase(std::uint32_t width, std::uint32_t height) {
 
 std::vector<Case> CasesOf(const Model::Pair& pair) {
   const std::uint64_t seed = SeedOf(pair);
-  std::vector<Case> cases;
+  std::vector<Case> cases = LargeCases(pair, seed);
   for (unsigned round = 0; round < Rounds(pair); ++round)
     for (const std::uint32_t width : kWidths)
       cases.push_back(RandomCase(pair, width, TestSupport::Hash({seed, round, width})));
-  cases.push_back(LargeCase(pair, 333, 41, seed));
-  cases.push_back(LargeCase(pair, 1030, 18, seed + 1));
-  // More lines than a cache holds of the intermediate image.
-  if (IsChain(pair)) cases.push_back(LargeCase(pair, 2054, 131, seed + 2));
   return cases;
 }
 
