@@ -95,7 +95,7 @@ class RoundTripTest : public ToolTest, public testing::WithParamInterface<const 
       case 4:
         return 24;
       default:
-        return Format().family == FormatFamily::YCbCr ? 6 : 1.5;
+        return Format().family == FormatFamily::YCbCr ? 4 : 1;
     }
   }
 
