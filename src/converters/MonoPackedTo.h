@@ -34,7 +34,7 @@ class DensePackedTo : public KernelConverter<DensePackedTo<Out, like, reading>> 
   std::size_t Pixels(std::uint32_t width) const { return WholeGroups(width, kGroup.pixels); }
 
  private:
-  static constexpr Group kGroup = FormatOf(like).group;
+  static constexpr Group kGroup = FindFormat(like)->group;
 
   std::uint32_t mWidthMultiplier;
 };
