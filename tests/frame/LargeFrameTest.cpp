@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cstring>
 #include <new>
+#include <ostream>
+#include <string>
 #include <vector>
 
 #include "support/Pattern.h"
@@ -46,6 +49,10 @@ struct Wide {
   Demosaic demosaic = Demosaic::Fast;
   bool flip = false;
 };
+
+void PrintTo(const Wide& wide, std::ostream* out) {
+  *out << wide.name;
+}
 
 class LongestStrideTest : public testing::TestWithParam<Wide> {};
 
