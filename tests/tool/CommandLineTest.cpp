@@ -37,7 +37,12 @@ const std::string cRight = "convert in.raw out.png -f Mono8 -s 64x48 ";
 
 const std::vector<Nonsense> cNonsense{
     {"NoCommand", "", 2, {"convert", "chart"}},
-    {"UnknownCommand", "transmogrify in.raw out.png", 2, {"--help"}},
+    {"UnknownCommand", "transmogrify in.raw out.png", 2, {"transmogrify", "convert", "chart"}},
+    {"MistypedCommand", "covnert in.raw out.png", 2, {"covnert", "did you mean convert?"}},
+    {"NoFrames", cRight + "--frames 0", 2, {"0 frames"}},
+    {"BlackAboveWhite", cRight + "--black 300 -t RGB8", 2, {"--black"}},
+    {"MosaicOfOneColumn", "convert in.raw out.png -f Bayer8 -s 1x48", 2, {"2 x 2"}},
+    {"UnknownMatrixOfCode", "convert in.raw out.png -f 0x021000FA -s 4x4", 2, {"BT.2020"}},
     {"UnknownOption", cRight + "--sharpen", 2, {"--sharpen"}},
     {"NoFormat", "convert in.raw out.png -s 64x48", 2, {"--format"}},
     {"NoSize", "convert in.raw out.png -f Mono8", 2, {"--size"}},
@@ -73,7 +78,7 @@ const std::vector<Nonsense> cNonsense{
     {"GreyMapOfColour", cRight + "-t RGB8 -c pgm", 2, {".pgm", "RGB8"}},
     {"PixelMapOfGrey", cRight + "-t Mono8 -c ppm", 2, {".ppm", "Mono8"}},
     {"ToneOnGrey", cRight + "-t Mono16 --gamma 2", 2, {"8-bit colour", "Mono16"}},
-    {"GammaOfZero", cRight + "--gamma 0", 2, {"tone"}},
+    {"GammaOfZero", cRight + "--gamma 0", 2, {"--gamma"}},
     {"GainOfWords", cRight + "--gain much", 2, {"much"}},
     {"GainOfTwo", cRight + "--gain 1,2", 2, {"1,2", "RED,GREEN,BLUE"}},
     {"RegionOutside", cRight + "--region 60,0,5,5", 2, {"region", "64x48"}},

@@ -42,7 +42,7 @@ double Luma(const Colour& colour) {
   return 0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue;
 }
 
-Chart::Chart(unsigned width, unsigned height, unsigned frame)
+Chart::Chart(unsigned width, unsigned height, std::uint64_t frame)
     : mWidth(width), mHeight(height), mFrame(frame), mFieldTop(RowAt(cFieldTop, height)) {}
 
 Colour Chart::ColourBar(unsigned x) const {
@@ -55,12 +55,12 @@ Colour Chart::ZonePlate(unsigned x, unsigned y) const {
   const double dx = x + 0.5 - mWidth / 4.0;
   const double dy = y + 0.5 - (mFieldTop + mHeight) / 2.0;
   // The phase pi r^2 / (2 R) changes by half a cycle per pixel where r = R.
-  const double phase = std::numbers::pi * (dx * dx + dy * dy) / (2 * radius) - mFrame * 0.5;
+  const double phase = std::numbers::pi * (dx * dx + dy * dy) / (2 * radius) - double(mFrame) * 0.5;
   return Grey(0.5 + 0.5 * std::cos(phase));
 }
 
 Colour Chart::HueField(unsigned x, unsigned y) const {
-  const double hue = Across(x - mWidth / 2, mWidth - mWidth / 2) + mFrame / 24.0;
+  const double hue = Across(x - mWidth / 2, mWidth - mWidth / 2) + double(mFrame) / 24;
   const double down = Across(y - mFieldTop, mHeight - mFieldTop);
   // From white at the top through the full colour in the middle to black at the bottom.
   const double white = std::clamp(1 - 2 * down, 0.0, 1.0);

@@ -1,6 +1,8 @@
 // The test chart: one description of a picture, from which every source format is encoded.
 #pragma once
 
+#include <cstdint>
+
 namespace zrconvert {
 
 // A colour as a sensor sees it: proportional to the light, 0 is black and 1 is full scale.
@@ -20,7 +22,7 @@ double Luma(const Colour& colour);
 class Chart {
  public:
   // Frames of a sequence differ in the phase of the zone plate and of the hues.
-  Chart(unsigned width, unsigned height, unsigned frame = 0);
+  Chart(unsigned width, unsigned height, std::uint64_t frame = 0);
 
   unsigned Width() const { return mWidth; }
   unsigned Height() const { return mHeight; }
@@ -36,7 +38,7 @@ class Chart {
 
   unsigned mWidth;
   unsigned mHeight;
-  unsigned mFrame;
+  std::uint64_t mFrame;
   unsigned mFieldTop;
 };
 

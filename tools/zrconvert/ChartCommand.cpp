@@ -34,7 +34,7 @@ void WriteChart(const ChartOptions& options) {
   const EncodeOptions encode = EncodeOptionsOf(options);
   OutputFile output(options.output);
   File file(output.Path(), "wb");
-  for (unsigned frame = 0; frame < options.frames; ++frame) {
+  for (std::uint64_t frame = 0; frame < options.frames; ++frame) {
     const Chart chart(options.size.width, options.size.height, frame);
     file.Write(EncodeFrame(chart, layout, format.depth, encode));
     ThrowIfInterrupted();

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "Error.h"
+#include "Names.h"
 #include "Version.h"
 
 namespace zrconvert {
@@ -34,10 +35,10 @@ unsigned ReadThreads(const std::string& text) {
   return threads > 0 ? static_cast<unsigned>(threads) : std::max(1U, std::thread::hardware_concurrency());
 }
 
-unsigned ReadFrames(const std::string& text) {
+std::uint64_t ReadFrames(const std::string& text) {
   const std::uint64_t frames = ReadCount(text);
-  if (frames == 0 || frames > 1000000) throw UsageError("a chart has 1 to 1000000 frames, not " + text);
-  return static_cast<unsigned>(frames);
+  if (frames == 0) throw UsageError("0 frames leave nothing to do");
+  return frames;
 }
 
 std::size_t ReadPadding(const std::string& text) {
@@ -87,7 +88,7 @@ void AddGeometry(CLI::App& app, ConvertOptions& options) {
 
 void AddSequence(CLI::App& app, ConvertOptions& options) {
   AddWord(app, "--skip", "N", options.frames.first, ReadCount, "Frames to leave out at the beginning");
-  AddWord(app, "--frames", "N", options.frames.count, ReadCount, "Frames to convert at most");
+  AddWord(app, "--frames", "N", options.frames.count, ReadFrames, "Frames to convert at most");
   AddWord(app, "-j,--threads", "N", options.threads, ReadThreads,
           "Threads that share each frame (1); 0: one for each processor");
   app.add_flag("-q,--quiet", options.quiet, "No progress, no notes");
@@ -170,6 +171,18 @@ void Describe(CLI::App& app, AllOptions& options, const Actions& actions) {
   app.require_subcommand(0, 1);
 }
 
+// Without this a mistaken command would be told as an argument too many.
+void RequireCommand(const CLI::App& app, int count, const char* const* words) {
+  if (count < 2 || words[1][0] == '-' || words[1][0] == '\0') return;
+  std::vector<std::string_view> names;
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  if (std::ranges::count(names, words[1]) > 0) return;
+  const std::vector<std::string_view> near = NearestNames(words[1], names, 1);
+  const std::string hint =
+      near.empty() ? "it is one of " + Join(names, ", ") : "did you mean " + std::string(near[0]) + "?";
+  throw UsageError("unknown command '" + std::string(words[1]) + "': " + hint);
+}
+
 // CLI11 gives help and version as errors with exit code 0. Its sentences may run over several lines.
 int Tell(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) return app.exit(error);
@@ -184,6 +197,7 @@ int ReadCommandLine(int count, const char* const* words, const Actions& actions)
   AllOptions options;
   CLI::App app("Converts the frames of industrial cameras into pictures.", "zrconvert");
   Describe(app, options, actions);
+  RequireCommand(app, count, words);
   try {
     app.parse(count, words);
   } catch (const CLI::ParseError& error) {

@@ -39,7 +39,7 @@ struct ChartOptions {
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
   std::size_t padding = 0;
-  unsigned frames = 1;
+  std::uint64_t frames = 1;
 };
 
 struct InfoOptions {

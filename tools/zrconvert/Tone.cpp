@@ -1,7 +1,5 @@
 #include "Tone.h"
 
-#include <ZrConvertersLib/FrameCodes.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -22,8 +20,10 @@ bool TakesTone(const zr::FormatInfo& destination) {
 
 void SetTone(zr::RGBFilter& filter, zr::ToneSettings tone, unsigned depth) {
   tone.black = std::ldexp(tone.black, 8 - static_cast<int>(depth));
-  const ZrUtilsLib::Result result = filter.SetTone(tone);
-  if (!result.IsSuccess()) throw UsageError("the tone options: " + std::string(zr::ResultText(result)));
+  if (!filter.SetTone(tone).IsSuccess()) {
+    throw UsageError(
+        "tone out of range: --gamma is above 0, factors are 0 or more, and --black is less than white");
+  }
 }
 
 }  // namespace zrconvert
