@@ -1,0 +1,135 @@
+// zrbench: how long the registered conversions take, as multiples of the time of a memcpy.
+#include <ZrConvertersLib/CpuLevel.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+
+#include "Report.h"
+
+namespace Bench {
+namespace {
+
+struct Options {
+  bool quick = false;
+  double seconds = 0;
+  std::string level;
+  std::vector<std::string> sizes;
+  Selection selection;
+  std::string filter = "both";
+  std::string note;
+  std::string csv, json, summary;
+  bool table = false;
+};
+
+Size ParseSize(const std::string& text) {
+  Size size;
+  char rest = 0;
+  if (std::sscanf(text.c_str(), "%ux%u%c", &size.width, &size.height, &rest) != 2 || size.Pixels() == 0)
+    throw std::invalid_argument("no size: " + text);
+  return size;
+}
+
+std::vector<Size> SizesOf(const Options& options) {
+  std::vector<Size> sizes;
+  for (const std::string& text : options.sizes) sizes.push_back(ParseSize(text));
+  std::sort(sizes.begin(), sizes.end(), [](Size a, Size b) { return a.Pixels() < b.Pixels(); });
+  return sizes;
+}
+
+/// A quick run leaves some of the two minutes to preparations.
+Budget BudgetOf(const Options& options) {
+  const double seconds = options.quick ? 100 : 600;
+  return {options.seconds > 0 ? options.seconds : seconds, options.quick};
+}
+
+void ForceLevel(const Options& options) {
+  if (!options.level.empty() && !ZrConvertersLib::ForceCpuLevel(options.level.c_str()))
+    throw std::invalid_argument("this machine cannot run the level " + options.level);
+}
+
+/// Wide vectors are half as wide there.
+double AllowanceOf(std::string_view level) {
+  return level == "x86-64-v3" ? 1.5 : 1;
+}
+
+Run RunAll(const Options& options) {
+  ForceLevel(options);
+  Run run;
+  run.sizes = SizesOf(options);
+  run.allowance = AllowanceOf(ZrConvertersLib::GetCpuLevel());
+  run.measurements = Plan(RegisteredCases(options.selection), run.sizes);
+  if (run.measurements.empty()) throw std::invalid_argument("nothing to measure");
+  std::cerr << run.measurements.size() << " measurements at level " << ZrConvertersLib::GetCpuLevel() << '\n';
+  const double begin = Now();
+  Frames frames(run.measurements);
+  MeasureFor(BudgetOf(options), run.measurements, frames,
+             [](const std::string& state) { std::cerr << state << '\n'; });
+  run.facts = DescribeMachine();
+  run.facts.emplace_back("Level", ZrConvertersLib::GetCpuLevel());
+  const auto& all = run.measurements;
+  const auto measured = std::count_if(all.begin(), all.end(), [](auto& m) { return m.rounds > 0; });
+  run.facts.emplace_back("Measured", std::to_string(measured) + " of " + std::to_string(all.size()));
+  const auto [least, most] =
+      std::minmax_element(all.begin(), all.end(), [](auto& a, auto& b) { return a.rounds < b.rounds; });
+  run.facts.emplace_back("Rounds", std::to_string(least->rounds) + " to " + std::to_string(most->rounds) +
+                                       " in " + std::to_string(static_cast<int>(Now() - begin)) + " s");
+  if (!options.note.empty()) run.facts.emplace_back("Note", options.note);
+  return run;
+}
+
+void WriteFile(const std::string& name, const Run& run, void (*write)(std::ostream&, const Run&)) {
+  if (name.empty()) return;
+  std::ofstream file(name);
+  write(file, run);
+  if (!file.flush()) throw std::runtime_error("cannot write " + name);
+}
+
+void Define(CLI::App& app, Options& options) {
+  options.sizes = {"64x64", "640x480", "4096x3000"};
+  app.add_flag("--quick", options.quick,
+               "Done within two minutes, even if not every case has been measured then");
+  app.add_option("--seconds", options.seconds, "How long to measure; otherwise 100 if quick, else 600");
+  app.add_option("--size", options.sizes, "Frame sizes, WIDTHxHEIGHT")->delimiter(',')->capture_default_str();
+  app.add_option("--level", options.level, "CPU level to force; the highest one otherwise");
+  app.add_option("--source", options.selection.source, "Only sources with this in their name");
+  app.add_option("--destination", options.selection.destination, "Only destinations with this in their name");
+  app.add_option("--filter", options.filter, "Conversions through tone tables or not: on, off or both")
+      ->check(CLI::IsMember({"on", "off", "both"}))
+      ->capture_default_str();
+  app.add_flag("--table", options.table, "Print the ratio of every case");
+  app.add_option("--csv", options.csv, "Write all measurements to this file");
+  app.add_option("--json", options.json, "Write all measurements and the machine to this file");
+  app.add_option("--summary", options.summary, "Write what is printed to this file");
+  app.add_option("--note", options.note, "A remark on the run that is written with it");
+}
+
+int Main(int argc, char** argv) {
+  CLI::App app("Times the registered conversions against memcpy.");
+  Options options;
+  Define(app, options);
+  CLI11_PARSE(app, argc, argv);
+  options.selection.plain = options.filter != "on";
+  options.selection.filtered = options.filter != "off";
+  try {
+    const Run run = RunAll(options);
+    if (options.table) WriteTable(std::cout, run);
+    WriteSummary(std::cout, run);
+    WriteFile(options.summary, run, WriteSummary);
+    WriteFile(options.csv, run, WriteCsv);
+    WriteFile(options.json, run, WriteJson);
+  } catch (const std::exception& error) {
+    std::cerr << "zrbench: " << error.what() << '\n';
+    return 1;
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace Bench
+
+int main(int argc, char** argv) {
+  return Bench::Main(argc, argv);
+}

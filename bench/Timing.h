@@ -1,0 +1,51 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <limits>
+
+namespace Bench {
+
+inline double Now() {
+  const auto since = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration<double>(since).count();
+}
+
+/// Time that this thread has run. What it waits for a processor while others use it does not count, so that a
+/// long call on a busy machine can be timed at all.
+inline double ThreadNow() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+/// Seconds of one call, taken over `calls` in a row.
+template <class F>
+double TimeOf(F& call, unsigned calls) {
+  const double begin = ThreadNow();
+  for (unsigned i = 0; i < calls; ++i) call();
+  return (ThreadNow() - begin) / calls;
+}
+
+/// How long a burst of calls lasts.
+struct Burst {
+  double seconds = 0;  ///< at least
+  unsigned least = 2;  ///< timings at least
+};
+
+/// The fastest of a burst of calls, in seconds. Reading the clock takes a fraction of a microsecond: short
+/// calls are timed several at once.
+template <class F>
+double FastestOf(F&& call, const Burst& burst) {
+  constexpr double kLongEnough = 20e-6;
+  const double begin = Now();
+  double fastest = TimeOf(call, 1);
+  const auto calls = static_cast<unsigned>(std::clamp(kLongEnough / std::max(fastest, 1e-9), 1.0, 1000.0));
+  if (calls > 1) fastest = std::numeric_limits<double>::infinity();
+  for (unsigned n = 0; n < burst.least || Now() - begin < burst.seconds; ++n)
+    fastest = std::min(fastest, TimeOf(call, calls));
+  return fastest;
+}
+
+}  // namespace Bench
