@@ -121,7 +121,7 @@ unsigned MosaicPlan::Sample(const std::uint8_t* line, std::uint32_t x) const {
   if (mRecipe.sampleBytes == 1) return line[x];
   std::uint16_t sample;
   std::memcpy(&sample, line + std::size_t{2} * x, sizeof sample);
-  return (sample >> mRecipe.shift) & 0xFFu;
+  return (unsigned{sample} >> mRecipe.shift) & 0xFFu;
 }
 
 /// The last column of an odd width takes the colour of the tile that starts one column to the left of it. A
