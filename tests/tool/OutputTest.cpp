@@ -66,7 +66,7 @@ TEST_F(OutputTest, RightsAreThoseOfANewFileOrStay) {
 
 TEST_F(OutputTest, InputMayBeOutput) {
   const std::vector<std::uint8_t> before = Read("in.raw");
-  RunWell(cConvert + "in.raw -t Mono16");
+  EXPECT_EQ(Run(cConvert + "in.raw -t Mono16").errors, "");
   EXPECT_EQ(Read("in.raw").size(), 2 * before.size());
 }
 

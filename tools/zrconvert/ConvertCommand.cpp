@@ -79,15 +79,23 @@ void Note(const ConvertOptions& options, const std::string& text) {
   if (!options.quiet) std::fprintf(stderr, "zrconvert: note: %s\n", text.c_str());
 }
 
-void TellWhatIsLeft(const ConvertOptions& options, const FrameReader& reader, bool takesSequence) {
-  const std::uint64_t frames = reader.FrameCount().value_or(1);
-  if (!takesSequence && frames > 1) {
-    Note(options, "of " + std::to_string(frames) +
-                      " frames only the first is converted; a name such as "
-                      "frame_%04d.png takes them all");
+// Counted before the first picture is written, which may be written over the input.
+struct Remainder {
+  std::uint64_t frames;
+  std::uint64_t bytes;
+};
+
+Remainder RemainderOf(const FrameReader& reader, bool takesSequence) {
+  return {takesSequence ? 0 : reader.FrameCount().value_or(0), reader.LeftOver()};
+}
+
+void Tell(const ConvertOptions& options, const Remainder& remainder) {
+  if (remainder.frames > 1) {
+    Note(options, "of " + std::to_string(remainder.frames) +
+                      " frames only the first is converted; a name such as frame_%04d.png takes them all");
   }
-  if (const std::uint64_t bytes = reader.LeftOver(); bytes > 0) {
-    Note(options, std::to_string(bytes) + " bytes after the last whole frame are left over");
+  if (remainder.bytes > 0) {
+    Note(options, std::to_string(remainder.bytes) + " bytes after the last whole frame are left over");
   }
 }
 
@@ -115,6 +123,7 @@ class Conversion {
   const BandConverter& Converter() const { return mConverter; }
 
   void Run() {
+    const Remainder remainder = RemainderOf(mReader, mWriter.TakesSequence());
     std::uint64_t number = mOptions.frames.first;
     while (mReader.Next(mFrame)) {
       ThrowIfInterrupted();
@@ -124,7 +133,7 @@ class Conversion {
     if (number == mOptions.frames.first) throw Failure("the input has no frame that is not skipped");
     mWriter.Finish();
     mProgress.Summarise();
-    TellWhatIsLeft(mOptions, mReader, mWriter.TakesSequence());
+    Tell(mOptions, remainder);
   }
 
  private:
