@@ -22,12 +22,13 @@ class BayerTo : public PixelConverter {
   std::uint32_t GetLinesPerConvert() const override { return 2; }
 
   ZrUtilsLib::Result ConvertLine(const PixelConverterContext& context, std::uint32_t width) const override {
-    return Interpolates(context) ? ConvertInterpolate(context, width) : ConvertFast(context, width);
+    const bool interpolate = (context.mFlags & FLAG_BAYER_INTERPOLATE) != 0;
+    return interpolate ? ConvertInterpolate(context, width) : ConvertFast(context, width);
   }
 
   ZrUtilsLib::Result ConvertLastLine(const PixelConverterContext& context,
                                      std::uint32_t width) const override {
-    return Once(context, [&](MosaicPlan& plan) { return plan.LastLine(context, width); });
+    return ConvertLastLineFast(context, Recipe(), width);
   }
 
   /// As inherited, but prepared once for all lines.
@@ -38,37 +39,33 @@ class BayerTo : public PixelConverter {
                              std::uint32_t destinationPadding, unsigned char**, std::uint32_t*,
                              std::uint32_t sourcePadding, bool flipVertical,
                              const RGBFilter* filter) const override {
-    LineDriver driver(
+    const LineDriver driver(
         *this, {source, sourceWidth, sourceHeight, destination, destinationWidth, destinationHeight, width,
                 height, flags, destinationPadding, sourcePadding, flipVertical, filter});
-    ConvertMosaic(driver, Recipe());
+    ConvertMosaic(driver, Recipe(), driver.Source());
     return {};
   }
 
   /// One colour per tile of 2x2 sites.
   virtual ZrUtilsLib::Result ConvertFast(const PixelConverterContext& context, std::uint32_t width) const {
-    return Once(context, [&](MosaicPlan& plan) { return plan.Fast(context, width); });
+    return ConvertPairFast(context, Recipe(), width);
   }
 
   /// Colours interpolated from 3x3 sites.
   virtual ZrUtilsLib::Result ConvertInterpolate(const PixelConverterContext& context,
                                                 std::uint32_t width) const {
-    return Once(context, [&](MosaicPlan& plan) { return plan.Interpolate(context, width); });
+    return ConvertPairInterpolating(context, Recipe(), width);
+  }
+
+  /// As the second stage of a chain: reads `samples` of `lines` where they are instead of an unpacked mosaic.
+  void ConvertSamples(const FrameCall& call, const SourceLines& lines, const SampleRecipe& samples) const {
+    ConvertMosaic(LineDriver(*this, call), {Out::kIndex, samples}, lines);
   }
 
  private:
-  static bool Interpolates(const PixelConverterContext& context) {
-    return (context.mFlags & FLAG_BAYER_INTERPOLATE) != 0;
-  }
-
-  MosaicRecipe Recipe() const { return {sizeof(T), Out::kIndex, mShift}; }
-
-  template <class F>
-  ZrUtilsLib::Result Once(const PixelConverterContext& context, F convert) const {
-    MosaicPlan plan(context, Recipe());
-    const ZrUtilsLib::Result result = convert(plan);
-    plan.Finish();
-    return result;
+  MosaicRecipe Recipe() const {
+    if (sizeof(T) == 1) return {Out::kIndex, {}};
+    return {Out::kIndex, SampleRecipe{simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift}};
   }
 
   std::uint32_t mShift;

@@ -1,40 +1,63 @@
 #include "converters/KernelConverter.h"
 
+#include "converters/SamplePlan.h"
+
 namespace ZrConvertersLib {
 
 namespace {
 
-Strip LineOf(const PixelConverterContext& context, std::size_t pixels) {
-  return {{context.mSource}, {context.mDestination}, pixels};
+/// Whether the lines follow one another without a gap in either image, so that they may be converted as one.
+bool LinesJoin(const LineDriver& driver, std::size_t pixels, std::size_t sourceBytes,
+               std::size_t destinationBytes, const SourceLines& lines) {
+  const LineDriver::Steps steps = driver.BlockSteps();
+  return pixels == driver.Width() && lines.step == static_cast<std::ptrdiff_t>(sourceBytes) &&
+         steps.destination == static_cast<std::ptrdiff_t>(destinationBytes);
 }
 
-/// Whether the lines follow one another without a gap in either image, so that they may be converted as one.
-bool LinesJoin(const LineDriver& driver, const LinePlan& plan, std::size_t pixels) {
-  const PixelConverterContext& context = driver.Context();
-  constexpr std::uint32_t kLargestStep = 0x7FFFFFFF;
-  return !driver.Flips() && pixels == driver.Width() && context.mSourceStride == plan.SourceBytes(pixels) &&
-         context.mDestinationStride == plan.DestinationBytes(pixels) &&
-         context.mSourceStride <= kLargestStep && context.mDestinationStride <= kLargestStep;
+Strip AllLines(const LineDriver& driver, const SourceLines& lines, std::size_t pixels) {
+  const LineDriver::Steps steps = driver.BlockSteps();
+  return {{lines.first},    {driver.Context().mDestination}, pixels, driver.Height(), lines.step,
+          steps.destination};
+}
+
+/// The same pixels as a single line.
+Strip Joined(const Strip& strip) {
+  return {{strip.source[0]}, {strip.destination[0]}, strip.pixels * strip.lines};
+}
+
+template <class Plan>
+void RunLines(const Plan& plan, const LineDriver& driver, const SourceLines& lines, std::size_t pixels,
+              bool mayJoin) {
+  const Strip strip = AllLines(driver, lines, pixels);
+  const bool join =
+      mayJoin && LinesJoin(driver, pixels, plan.SourceBytes(pixels), plan.DestinationBytes(pixels), lines);
+  plan.Run(join ? Joined(strip) : strip);
+  plan.Finish();
+}
+
+template <class Plan>
+void RunOneLine(const Plan& plan, const PixelConverterContext& context, std::size_t pixels) {
+  plan.Run({{context.mSource}, {context.mDestination}, pixels});
+  plan.Finish();
 }
 
 }  // namespace
 
 void ConvertOneLine(const PixelConverterContext& context, const LineRecipe& recipe, std::size_t pixels) {
-  const LinePlan plan(context, recipe);
-  plan.Run(LineOf(context, pixels));
-  plan.Finish();
+  if (recipe.samples)
+    RunOneLine(SamplePlan(context, recipe), context, pixels);
+  else
+    RunOneLine(LinePlan(context, recipe), context, pixels);
 }
 
-void ConvertAllLines(LineDriver& driver, const LineRecipe& recipe, std::size_t pixels) {
-  const LinePlan plan(driver.Context(), recipe);
-  if (LinesJoin(driver, plan, pixels)) {
-    plan.Run(LineOf(driver.Context(), pixels * driver.Height()));
+void ConvertAllLines(const LineDriver& driver, const LineRecipe& recipe, std::size_t pixels,
+                     const SourceLines& lines) {
+  if (recipe.samples) {
+    const SamplePlan plan(driver.Context(), recipe);
+    RunLines(plan, driver, lines, pixels, plan.FillsGroups(pixels));
   } else {
-    driver.Walk(
-        [&](const PixelConverterContext& context, std::uint32_t) { plan.Run(LineOf(context, pixels)); },
-        [](const PixelConverterContext&, std::uint32_t) {});
+    RunLines(LinePlan(driver.Context(), recipe), driver, lines, pixels, true);
   }
-  plan.Finish();
 }
 
 }  // namespace ZrConvertersLib

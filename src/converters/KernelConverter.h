@@ -7,11 +7,13 @@
 
 namespace ZrConvertersLib {
 
-/// One line through the kernel of `recipe`; `pixels` a whole number of groups.
+/// One line by `recipe`; `pixels` a whole number of groups.
 void ConvertOneLine(const PixelConverterContext& context, const LineRecipe& recipe, std::size_t pixels);
 
-/// All lines of a walk, `pixels` of each: what calling ConvertOneLine for each would give, prepared once.
-void ConvertAllLines(LineDriver& driver, const LineRecipe& recipe, std::size_t pixels);
+/// All lines of a walk, `pixels` of each, from `lines`: what ConvertOneLine for each would give, prepared
+/// once.
+void ConvertAllLines(const LineDriver& driver, const LineRecipe& recipe, std::size_t pixels,
+                     const SourceLines& lines);
 
 /// Base of the converters that take one line at a time. Derived offers Recipe(flags), the kernel to use, and
 /// Pixels(width), how many of them a line of that width is to write.
@@ -34,11 +36,19 @@ class KernelConverter : public PixelConverter {
                              std::uint32_t destinationPadding, unsigned char**, std::uint32_t*,
                              std::uint32_t sourcePadding, bool flipVertical,
                              const RGBFilter* filter) const override {
-    LineDriver driver(
+    const LineDriver driver(
         *this, {source, sourceWidth, sourceHeight, destination, destinationWidth, destinationHeight, width,
                 height, flags, destinationPadding, sourcePadding, flipVertical, filter});
-    ConvertAllLines(driver, Self().Recipe(flags), Self().Pixels(driver.Width()));
+    ConvertAllLines(driver, Self().Recipe(flags), Self().Pixels(driver.Width()), driver.Source());
     return {};
+  }
+
+  /// As the second stage of a chain: reads `samples` of `lines` where they are instead of an unpacked image.
+  void ConvertSamples(const FrameCall& call, const SourceLines& lines, const SampleRecipe& samples) const {
+    const LineDriver driver(*this, call);
+    LineRecipe recipe = Self().Recipe(call.flags);
+    recipe.samples = samples;
+    ConvertAllLines(driver, recipe, Self().Pixels(driver.Width()), lines);
   }
 
  private:

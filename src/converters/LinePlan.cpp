@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/OutputWriters.h"
+#include "core/PointerOffset.h"
+
 #if defined(__x86_64__)
 #include <emmintrin.h>
 #endif
@@ -30,8 +33,7 @@ struct Lines {
 
 constexpr Lines LinesOf(Reading reading) {
   switch (reading) {
-    case Reading::BayerFast8:
-    case Reading::BayerFast16:
+    case Reading::BayerFast:
       return {2, 2, 0};
     case Reading::BayerBilinear:
       return {6, 2, 1};
@@ -67,7 +69,8 @@ bool ExceedsCaches(const PixelConverterContext& context, std::size_t planes) {
   const std::size_t source = std::size_t{context.mSourceStride} * context.mSourceHeight;
   const std::size_t destination =
       std::size_t{context.mDestinationStride} * context.mDestinationHeight * planes;
-  return source + destination > simd::StreamingThreshold();
+  // In an image of one line the planes of a pair of lines overlap; their order would not be kept.
+  return context.mDestinationHeight > 1 && source + destination > simd::StreamingThreshold();
 }
 
 }  // namespace
@@ -88,6 +91,7 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
   mDestinations = lines.destinations;
   mMargin = lines.margin;
 
+  mJob.lines = 1;
   mJob.planeDistance = PlaneDistance(context);
   mJob.shift = recipe.shift;
   mJob.flip = recipe.flip;
@@ -99,15 +103,31 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
   }
 }
 
+LinePlan::LinePlan(const PixelConverterContext& context, const SampleRecipe& recipe)
+    : LinePlan(context, LineRecipe{.reading = recipe.reading,
+                                   .group = recipe.group,
+                                   .destination = OutputMono8::kIndex,
+                                   .shift = recipe.shift,
+                                   .throughCaches = true}) {}
+
 void LinePlan::Run(const Strip& strip) const {
-  if (strip.pixels == 0) return;
-  if (strip.pixels < mBlock || PlanesOverlap(strip.pixels)) {
-    RunPadded(strip);
-  } else if (mStream != nullptr) {
-    RunStaged(strip);
-  } else {
-    RunWhole(strip);
+  if (strip.pixels == 0 || strip.lines == 0) return;
+  if (mStream == nullptr && strip.pixels >= mBlock && !PlanesOverlap(strip.pixels)) return RunWhole(strip);
+  Strip line = strip;
+  for (std::size_t left = strip.lines;; --left) {
+    RunLine(line);
+    if (left == 1) return;
+    for (std::size_t i = 0; i < mSources; ++i) line.source[i] = OffsetBy(line.source[i], strip.sourceStep);
+    for (std::size_t i = 0; i < mDestinations; ++i)
+      line.destination[i] = OffsetBy(line.destination[i], strip.destinationStep);
   }
+}
+
+void LinePlan::RunLine(const Strip& strip) const {
+  if (strip.pixels < mBlock || PlanesOverlap(strip.pixels))
+    RunPadded(strip);
+  else
+    RunStaged(strip);
 }
 
 void LinePlan::Finish() const {
@@ -121,11 +141,14 @@ void LinePlan::RunWhole(const Strip& strip) const {
   std::copy_n(strip.source, mSources, job.source);
   std::copy_n(strip.destination, mDestinations, job.destination);
   job.width = strip.pixels;
+  job.lines = strip.lines;
+  job.sourceStep = strip.sourceStep;
+  job.destinationStep = strip.destinationStep;
   mFunction(job);
 }
 
-/// Whether one line's pixels of a plane reach into the next plane, as the last group of an image of one line
-/// may.
+/// Whether a short line's pixels reach into the next plane, as the last group of an image of one line may. In
+/// a line longer than a block such pixels are written last anyway.
 bool LinePlan::PlanesOverlap(std::size_t pixels) const {
   const auto distance =
       static_cast<std::size_t>(mJob.planeDistance < 0 ? -mJob.planeDistance : mJob.planeDistance);

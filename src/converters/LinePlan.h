@@ -4,11 +4,21 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "core/FormatTable.h"
+#include "core/LineDriver.h"
 #include "simd/CpuLevel.h"
 
 namespace ZrConvertersLib {
+
+/// How samples that stand in words or are packed become the bytes that a kernel reads: by the kernel that
+/// would convert them to Mono8.
+struct SampleRecipe {
+  simd::Reading reading;
+  Group group;          ///< samples and bytes of the smallest whole group
+  std::uint32_t shift;  ///< of the reading
+};
 
 /// What a converter asks of its kernel; the same for every line it ever converts.
 struct LineRecipe {
@@ -18,7 +28,8 @@ struct LineRecipe {
   std::uint32_t shift = 0;
   std::uint8_t flip = 0;
   const YCbCrMatrix* matrix = nullptr;
-  bool throughCaches = false;  ///< never written past the caches: small, or read again at once
+  bool throughCaches = false;                ///< never written past the caches: small, or read again at once
+  std::optional<SampleRecipe> samples = {};  ///< when the source's samples are not the bytes that are read
 };
 
 /// What one kernel call needs of the image: pointers to the first pixel of its lines.
@@ -26,6 +37,8 @@ struct Strip {
   const std::uint8_t* source[6];
   std::uint8_t* destination[2];
   std::size_t pixels;  ///< a whole number of groups
+  std::size_t lines = 1;
+  std::ptrdiff_t sourceStep = 0, destinationStep = 0;
 };
 
 /// Everything about a conversion that does not vary from line to line, found once per frame: the kernel for
@@ -34,11 +47,16 @@ class LinePlan {
  public:
   LinePlan(const PixelConverterContext& context, const LineRecipe& recipe);
 
+  /// The plan that makes bytes of samples.
+  LinePlan(const PixelConverterContext& context, const SampleRecipe& recipe);
+
   void Run(const Strip& strip) const;
 
   /// Bytes of a whole number of groups.
   std::size_t SourceBytes(std::size_t pixels) const { return pixels / mGroup.pixels * mGroup.bytes; }
   std::size_t DestinationBytes(std::size_t pixels) const { return pixels * mPixelBytes; }
+
+  const Group& GroupOfSource() const { return mGroup; }
 
   simd::LineJob& Job() { return mJob; }
 
@@ -47,6 +65,7 @@ class LinePlan {
 
  private:
   void RunWhole(const Strip& strip) const;
+  void RunLine(const Strip& strip) const;
   void RunPadded(const Strip& strip) const;
   void RunStaged(const Strip& strip) const;
   void CopyOut(const std::uint8_t* staged, std::ptrdiff_t stagedPlane, std::uint8_t* destination,

@@ -31,6 +31,7 @@ class DensePackedTo : public KernelConverter<DensePackedTo<Out, like, reading>> 
   LineRecipe Recipe(std::uint32_t) const {
     return {.reading = reading, .group = kGroup, .destination = Out::kIndex};
   }
+  SampleRecipe Samples() const { return {reading, kGroup, 0}; }
   std::size_t Pixels(std::uint32_t width) const { return WholeGroups(width, kGroup.pixels); }
 
  private:
@@ -68,6 +69,7 @@ class MonoPackedTo : public KernelConverter<MonoPackedTo<Out>> {
     return {
         .reading = simd::Reading::MonoPacked, .group = kGroup, .destination = Out::kIndex, .shift = mShift};
   }
+  SampleRecipe Samples() const { return {simd::Reading::MonoPacked, kGroup, mShift}; }
   std::size_t Pixels(std::uint32_t width) const { return WholeGroups(width, kGroup.pixels); }
 
  private:

@@ -28,7 +28,7 @@ constexpr std::size_t PixelsOf(Sharing sharing, std::uint32_t width) {
   return width;
 }
 
-/// Samples of type T. Those in words are shifted down to 8 bits.
+/// Samples of type T. Those in words are shifted down to 8 bits first.
 template <class T, class Out, simd::Reading reading, Sharing sharing>
 class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, sharing>> {
  public:
@@ -44,35 +44,30 @@ class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, shar
   }
 
   LineRecipe Recipe(std::uint32_t flags) const {
-    return {.reading = reading,
-            .group = {static_cast<std::uint8_t>(sharing), kGroupBytes},
-            .destination = Out::kIndex,
-            .shift = mShift,
-            .matrix = &MatrixOf(flags)};
+    LineRecipe recipe{.reading = reading,
+                      .group = {static_cast<std::uint8_t>(sharing), static_cast<std::uint8_t>(sharing) + 2},
+                      .destination = Out::kIndex,
+                      .matrix = &MatrixOf(flags)};
+    if (sizeof(T) > 1) recipe.samples = {simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift};
+    return recipe;
   }
   std::size_t Pixels(std::uint32_t width) const { return PixelsOf(sharing, width); }
 
  private:
-  /// One luma sample a pixel and two chroma samples a group.
-  static constexpr std::uint8_t kGroupBytes = (static_cast<std::uint8_t>(sharing) + 2) * sizeof(T);
-
   std::uint32_t mShift;
 };
 
 template <class T, class Out>
-using YCbCrTo = YCbCrLayoutTo<T, Out, simd::Reading::YCbCr8, Sharing::None>;
+using YCbCrTo = YCbCrLayoutTo<T, Out, simd::Reading::YCbCr, Sharing::None>;
 template <class T, class Out>
-using YCbCr_CbYCrTo =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::CbYCr8 : simd::Reading::CbYCr16, Sharing::None>;
+using YCbCr_CbYCrTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYCr, Sharing::None>;
 template <class T, class Out>
-using YCbCr422To =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::YCbYCr8 : simd::Reading::YCbYCr16, Sharing::Two>;
+using YCbCr422To = YCbCrLayoutTo<T, Out, simd::Reading::YCbYCr, Sharing::Two>;
 template <class T, class Out>
-using YCbCr422_CbYCrYTo =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::CbYCrY8 : simd::Reading::CbYCrY16, Sharing::Two>;
+using YCbCr422_CbYCrYTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYCrY, Sharing::Two>;
 template <class T, class Out>
-using YCbCr411To = YCbCrLayoutTo<T, Out, simd::Reading::YYCbYYCr8, Sharing::Four>;
+using YCbCr411To = YCbCrLayoutTo<T, Out, simd::Reading::YYCbYYCr, Sharing::Four>;
 template <class T, class Out>
-using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYYCrYY8, Sharing::Four>;
+using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYYCrYY, Sharing::Four>;
 
 }  // namespace ZrConvertersLib

@@ -22,6 +22,14 @@ struct FrameCall {
   const RGBFilter* filter;
 };
 
+/// Lines of an image: where line 0 begins, and the bytes from one to the next.
+struct SourceLines {
+  const std::uint8_t* first;
+  std::ptrdiff_t step;
+
+  const std::uint8_t* At(std::ptrdiff_t line) const { return OffsetBy(first, line * step); }
+};
+
 /// Walks the lines of a frame: the one place that knows the order of blocks, flips and single last lines.
 class LineDriver {
  public:
@@ -56,17 +64,32 @@ class LineDriver {
 
   std::uint32_t Height() const { return mHeight; }
 
-  bool Flips() const { return mFlip; }
+  /// Bytes from one block of lines to the next.
+  struct Steps {
+    std::ptrdiff_t source, destination;
+  };
+
+  Steps BlockSteps() const {
+    return {Step(mLines * mContext.mSourceStride),
+            (mFlip ? -1 : 1) * Step(mLines * mContext.mDestinationStride)};
+  }
+
+  /// How many whole blocks the walk has, and how many lines follow singly.
+  std::uint32_t Blocks() const { return BlockLines(mHeight, mLines, mFinishSingly) / mLines; }
+  std::uint32_t Singles() const { return mFinishSingly ? mHeight % mLines : 0; }
+
+  SourceLines Source() const { return {mContext.mSource, Step(mContext.mSourceStride)}; }
 
   /// Calls onBlock(context, width) for each block of lines, then onSingle(context, width) for lines left
   /// over.
   template <class OnBlock, class OnSingle>
   void Walk(OnBlock onBlock, OnSingle onSingle) {
+    const Steps block = BlockSteps();
     const std::ptrdiff_t direction = mFlip ? -1 : 1;
     const std::uint32_t blockLines = BlockLines(mHeight, mLines, mFinishSingly);
     for (mContext.mLine = 0; mContext.mLine < blockLines; mContext.mLine += mLines) {
       onBlock(mContext, mWidth);
-      Advance(Step(mLines * mContext.mSourceStride), direction * Step(mLines * mContext.mDestinationStride));
+      Advance(block.source, block.destination);
     }
     if (!mFinishSingly) return;
     for (mContext.mLine = blockLines; mContext.mLine < mHeight; ++mContext.mLine) {

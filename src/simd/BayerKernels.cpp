@@ -24,58 +24,88 @@ struct FromColumns<Words> {
   static ZR_INLINE Words Get(const Columns& x) { return InterleaveWords(x.even, x.odd); }
 };
 
-/// Mosaic samples in bytes.
-struct ByteSamples {
-  explicit ZR_INLINE ByteSamples(const LineJob&) {}
+#if defined(__AVX512VBMI__) || defined(__SSSE3__) || defined(__aarch64__)
 
-  ZR_INLINE U16 Read(const std::uint8_t* line, std::size_t x) const { return As<U16>(Load(line + x)); }
-};
+/// Bytes of pairs chosen by a table that is made once a line: the same byte of each pair, twice.
+class Phase {
+ public:
+  explicit ZR_INLINE Phase(const LineJob& job)
+      : mRed(Constant<Even>::Get() + Splat8(job.redAtEvenColumn ? 0 : 1)), mBlue(mRed ^ Splat8(1)) {}
 
-/// Mosaic samples in words: shifted down, then cut to 8 bits.
-struct WordSamples {
-  explicit ZR_INLINE WordSamples(const LineJob& job) : mShift(job.shift) {}
-
-  ZR_INLINE U16 Read(const std::uint8_t* line, std::size_t x) const {
-    const Words samples = LoadWords(line + 2 * x);
-    return As<U16>(NarrowLow({ShiftRight(samples.a, mShift), ShiftRight(samples.b, mShift)}));
-  }
+  ZR_INLINE U8 AtRed(U8 pairs) const { return Shuffle(pairs, mRed); }
+  ZR_INLINE U8 BesideRed(U8 pairs) const { return Shuffle(pairs, mBlue); }
 
  private:
-  std::uint32_t mShift;
+  struct Even {
+    static constexpr int At(int i) { return i % 16 / 2 * 2; }
+  };
+
+  static ZR_INLINE U8 Shuffle(U8 x, U8 index) {
+#if defined(__AVX512VBMI__)
+    return As<U8>(_mm512_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#elif defined(__AVX2__)
+    return As<U8>(_mm256_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#elif defined(__x86_64__)
+    return As<U8>(_mm_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#else
+    return As<U8>(vqtbl1q_u8(As<Native>(x), As<Native>(index)));
+#endif
+  }
+
+  U8 mRed, mBlue;
 };
 
-/// Picks one column of each pair: the one that red has in its line, or the other.
+#else
+
+/// Bytes of pairs: the one in the column that red has in its line, or the other one, twice.
 class Phase {
  public:
   explicit ZR_INLINE Phase(const LineJob& job) : mUp(job.redAtEvenColumn ? 8 : 0) {}
 
-  ZR_INLINE U16 AtRed(U16 pair) const { return ShiftLeft(pair, mUp) >> 8; }
-  ZR_INLINE U16 BesideRed(U16 pair) const { return ShiftLeft(pair, 8 - mUp) >> 8; }
+  ZR_INLINE U8 AtRed(U8 pairs) const { return Twice(ShiftLeft(As<U16>(pairs), mUp)); }
+  ZR_INLINE U8 BesideRed(U8 pairs) const { return Twice(ShiftLeft(As<U16>(pairs), 8 - mUp)); }
 
  private:
+  static ZR_INLINE U8 Twice(U16 inHighByte) {
+    return As<U8>((inHighByte >> 8) | (inHighByte & Splat16(0xFF00)));
+  }
+
   std::uint32_t mUp;
 };
 
+#endif
+
 template <class Channel>
-ZR_INLINE Channel Both(U16 value) {
-  return FromColumns<Channel>::Get({value, value});
-}
+struct MeanOfTwo;
+
+/// Rounded down, as bytes.
+template <>
+struct MeanOfTwo<U8> {
+  static ZR_INLINE U8 Get(U8 a, U8 b) { return (a & b) + (As<U8>(As<U16>(a ^ b) >> 1) & Splat8(0x7F)); }
+};
+
+/// On the 16-bit scale: a byte and the half that a byte has no room for.
+template <>
+struct MeanOfTwo<Words> {
+  static ZR_INLINE Words Get(U8 a, U8 b) { return InterleaveBytes((a ^ b) << 7, MeanOfTwo<U8>::Get(a, b)); }
+};
 
 /// Fast demosaic: one colour for the four pixels of a tile, green the mean of its two. Source 0 is the line
 /// with red, source 1 the line with blue; both destination lines get the same pixels.
-template <class Samples, class Writer>
+template <class, class Writer>
 void FastLines(const LineJob& job) {
   using Channel = typename Writer::Channel;
-  const Samples samples(job);
   const Phase phase(job);
   const Writer writer(job);
-  EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
-    const U16 withRed = samples.Read(job.source[0], x), withBlue = samples.Read(job.source[1], x);
-    const U16 green = phase.BesideRed(withRed) + phase.AtRed(withBlue);
-    const Colour<Channel> block = {Both<Channel>(phase.AtRed(withRed) << 8), Both<Channel>(green << 7),
-                                   Both<Channel>(phase.BesideRed(withBlue) << 8)};
-    writer.Write(job.destination[0] + x * Writer::kStep, block);
-    writer.Write(job.destination[1] + x * Writer::kStep, block);
+  EachLine<2, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
+    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+      const U8 withRed = Load(line.source[0] + x), withBlue = Load(line.source[1] + x);
+      const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
+                                     MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
+                                     Cast<Channel>::From(phase.BesideRed(withBlue))};
+      writer.Write(line.destination[0] + x * Writer::kStep, block);
+      writer.Write(line.destination[1] + x * Writer::kStep, block);
+    });
   });
 }
 
@@ -148,15 +178,14 @@ void BilinearLines(const LineJob& job) {
 }
 
 constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(FastLines, ByteSamples),
-    ZR_ROW(FastLines, WordSamples),
+    ZR_ROW(FastLines, void),
     ZR_ROW(BilinearLines, void),
 };
 
 }  // namespace
 
 extern const FamilyKernels ZR_AT_LEVEL(kBayerKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {Reading::BayerFast8,
+constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {Reading::BayerFast,
                                                             sizeof kRows / sizeof kRows[0], kRows};
 
 }  // namespace ZrConvertersLib::simd

@@ -203,15 +203,6 @@ ZR_INLINE Vectors<3> Deinterleave4(Vectors<4> x) {
 
 #else
 
-/// Undoes what working within two lanes does to the order of 32-bit elements.
-ZR_INLINE U8 JoinQuarters(U8 x) {
-#if defined(__AVX2__)
-  return As<U8>(_mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)));
-#else
-  return x;
-#endif
-}
-
 /// Sorts a lane: 4 bytes of each channel in turn.
 template <int size>
 struct SortBy4 {

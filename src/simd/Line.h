@@ -21,6 +21,18 @@ ZR_INLINE void EachBlock(std::size_t width, F convert) {
   }
 }
 
+/// Calls `convert` with the job of each line, or pair of lines, in turn.
+template <int sources, int destinations, class F>
+ZR_INLINE void EachLine(const LineJob& job, F convert) {
+  LineJob line = job;
+  for (std::size_t left = job.lines; left > 0;) {
+    convert(line);
+    if (--left == 0) break;
+    for (int i = 0; i < sources; ++i) line.source[i] += job.sourceStep;
+    for (int i = 0; i < destinations; ++i) line.destination[i] += job.destinationStep;
+  }
+}
+
 /// The source bytes of a block, or a copy where reading beyond the block would read beyond the line.
 template <class Source>
 class BlockBytes {
@@ -42,16 +54,18 @@ class BlockBytes {
   std::uint8_t mCopy[Source::kOverread > 0 ? kBlock + Source::kOverread : 1];
 };
 
-/// One source line to one destination line.
+/// Source lines to destination lines.
 template <class Source, class Writer>
-void Line(const LineJob& job) {
+void Lines(const LineJob& job) {
   const Source source(job);
   const Writer writer(job);
   BlockBytes<Source> block;
-  EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
-    writer.Write(
-        job.destination[0] + x * Writer::kStep,
-        In<typename Writer::Channel>(source.template Read<typename Writer::Channel>(block.At(job, x))));
+  EachLine<1, 1>(job, [&](const LineJob& line) ZR_ALWAYS {
+    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+      using Channel = typename Writer::Channel;
+      writer.Write(line.destination[0] + x * Writer::kStep,
+                   In<Channel>(source.template Read<Channel>(block.At(line, x))));
+    });
   });
 }
 

@@ -22,8 +22,7 @@ enum class Reading : std::uint8_t {
   Mono1p,
   Mono2p,
   Mono4p,
-  BayerFast8,
-  BayerFast16,
+  BayerFast,
   BayerBilinear,
   RGB8,
   BGR8,
@@ -33,15 +32,12 @@ enum class Reading : std::uint8_t {
   BGR16,
   RGBa16,
   BGRa16,
-  YCbCr8,
-  CbYCr8,
-  CbYCr16,
-  YCbYCr8,
-  YCbYCr16,
-  CbYCrY8,
-  CbYCrY16,
-  YYCbYYCr8,
-  CbYYCrYY8,
+  YCbCr,
+  CbYCr,
+  YCbYCr,
+  CbYCrY,
+  YYCbYYCr,
+  CbYYCrYY,
   Count
 };
 
@@ -76,16 +72,19 @@ enum class Writing : std::uint8_t {
 inline constexpr std::size_t kReadings = static_cast<std::size_t>(Reading::Count);
 inline constexpr std::size_t kWritings = static_cast<std::size_t>(Writing::Count);
 
-/// What one kernel call converts: `width` pixels of one line, or of a pair of lines for mosaics.
+/// What one kernel call converts: `width` pixels of each of some lines, or of pairs of lines for mosaics.
 struct LineJob {
   const std::uint8_t* source[6];  ///< first sample of each source line the reading needs
   std::uint8_t* destination[2];   ///< first byte of each destination line (second for mosaics only)
-  std::ptrdiff_t planeDistance;   ///< bytes from a plane to the next (planar writers)
   std::size_t width;              ///< pixels, a whole number of groups, at least the level's block
-  std::uint32_t shift;            ///< left shift to the 16-bit scale, or right shift to 8 bits (see readings)
+  std::size_t lines;              ///< lines, or pairs of them, to convert
+  std::ptrdiff_t sourceStep;      ///< bytes from a source line to the same one of the next line or pair
+  std::ptrdiff_t destinationStep;
+  std::ptrdiff_t planeDistance;   ///< bytes from a plane to the next (planar writers)
+  std::uint32_t shift;            ///< left shift of words to the 16-bit scale
   std::uint8_t flip;              ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
   bool redAtEvenColumn;           ///< mosaics: column parity of red in the line that has red
-  bool redBelow;                  ///< interpolated mosaics: the line with red is the lower one of the pair
+  bool redBelow;                  ///< mosaics: the line with red is the lower one of the pair
   const YCbCrMatrix* matrix;      ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
 };

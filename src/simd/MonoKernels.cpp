@@ -94,7 +94,7 @@ struct PackedSource {
 struct Form10p {
   static constexpr int kPixels = 4, kBytes = 5;
   struct Map {
-    static constexpr int kBytes = 5;
+    static constexpr int kBytes = 5, kResult = 8;
     static constexpr int At(int j) { return j / 2 + j % 2; }
   };
   std::uint32_t shift;
@@ -108,7 +108,7 @@ struct Form10p {
 struct Form12p {
   static constexpr int kPixels = 2, kBytes = 3;
   struct Map {
-    static constexpr int kBytes = 6;
+    static constexpr int kBytes = 6, kResult = 8;
     static constexpr int At(int j) { return j / 4 * 3 + j % 4 / 2 + j % 2; }
   };
   std::uint32_t shift;
@@ -123,11 +123,11 @@ struct Form12p {
 struct Form14p {
   static constexpr int kPixels = 4, kBytes = 7;
   struct Upper {
-    static constexpr int kBytes = 7;
+    static constexpr int kBytes = 7, kResult = 8;
     static constexpr int At(int j) { return (14 * (j / 2) + 13) / 8 - 1 + j % 2; }
   };
   struct Before {
-    static constexpr int kBytes = 7;
+    static constexpr int kBytes = 7, kResult = 8;
     static constexpr int At(int j) { return j % 2 == 0 && j > 0 ? Upper::At(j) - 1 : -1; }
   };
   using Map = Upper;
@@ -146,7 +146,7 @@ struct Form14p {
 struct FormPairPacked {
   static constexpr int kPixels = 2, kBytes = 3;
   struct Map {  // nibbles' byte low, upper bits' byte high
-    static constexpr int kBytes = 6;
+    static constexpr int kBytes = 6, kResult = 8;
     static constexpr int At(int j) { return j / 4 * 3 + (j % 2 == 0 ? 1 : j % 4 - 1); }
   };
   std::uint32_t shift;
@@ -163,7 +163,7 @@ template <int bits>
 struct SubByteSource {
   static constexpr int kGroupPixels = 8 / bits, kGroupBytes = 1;
   struct Repeat {
-    static constexpr int kBytes = bits;
+    static constexpr int kBytes = bits, kResult = 8;
     static constexpr int At(int j) { return j * bits / 8; }
   };
   static constexpr int kOverread = Spread<Repeat>::kOverread;
@@ -200,16 +200,16 @@ struct SubByteSource {
 };
 
 constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(Line, Mono8Source),
-    ZR_ROW(Line, Mono16Source),
-    ZR_ROW(Line, Mono32Source),
-    ZR_ROW(Line, PackedSource<Form10p>),
-    ZR_ROW(Line, PackedSource<Form12p>),
-    ZR_ROW(Line, PackedSource<Form14p>),
-    ZR_ROW(Line, PackedSource<FormPairPacked>),
-    ZR_ROW(Line, SubByteSource<1>),
-    ZR_ROW(Line, SubByteSource<2>),
-    ZR_ROW(Line, SubByteSource<4>),
+    ZR_ROW(Lines, Mono8Source),
+    ZR_ROW(Lines, Mono16Source),
+    ZR_ROW(Lines, Mono32Source),
+    ZR_ROW(Lines, PackedSource<Form10p>),
+    ZR_ROW(Lines, PackedSource<Form12p>),
+    ZR_ROW(Lines, PackedSource<Form14p>),
+    ZR_ROW(Lines, PackedSource<FormPairPacked>),
+    ZR_ROW(Lines, SubByteSource<1>),
+    ZR_ROW(Lines, SubByteSource<2>),
+    ZR_ROW(Lines, SubByteSource<4>),
 };
 
 }  // namespace

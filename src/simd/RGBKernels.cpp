@@ -78,10 +78,10 @@ struct WordsSource {
 };
 
 constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(Line, BytesSource<3, false>), ZR_ROW(Line, BytesSource<3, true>),
-    ZR_ROW(Line, BytesSource<4, false>), ZR_ROW(Line, BytesSource<4, true>),
-    ZR_ROW(Line, WordsSource<3, false>), ZR_ROW(Line, WordsSource<3, true>),
-    ZR_ROW(Line, WordsSource<4, false>), ZR_ROW(Line, WordsSource<4, true>),
+    ZR_ROW(Lines, BytesSource<3, false>), ZR_ROW(Lines, BytesSource<3, true>),
+    ZR_ROW(Lines, BytesSource<4, false>), ZR_ROW(Lines, BytesSource<4, true>),
+    ZR_ROW(Lines, WordsSource<3, false>), ZR_ROW(Lines, WordsSource<3, true>),
+    ZR_ROW(Lines, WordsSource<4, false>), ZR_ROW(Lines, WordsSource<4, true>),
 };
 
 }  // namespace

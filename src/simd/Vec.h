@@ -292,6 +292,31 @@ ZR_INLINE U8 PackClipped(S16 a, S16 b) {
 #endif
 }
 
+/// Signed 32-bit elements to signed words, saturating, each lane of a followed by the same lane of b.
+ZR_INLINE S16 PackSigned(S32 a, S32 b) {
+#if defined(__AVX512VBMI__)
+  return As<S16>(_mm512_packs_epi32(As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
+  return As<S16>(_mm256_packs_epi32(As<Native>(a), As<Native>(b)));
+#elif defined(__x86_64__)
+  return As<S16>(_mm_packs_epi32(As<Native>(a), As<Native>(b)));
+#else
+  return As<S16>(vcombine_s16(vqmovn_s32(As<int32x4_t>(a)), vqmovn_s32(As<int32x4_t>(b))));
+#endif
+}
+
+/// Natural order of 32-bit elements from what working twice within lanes gives.
+ZR_INLINE U8 JoinQuarters(U8 x) {
+#if defined(__AVX512VBMI__)
+  const Native index = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+  return As<U8>(_mm512_permutexvar_epi32(index, As<Native>(x)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)));
+#else
+  return x;
+#endif
+}
+
 #if defined(__AVX512VBMI__)
 /// Every second byte of a, then of b, from byte `odd` on: two permutes, the second merged into the first.
 template <int odd>

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "converters/LinePlan.h"
+
+namespace ZrConvertersLib {
+
+/// A line conversion in two kernels: samples to bytes in the first-level cache, bytes to pixels from there, a
+/// piece of a line at a time.
+class SamplePlan {
+ public:
+  /// `recipe` with its samples; the source of the strips it runs has the samples' layout.
+  SamplePlan(const PixelConverterContext& context, const LineRecipe& recipe);
+
+  void Run(const Strip& strip) const;
+  void Finish() const { mPixels.Finish(); }
+
+  /// Bytes of a whole number of groups.
+  std::size_t SourceBytes(std::size_t pixels) const {
+    return mSamples.SourceBytes(mPixels.SourceBytes(pixels));
+  }
+  std::size_t DestinationBytes(std::size_t pixels) const { return mPixels.DestinationBytes(pixels); }
+
+  /// Whether the samples of `pixels` fill whole groups, so that the next line's may follow at once.
+  bool FillsGroups(std::size_t pixels) const {
+    return mPixels.SourceBytes(pixels) % mSamples.GroupOfSource().pixels == 0;
+  }
+
+ private:
+  void RunLine(const Strip& strip) const;
+
+  LinePlan mSamples, mPixels;
+};
+
+}  // namespace ZrConvertersLib
