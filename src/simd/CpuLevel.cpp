@@ -15,13 +15,14 @@ namespace ZrConvertersLib::simd {
   extern const FamilyKernels kBayerKernels##level; \
   extern const FamilyKernels kRGBKernels##level;   \
   extern const FamilyKernels kYCbCrKernels##level; \
-  extern const StreamFunction kStream##level;
+  extern const StreamFunction kStream##level;      \
+  extern const MirrorFunction kMirror##level;
 
 #define ZR_LEVEL_ROW(level, name, runs, block)                                                     \
   Level {                                                                                          \
     name, runs, block,                                                                             \
         {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level}, \
-        &kStream##level                                                                            \
+        &kStream##level, &kMirror##level                                                           \
   }
 
 namespace {

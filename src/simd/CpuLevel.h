@@ -13,6 +13,7 @@ struct Level {
   std::size_t blockPixels;  ///< fewest pixels a kernel call may have
   const FamilyKernels* families[4];
   const StreamFunction* stream;
+  const MirrorFunction* mirror;
 
   LineFunction Find(Reading reading, Writing writing) const;
 };

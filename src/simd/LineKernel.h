@@ -101,4 +101,8 @@ struct FamilyKernels {
 /// Copies `size` bytes past the caches, with non-temporal stores.
 using StreamFunction = void (*)(std::uint8_t* destination, const std::uint8_t* source, std::size_t size);
 
+/// Copies pixels in reverse order.
+using MirrorFunction = void (*)(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels,
+                                std::size_t pixelBytes);
+
 }  // namespace ZrConvertersLib::simd

@@ -6,6 +6,7 @@
 
 #include "FrameCase.h"
 #include "model/Formats.h"
+#include "support/CpuLevels.h"
 #include "support/GuardedBuffer.h"
 #include "support/Random.h"
 #include "support/Registry.h"
@@ -25,6 +26,8 @@ constexpr std::size_t kCapacity = 1 << 20;
 class PictureTest : public testing::TestWithParam<Model::Source> {
  protected:
   void CheckCase(const Case& frame) {
+    const auto levels = TestSupport::CpuLevels();
+    const TestSupport::ForcedCpuLevel forced(levels[frame.seed % levels.size()]);
     FrameConverter converter;
     const auto configured =
         converter.Configure(frame.source, frame.destination, frame.width, frame.height, frame.options);
