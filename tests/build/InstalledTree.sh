@@ -19,8 +19,8 @@ libdir=$(dirname "$(find "$work/tree" -name 'libZrConvertersLib.so.7.5')")
 [ "$(readlink "$libdir/libZrConvertersLib.so")" = libZrConvertersLib.so.7.5 ]
 
 echo "-- with CMake"
-"$cmake" -G Ninja -S "$SOURCE/tests/build/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/tree" \
-         -DCMAKE_CXX_COMPILER="$CXX" -DEXAMPLES="$SOURCE/examples" >>"$work/log"
+"$cmake" -G Ninja -S "$SOURCE/examples" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/tree" \
+         -DCMAKE_CXX_COMPILER="$CXX" >>"$work/log"
 "$cmake" --build "$work/consumer" >>"$work/log" || { cat "$work/log"; exit 1; }
 examples=("$SOURCE"/examples/*.cpp)
 [ -e "${examples[0]}" ] || { echo "no examples"; exit 1; }
