@@ -59,13 +59,13 @@ class BayerTo : public PixelConverter {
 
   /// As the second stage of a chain: reads `samples` of `lines` where they are instead of an unpacked mosaic.
   void ConvertSamples(const FrameCall& call, const SourceLines& lines, const SampleRecipe& samples) const {
-    ConvertMosaic(LineDriver(*this, call), {Out::kIndex, samples}, lines);
+    ConvertMosaic(LineDriver(*this, call), {Out::kIndex, samples, {}}, lines);
   }
 
  private:
   MosaicRecipe Recipe() const {
-    if (sizeof(T) == 1) return {Out::kIndex, {}};
-    return {Out::kIndex, SampleRecipe{simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift}};
+    if (sizeof(T) == 1) return {Out::kIndex, {}, {}};
+    return {Out::kIndex, SampleRecipe{simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift}, mShift};
   }
 
   std::uint32_t mShift;

@@ -33,7 +33,8 @@ struct Lines {
 
 constexpr Lines LinesOf(Reading reading) {
   switch (reading) {
-    case Reading::BayerFast:
+    case Reading::BayerFast8:
+    case Reading::BayerFast16:
       return {2, 2, 0};
     case Reading::BayerBilinear:
       return {6, 2, 1};

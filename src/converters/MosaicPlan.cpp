@@ -18,16 +18,28 @@ using ZrUtilsLib::ResultCode;
 namespace {
 
 /// Columns whose samples are kept as bytes at a time; even, and a whole number of any packing's groups.
-constexpr std::uint32_t kColumns = 4096;
+constexpr std::uint32_t kColumns = 2048;
 
-/// Bytes before and after the columns of such a line: neighbours and rest of groups, and what whole vectors
-/// read.
+/// Bytes before and after such columns: neighbours and rest of groups, and what whole vectors read.
 constexpr std::size_t kBeside = 128;
 
-using SampleLine = std::uint8_t[kColumns + 2 * kBeside];
+/// Lines of samples that are kept at a time: as many as fit here, of which at least six of kColumns do.
+constexpr std::size_t kScratch = std::size_t{24} << 10;
+
+static_assert(6 * (kColumns + 2 * kBeside) <= kScratch);
+
+/// Bytes from one such line to the next.
+constexpr std::size_t PitchOf(std::uint32_t columns) {
+  return (columns + 2 * kBeside + 63) / 64 * 64;
+}
 
 LineRecipe FastRecipe(const MosaicRecipe& recipe) {
-  return {.reading = Reading::BayerFast, .group = {1, 1}, .destination = recipe.destination};
+  if (recipe.shift)
+    return {.reading = Reading::BayerFast16,
+            .group = {1, 2},
+            .destination = recipe.destination,
+            .shift = *recipe.shift};
+  return {.reading = Reading::BayerFast8, .group = {1, 1}, .destination = recipe.destination};
 }
 
 LineRecipe BilinearRecipe(const MosaicRecipe& recipe) {
@@ -71,64 +83,88 @@ SourceLines LinesOf(const PixelConverterContext& context) {
   return {OffsetBy(context.mSource, -step * FirstLine(context)), step};
 }
 
-}  // namespace
-
-MosaicPlan::MosaicPlan(const PixelConverterContext& context, const MosaicRecipe& recipe)
-    : mFast(context, FastRecipe(recipe)),
-      mBilinear(context, BilinearRecipe(recipe)),
-      mSingle(context, SingleRecipe(recipe)) {
-  if (recipe.samples) mSamples.emplace(context, *recipe.samples);
-}
-
-MosaicTile MosaicPlan::TileOf(const PixelConverterContext& context) const {
+MosaicTile TileOf(const PixelConverterContext& context) {
   MosaicTile tile = FirstTile(context.mFlags);
   tile.redBelow ^= context.mLine % 2 != 0;
   return tile;
 }
 
-void MosaicPlan::Fast(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width,
-                      std::uint32_t blocks, const LineDriver::Steps& steps) {
-  if (width < 2) return;
-  if (!mSamples && width % 2 == 0) return FastEven(context, lines, width, blocks, steps);
+/// The two destination lines of the context's pair, `columnBytes` from their start: the upper one first, or
+/// the lower.
+std::array<std::uint8_t*, 2> Destinations(const PixelConverterContext& context, std::size_t columnBytes,
+                                          bool lowerFirst) {
+  std::uint8_t* const top = OffsetBy(context.mDestination, static_cast<std::ptrdiff_t>(columnBytes));
+  std::uint8_t* const bottom = OffsetBy(top, context.mDestinationStride);
+  return {lowerFirst ? bottom : top, lowerFirst ? top : bottom};
+}
+
+}  // namespace
+
+MosaicPlan::MosaicPlan(const PixelConverterContext& context, const MosaicRecipe& recipe)
+    : mFast(context, FastRecipe(recipe)),
+      mBilinear(context, BilinearRecipe(recipe)),
+      mSingle(context, SingleRecipe(recipe)),
+      mDirect(!recipe.samples || recipe.shift) {
+  if (recipe.samples) mSamples.emplace(context, *recipe.samples);
+}
+
+void MosaicPlan::Fast(const PixelConverterContext& context, const Pairs& pairs) {
+  if (pairs.width < 2) return;
+  const std::uint32_t even = pairs.width - pairs.width % 2;
+  if (mDirect) FastDirect(context, pairs);
+  for (std::uint32_t x = 0; x < even && !mDirect; x += kColumns)
+    FastReduced(context, pairs, {x, std::min(x + kColumns, even)});
+  if (pairs.width == even) return;
   PixelConverterContext pair = context;
-  for (std::uint32_t i = 0; i < blocks; ++i) {
-    FastPair(pair, lines, width);
+  for (std::uint32_t i = 0; i < pairs.count; ++i) {
+    LastColumn(pair, pairs);
     pair.mLine += 2;
-    pair.mDestination = OffsetBy(pair.mDestination, steps.destination);
+    pair.mDestination = OffsetBy(pair.mDestination, pairs.destinationStep);
   }
 }
 
-/// All pairs of lines at once, straight from the source.
-void MosaicPlan::FastEven(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width,
-                          std::uint32_t blocks, const LineDriver::Steps& steps) {
+/// Straight from the source.
+void MosaicPlan::FastDirect(const PixelConverterContext& context, const Pairs& pairs) {
   const MosaicTile tile = TileOf(context);
   const std::ptrdiff_t top = FirstLine(context);
+  const auto destinations = Destinations(context, 0, false);
   mFast.Job().redAtEvenColumn = !tile.redRight;
-  mFast.Run({{lines.At(top + (tile.redBelow ? 1 : 0)), lines.At(top + (tile.redBelow ? 0 : 1))},
-             {context.mDestination, OffsetBy(context.mDestination, context.mDestinationStride)},
-             width,
-             blocks,
-             2 * lines.step,
-             steps.destination});
+  mFast.Run({{pairs.lines.At(top + (tile.redBelow ? 1 : 0)), pairs.lines.At(top + (tile.redBelow ? 0 : 1))},
+             {destinations[0], destinations[1]},
+             pairs.width - pairs.width % 2,
+             pairs.count,
+             2 * pairs.lines.step,
+             pairs.destinationStep});
 }
 
-void MosaicPlan::FastPair(const PixelConverterContext& context, const SourceLines& lines,
-                          std::uint32_t width) {
-  SampleLine scratch[2];
+/// From as many lines of bytes at a time as the scratch holds.
+void MosaicPlan::FastReduced(const PixelConverterContext& context, const Pairs& pairs,
+                             const Columns& columns) {
+  alignas(64) std::uint8_t scratch[kScratch];
+  const auto pitch = static_cast<std::ptrdiff_t>(PitchOf(columns.Count()));
+  const auto most = static_cast<std::uint32_t>(kScratch / PitchOf(columns.Count()) / 2);
+  const std::size_t group = mSamples->GroupOfSource().pixels;
+  const std::size_t samples = (columns.Count() + group - 1) / group * group;
   const MosaicTile tile = TileOf(context);
-  const std::uint8_t* const line[2] = {lines.At(FirstLine(context)), lines.At(FirstLine(context) + 1)};
   mFast.Job().redAtEvenColumn = !tile.redRight;
-  const std::uint32_t even = width - width % 2;
-  for (std::uint32_t x = 0; x < even; x += kColumns) {
-    const Columns columns{x, std::min(x + kColumns, even)};
-    const std::uint8_t* const top = Samples(line[0], columns, scratch[0]);
-    const std::uint8_t* const bottom = Samples(line[1], columns, scratch[1]);
-    std::uint8_t* const destination = context.mDestination + mFast.DestinationBytes(x);
-    mFast.Run({{tile.redBelow ? bottom : top, tile.redBelow ? top : bottom},
-               {destination, OffsetBy(destination, context.mDestinationStride)},
-               columns.end - x});
+  for (std::uint32_t i = 0; i < pairs.count; i += most) {
+    const std::uint32_t count = std::min(most, pairs.count - i);
+    const std::uint8_t* const first = pairs.lines.At(FirstLine(context) + 2 * std::ptrdiff_t{i});
+    mSamples->Run({{first + mSamples->SourceBytes(columns.first)},
+                   {scratch},
+                   samples,
+                   std::size_t{2} * count,
+                   pairs.lines.step,
+                   pitch});
+    const auto destinations = Destinations(context, mFast.DestinationBytes(columns.first), false);
+    const std::ptrdiff_t step = i * pairs.destinationStep;
+    mFast.Run({{scratch + (tile.redBelow ? pitch : 0), scratch + (tile.redBelow ? 0 : pitch)},
+               {OffsetBy(destinations[0], step), OffsetBy(destinations[1], step)},
+               columns.Count(),
+               count,
+               2 * pitch,
+               pairs.destinationStep});
   }
-  if (width % 2 != 0) LastColumn(context, lines, width);
 }
 
 /// The bytes of some columns, from the first one on; `first` must begin a group of samples.
@@ -145,16 +181,15 @@ const std::uint8_t* MosaicPlan::Samples(const std::uint8_t* line, const Columns&
 /// The last column of an odd width takes the colour of the tile that starts one column to the left of it. A
 /// tile that starts with blue loses the scale of its green there, and only there: so it always was, and users
 /// rely on equal pictures.
-void MosaicPlan::LastColumn(const PixelConverterContext& context, const SourceLines& lines,
-                            std::uint32_t width) {
+void MosaicPlan::LastColumn(const PixelConverterContext& context, const Pairs& pairs) {
   MosaicTile tile = TileOf(context);
   tile.redRight = !tile.redRight;
   // The tile stands in the last two columns; groups of samples begin up to three columns before it.
-  const std::uint32_t start = (width - 2) / 4 * 4, at = width - 2 - start;
+  const std::uint32_t start = (pairs.width - 2) / 4 * 4, at = pairs.width - 2 - start;
   std::uint8_t scratch[2][kBeside];
   const std::uint8_t* const line[2] = {
-      Samples(lines.At(FirstLine(context)), {start, width}, scratch[0]) + at,
-      Samples(lines.At(FirstLine(context) + 1), {start, width}, scratch[1]) + at};
+      Samples(pairs.lines.At(FirstLine(context)), {start, pairs.width}, scratch[0]) + at,
+      Samples(pairs.lines.At(FirstLine(context) + 1), {start, pairs.width}, scratch[1]) + at};
   const std::uint8_t *const withRed = line[tile.redBelow], *const withBlue = line[!tile.redBelow];
   const unsigned red = withRed[tile.redRight], blue = withBlue[!tile.redRight];
   const unsigned greens = unsigned{withRed[!tile.redRight]} + withBlue[tile.redRight];
@@ -164,75 +199,81 @@ void MosaicPlan::LastColumn(const PixelConverterContext& context, const SourceLi
                              static_cast<std::uint16_t>(blue << 8)};
   std::uint8_t bytes[sizeof colour];
   std::memcpy(bytes, colour.data(), sizeof colour);
-  std::uint8_t* const pixel = context.mDestination + mSingle.DestinationBytes(width - 1);
-  mSingle.Run({{bytes}, {pixel}, 1});
-  mSingle.Run({{bytes}, {OffsetBy(pixel, context.mDestinationStride)}, 1});
+  for (std::uint8_t* const pixel : Destinations(context, mSingle.DestinationBytes(pairs.width - 1), false))
+    mSingle.Run({{bytes}, {pixel}, 1});
 }
 
-/// The last few lines of some columns as bytes. Four lines that follow one another have a place each, so a
-/// walk reduces every line once.
-class MosaicPlan::ReducedLines {
- public:
-  ReducedLines(const MosaicPlan& plan, const SourceLines& lines, const Columns& columns, std::uint32_t width)
-      : mPlan(plan), mLines(lines), mColumns(columns), mWidth(width) {}
+void MosaicPlan::Interpolate(const PixelConverterContext& context, const Pairs& pairs) {
+  if (pairs.width < 2) return;
+  const std::uint32_t even = pairs.width - pairs.width % 2;
+  // The last two columns of an odd width, counted from an odd one; the even ones then come after them.
+  if (pairs.width != even) InterpolateColumns(context, pairs, {pairs.width - 2, pairs.width});
+  for (std::uint32_t x = 0; x < even; x += kColumns)
+    InterpolateColumns(context, pairs, {x, std::min(x + kColumns, even)});
+}
 
-  const std::uint8_t* Get(std::ptrdiff_t line) {
-    const std::size_t place = static_cast<std::size_t>(line) % 4;
-    std::uint8_t* const reduced = mReduced[place] + kBeside;
-    if (!mFilled[place] || mLine[place] != line) {
-      mPlan.Reduce(mLines.At(line), mColumns, mWidth, reduced);
-      mLine[place] = line;
-      mFilled[place] = true;
-    }
-    return reduced;
+/// Lines of bytes in the scratch: those of some pairs with one above and one below them, at equal distances.
+/// A pair that reaches past the image has neighbours of its own for each line, as the one below the upper
+/// line is mirrored while the lower line itself is not.
+class NeighbourRows {
+ public:
+  NeighbourRows(const PixelConverterContext& context, std::ptrdiff_t first, std::uint32_t left,
+                std::size_t fit)
+      : mContext(context), mFirst(first) {
+    const std::ptrdiff_t height = std::max<std::ptrdiff_t>(context.mSourceHeight, 2);
+    mShared = first + 1 < height;
+    if (!mShared) return;
+    const auto inside = static_cast<std::uint32_t>((height - first) / 2);
+    mPairs = std::min({left, inside, static_cast<std::uint32_t>((fit - 2) / 2)});
   }
+
+  std::uint32_t Pairs() const { return mPairs; }
+  std::size_t Rows() const { return mShared ? std::size_t{2} * mPairs + 2 : 6; }
+
+  /// The line of the image that stands in a row.
+  std::ptrdiff_t Line(std::size_t row) const {
+    const auto at = static_cast<std::ptrdiff_t>(row);
+    if (!mShared)
+      return at % 3 == 1 ? mFirst + at / 3 : NeighbourLine(mContext, mFirst + at / 3 + at % 3 - 1);
+    const bool beside = row == 0 || row + 1 == Rows();
+    return beside ? NeighbourLine(mContext, mFirst + at - 1) : mFirst + at - 1;
+  }
+
+  /// The row above the upper (0) or lower (1) line of the first pair; line and row below follow.
+  std::size_t Above(std::size_t line) const { return mShared ? line : 3 * line; }
 
  private:
-  const MosaicPlan& mPlan;
-  const SourceLines& mLines;
-  const Columns& mColumns;
-  std::uint32_t mWidth;
-  bool mFilled[4] = {};
-  std::ptrdiff_t mLine[4] = {};
-  alignas(64) SampleLine mReduced[4];
+  const PixelConverterContext& mContext;
+  std::ptrdiff_t mFirst;
+  std::uint32_t mPairs = 1;
+  bool mShared;
 };
 
-void MosaicPlan::Interpolate(const PixelConverterContext& context, const SourceLines& lines,
-                             std::uint32_t width, std::uint32_t blocks, const LineDriver::Steps& steps) {
-  if (width < 2) return;
-  const std::uint32_t even = width - width % 2;
-  if (width % 2 != 0) InterpolateColumns(context, lines, width, {width - 2, width}, blocks, steps);
-  for (std::uint32_t x = 0; x < even; x += kColumns)
-    InterpolateColumns(context, lines, width, {x, std::min(x + kColumns, even)}, blocks, steps);
-}
-
-void MosaicPlan::InterpolateColumns(PixelConverterContext context, const SourceLines& lines,
-                                    std::uint32_t width, const Columns& columns, std::uint32_t blocks,
-                                    const LineDriver::Steps& steps) {
-  ReducedLines reduced(*this, lines, columns, width);
-  for (std::uint32_t i = 0; i < blocks; ++i) {
-    InterpolatePair(context, reduced, columns);
-    context.mLine += 2;
-    context.mDestination = OffsetBy(context.mDestination, steps.destination);
-  }
-}
-
-void MosaicPlan::InterpolatePair(const PixelConverterContext& context, ReducedLines& lines,
-                                 const Columns& columns) {
+void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs,
+                                    const Columns& columns) {
+  alignas(64) std::uint8_t scratch[kScratch];
+  const std::size_t pitch = PitchOf(columns.Count());
   const MosaicTile tile = TileOf(context);
   const bool fromOdd = columns.first % 2 != 0;
   mBilinear.Job().redBelow = tile.redBelow;
   mBilinear.Job().redAtEvenColumn = tile.redRight == fromOdd;
-  std::uint8_t* const top = context.mDestination + mBilinear.DestinationBytes(columns.first);
-  std::uint8_t* const bottom = OffsetBy(top, context.mDestinationStride);
-  Strip strip{{}, {tile.redBelow ? bottom : top, tile.redBelow ? top : bottom}, columns.end - columns.first};
-  for (std::size_t i = 0; i < 2; ++i) {  // the line with red, then the one with blue
-    const std::ptrdiff_t here = FirstLine(context) + ((i == 0) == tile.redBelow ? 1 : 0);
-    strip.source[3 * i] = lines.Get(NeighbourLine(context, here - 1));
-    strip.source[3 * i + 1] = lines.Get(here);
-    strip.source[3 * i + 2] = lines.Get(NeighbourLine(context, here + 1));
+  const auto destinations = Destinations(context, mBilinear.DestinationBytes(columns.first), tile.redBelow);
+  for (std::uint32_t i = 0; i < pairs.count;) {
+    const NeighbourRows rows(context, FirstLine(context) + 2 * std::ptrdiff_t{i}, pairs.count - i,
+                             kScratch / pitch);
+    for (std::size_t row = 0; row < rows.Rows(); ++row)
+      Reduce(pairs.lines.At(rows.Line(row)), columns, pairs.width, scratch + row * pitch + kBeside);
+    const std::uint8_t* const red = scratch + kBeside + rows.Above(tile.redBelow) * pitch;
+    const std::uint8_t* const blue = scratch + kBeside + rows.Above(!tile.redBelow) * pitch;
+    mBilinear.Run({{red, red + pitch, red + 2 * pitch, blue, blue + pitch, blue + 2 * pitch},
+                   {OffsetBy(destinations[0], i * pairs.destinationStep),
+                    OffsetBy(destinations[1], i * pairs.destinationStep)},
+                   columns.Count(),
+                   rows.Pairs(),
+                   static_cast<std::ptrdiff_t>(2 * pitch),
+                   pairs.destinationStep});
+    i += rows.Pairs();
   }
-  mBilinear.Run(strip);
 }
 
 /// The bytes of some columns and of those beside them, mirrored about the edge columns. reduced[0] is the
@@ -246,7 +287,7 @@ void MosaicPlan::Reduce(const std::uint8_t* line, const Columns& columns, std::u
   const std::uint8_t* const bytes = Samples(line, {from, end}, start);
   if (bytes != start) std::memcpy(start, bytes, end - from);
   if (columns.first == 0) reduced[-1] = reduced[1];
-  if (columns.end == width) reduced[columns.end - columns.first] = reduced[columns.end - columns.first - 2];
+  if (columns.end == width) reduced[columns.Count()] = reduced[std::ptrdiff_t{columns.Count()} - 2];
 }
 
 void MosaicPlan::Finish() const {
@@ -256,7 +297,7 @@ void MosaicPlan::Finish() const {
 Result ConvertPairFast(const PixelConverterContext& context, const MosaicRecipe& recipe,
                        std::uint32_t width) {
   MosaicPlan plan(context, recipe);
-  plan.Fast(context, LinesOf(context), width, 1, {});
+  plan.Fast(context, {LinesOf(context), width, 1, 0});
   plan.Finish();
   return {};
 }
@@ -264,7 +305,7 @@ Result ConvertPairFast(const PixelConverterContext& context, const MosaicRecipe&
 Result ConvertPairInterpolating(const PixelConverterContext& context, const MosaicRecipe& recipe,
                                 std::uint32_t width) {
   MosaicPlan plan(context, recipe);
-  plan.Interpolate(context, LinesOf(context), width, 1, {});
+  plan.Interpolate(context, {LinesOf(context), width, 1, 0});
   plan.Finish();
   return {};
 }
@@ -282,18 +323,18 @@ Result ConvertLastLineFast(const PixelConverterContext& context, const MosaicRec
 void ConvertMosaic(const LineDriver& driver, const MosaicRecipe& recipe, const SourceLines& lines) {
   const PixelConverterContext& first = driver.Context();
   MosaicPlan plan(first, recipe);
-  const LineDriver::Steps steps = driver.BlockSteps();
+  const MosaicPlan::Pairs pairs{lines, driver.Width(), driver.Blocks(), driver.BlockSteps().destination};
   if ((first.mFlags & PixelConverter::FLAG_BAYER_INTERPOLATE) != 0)
-    plan.Interpolate(first, lines, driver.Width(), driver.Blocks(), steps);
+    plan.Interpolate(first, pairs);
   else
-    plan.Fast(first, lines, driver.Width(), driver.Blocks(), steps);
+    plan.Fast(first, pairs);
   if (driver.Singles() != 0 && first.mSourceHeight >= 2) {
     // The one line left over comes out of the fast method together with the line before it.
     PixelConverterContext last = first;
     last.mLine = driver.Height() - 2;
-    last.mDestination = OffsetBy(first.mDestination, std::ptrdiff_t{driver.Blocks()} * steps.destination -
-                                                         std::ptrdiff_t{first.mDestinationStride});
-    plan.Fast(last, lines, driver.Width(), 1, {});
+    last.mDestination = OffsetBy(
+        first.mDestination, pairs.count * pairs.destinationStep - std::ptrdiff_t{first.mDestinationStride});
+    plan.Fast(last, {lines, driver.Width(), 1, 0});
   }
   plan.Finish();
 }

@@ -20,44 +20,49 @@ struct MosaicTile {
 struct MosaicRecipe {
   std::uint8_t destination;             ///< place in kDestinations
   std::optional<SampleRecipe> samples;  ///< unless they are bytes
+  std::optional<std::uint32_t>
+      shift;  ///< samples in words, which the fast method reads itself: right shift to 8 bits
 };
 
 /// The conversion of a mosaic frame, a pair of lines at a time, prepared once.
 class MosaicPlan {
  public:
-  /// `lines` is where to read line mLine and those around it.
   MosaicPlan(const PixelConverterContext& context, const MosaicRecipe& recipe);
 
-  /// One colour for each tile of the two lines of a block, and of the blocks that follow in the walk.
-  void Fast(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width,
-            std::uint32_t blocks, const LineDriver::Steps& steps);
+  /// Pairs of lines that follow one another: the first one is the context's, `steps` lead to the next.
+  struct Pairs {
+    SourceLines lines;  ///< from line 0 of the image
+    std::uint32_t width;
+    std::uint32_t count;
+    std::ptrdiff_t destinationStep;
+  };
 
-  /// Colours from 3x3 sites for the same.
-  void Interpolate(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width,
-                   std::uint32_t blocks, const LineDriver::Steps& steps);
+  /// One colour for each tile.
+  void Fast(const PixelConverterContext& context, const Pairs& pairs);
+
+  /// Colours from 3x3 sites.
+  void Interpolate(const PixelConverterContext& context, const Pairs& pairs);
 
   void Finish() const;
 
  private:
   struct Columns {
     std::uint32_t first, end;
-  };
-  class ReducedLines;
 
-  MosaicTile TileOf(const PixelConverterContext& context) const;
-  void FastEven(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width,
-                std::uint32_t blocks, const LineDriver::Steps& steps);
-  void FastPair(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width);
-  void LastColumn(const PixelConverterContext& context, const SourceLines& lines, std::uint32_t width);
-  void InterpolateColumns(PixelConverterContext context, const SourceLines& lines, std::uint32_t width,
-                          const Columns& columns, std::uint32_t blocks, const LineDriver::Steps& steps);
-  void InterpolatePair(const PixelConverterContext& context, ReducedLines& lines, const Columns& columns);
+    std::uint32_t Count() const { return end - first; }
+  };
+
+  void FastDirect(const PixelConverterContext& context, const Pairs& pairs);
+  void FastReduced(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
+  void LastColumn(const PixelConverterContext& context, const Pairs& pairs);
+  void InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
   void Reduce(const std::uint8_t* line, const Columns& columns, std::uint32_t width,
               std::uint8_t* reduced) const;
   const std::uint8_t* Samples(const std::uint8_t* line, const Columns& columns, std::uint8_t* scratch) const;
 
   LinePlan mFast, mBilinear, mSingle;
   std::optional<LinePlan> mSamples;
+  bool mDirect;  ///< whether the fast method reads the source itself
 };
 
 /// What a call of ConvertFast or ConvertInterpolate gives for its two lines.

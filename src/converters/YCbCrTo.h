@@ -44,16 +44,21 @@ class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, shar
   }
 
   LineRecipe Recipe(std::uint32_t flags) const {
+    constexpr std::uint8_t bytes = (static_cast<std::uint8_t>(sharing) + 2) * kReadBytes;
     LineRecipe recipe{.reading = reading,
-                      .group = {static_cast<std::uint8_t>(sharing), static_cast<std::uint8_t>(sharing) + 2},
+                      .group = {static_cast<std::uint8_t>(sharing), bytes},
                       .destination = Out::kIndex,
+                      .shift = mShift,
                       .matrix = &MatrixOf(flags)};
-    if (sizeof(T) > 1) recipe.samples = {simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift};
+    if (sizeof(T) > kReadBytes) recipe.samples = {simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift};
     return recipe;
   }
   std::size_t Pixels(std::uint32_t width) const { return PixelsOf(sharing, width); }
 
  private:
+  /// Of the samples that the kernel reads: 4:4:4 has one for bytes only.
+  static constexpr std::size_t kReadBytes = sharing == Sharing::None ? 1 : sizeof(T);
+
   std::uint32_t mShift;
 };
 
@@ -62,9 +67,11 @@ using YCbCrTo = YCbCrLayoutTo<T, Out, simd::Reading::YCbCr, Sharing::None>;
 template <class T, class Out>
 using YCbCr_CbYCrTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYCr, Sharing::None>;
 template <class T, class Out>
-using YCbCr422To = YCbCrLayoutTo<T, Out, simd::Reading::YCbYCr, Sharing::Two>;
+using YCbCr422To =
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::YCbYCr8 : simd::Reading::YCbYCr16, Sharing::Two>;
 template <class T, class Out>
-using YCbCr422_CbYCrYTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYCrY, Sharing::Two>;
+using YCbCr422_CbYCrYTo =
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::CbYCrY8 : simd::Reading::CbYCrY16, Sharing::Two>;
 template <class T, class Out>
 using YCbCr411To = YCbCrLayoutTo<T, Out, simd::Reading::YYCbYYCr, Sharing::Four>;
 template <class T, class Out>

@@ -90,16 +90,37 @@ struct MeanOfTwo<Words> {
   static ZR_INLINE Words Get(U8 a, U8 b) { return InterleaveBytes((a ^ b) << 7, MeanOfTwo<U8>::Get(a, b)); }
 };
 
+/// Mosaic samples in bytes.
+struct ByteSamples {
+  explicit ZR_INLINE ByteSamples(const LineJob&) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x) const { return Load(line + x); }
+};
+
+/// Mosaic samples in words: shifted down, then cut to 8 bits.
+struct WordSamples {
+  explicit ZR_INLINE WordSamples(const LineJob& job) : mShift(job.shift) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x) const {
+    const Words samples = LoadWords(line + 2 * x);
+    return NarrowLow({ShiftRight(samples.a, mShift), ShiftRight(samples.b, mShift)});
+  }
+
+ private:
+  std::uint32_t mShift;
+};
+
 /// Fast demosaic: one colour for the four pixels of a tile, green the mean of its two. Source 0 is the line
 /// with red, source 1 the line with blue; both destination lines get the same pixels.
-template <class, class Writer>
+template <class Samples, class Writer>
 void FastLines(const LineJob& job) {
   using Channel = typename Writer::Channel;
+  const Samples samples(job);
   const Phase phase(job);
   const Writer writer(job);
   EachLine<2, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
     EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
-      const U8 withRed = Load(line.source[0] + x), withBlue = Load(line.source[1] + x);
+      const U8 withRed = samples.Read(line.source[0], x), withBlue = samples.Read(line.source[1], x);
       const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
                                      MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
                                      Cast<Channel>::From(phase.BesideRed(withBlue))};
@@ -162,30 +183,33 @@ void BilinearLines(const LineJob& job) {
   const Bilinear redLine(!job.redAtEvenColumn), blueLine(job.redAtEvenColumn);
   const Writer writer(job);
   const bool order[2] = {!job.redBelow, job.redBelow};
-  for (const bool red : order) {
-    if (red) {
-      EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
-        const Interpolated<Channel> p = redLine.Read<Channel>(job.source, x);
-        writer.Write(job.destination[0] + x * Writer::kStep, Colour<Channel>{p.own, p.green, p.other});
-      });
-    } else {
-      EachBlock(job.width, [&](std::size_t x) ZR_ALWAYS {
-        const Interpolated<Channel> p = blueLine.Read<Channel>(job.source + 3, x);
-        writer.Write(job.destination[1] + x * Writer::kStep, Colour<Channel>{p.other, p.green, p.own});
-      });
+  EachLine<6, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
+    for (const bool red : order) {
+      if (red) {
+        EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+          const Interpolated<Channel> p = redLine.Read<Channel>(line.source, x);
+          writer.Write(line.destination[0] + x * Writer::kStep, Colour<Channel>{p.own, p.green, p.other});
+        });
+      } else {
+        EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+          const Interpolated<Channel> p = blueLine.Read<Channel>(line.source + 3, x);
+          writer.Write(line.destination[1] + x * Writer::kStep, Colour<Channel>{p.other, p.green, p.own});
+        });
+      }
     }
-  }
+  });
 }
 
 constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(FastLines, void),
+    ZR_ROW(FastLines, ByteSamples),
+    ZR_ROW(FastLines, WordSamples),
     ZR_ROW(BilinearLines, void),
 };
 
 }  // namespace
 
 extern const FamilyKernels ZR_AT_LEVEL(kBayerKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {Reading::BayerFast,
+constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {Reading::BayerFast8,
                                                             sizeof kRows / sizeof kRows[0], kRows};
 
 }  // namespace ZrConvertersLib::simd

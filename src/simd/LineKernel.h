@@ -22,7 +22,8 @@ enum class Reading : std::uint8_t {
   Mono1p,
   Mono2p,
   Mono4p,
-  BayerFast,
+  BayerFast8,
+  BayerFast16,
   BayerBilinear,
   RGB8,
   BGR8,
@@ -34,8 +35,10 @@ enum class Reading : std::uint8_t {
   BGRa16,
   YCbCr,
   CbYCr,
-  YCbYCr,
-  CbYCrY,
+  YCbYCr8,
+  YCbYCr16,
+  CbYCrY8,
+  CbYCrY16,
   YYCbYYCr,
   CbYYCrYY,
   Count
@@ -80,12 +83,12 @@ struct LineJob {
   std::size_t lines;              ///< lines, or pairs of them, to convert
   std::ptrdiff_t sourceStep;      ///< bytes from a source line to the same one of the next line or pair
   std::ptrdiff_t destinationStep;
-  std::ptrdiff_t planeDistance;   ///< bytes from a plane to the next (planar writers)
-  std::uint32_t shift;            ///< left shift of words to the 16-bit scale
-  std::uint8_t flip;              ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
-  bool redAtEvenColumn;           ///< mosaics: column parity of red in the line that has red
-  bool redBelow;                  ///< mosaics: the line with red is the lower one of the pair
-  const YCbCrMatrix* matrix;      ///< YCbCr
+  std::ptrdiff_t planeDistance;  ///< bytes from a plane to the next (planar writers)
+  std::uint32_t shift;        ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
+  std::uint8_t flip;          ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
+  bool redAtEvenColumn;       ///< mosaics: column parity of red in the line that has red
+  bool redBelow;              ///< mosaics: the line with red is the lower one of the pair
+  const YCbCrMatrix* matrix;  ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
 };
 

@@ -2,7 +2,7 @@
 
 #include "simd/Vec.h"
 
-/// Groups of up to 8 bytes spread to 8 or 16 bytes each: what the readers of packed lines begin with.
+/// Groups of up to 8 bytes spread to 8 bytes each: what the readers of packed lines begin with.
 
 namespace ZrConvertersLib::simd {
 namespace {
