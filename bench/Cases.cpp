@@ -4,6 +4,8 @@
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/PixelTypeFactory.h>
 
+#include <algorithm>
+
 namespace Bench {
 namespace {
 
@@ -14,8 +16,15 @@ bool HasFilter(const FormatInfo& destination) {
   return destination.family == FormatFamily::Rgb && destination.depth <= 8;
 }
 
-bool Matches(const FormatInfo& format, const std::string& part) {
-  return format.name.find(part) != std::string_view::npos;
+bool Contains(std::string_view name, std::string_view part) {
+  return name.find(part) != std::string_view::npos;
+}
+
+bool IsSelected(const FormatInfo& source, const FormatInfo& destination, const Selection& selection) {
+  const std::string pair = std::string(source.name).append(":").append(destination.name);
+  return Contains(source.name, selection.source) && Contains(destination.name, selection.destination) &&
+         (selection.pairs.empty() ||
+          std::find(selection.pairs.begin(), selection.pairs.end(), pair) != selection.pairs.end());
 }
 
 void AddVariants(std::vector<Case>& cases, Case one, const Selection& selection) {
@@ -66,9 +75,8 @@ std::string Case::Name() const {
 std::vector<Case> RegisteredCases(const Selection& selection) {
   std::vector<Case> cases;
   for (const FormatInfo& source : Formats()) {
-    if (!Matches(source, selection.source)) continue;
     for (const FormatInfo& destination : Formats())
-      if (Matches(destination, selection.destination) &&
+      if (IsSelected(source, destination, selection) &&
           PixelTypeFactory::HasConverter(source.id, destination.id))
         AddPair(cases, source, destination, selection);
   }

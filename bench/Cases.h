@@ -39,6 +39,7 @@ struct Case {
 
 struct Selection {
   std::string source, destination;  ///< parts of format names; empty takes all
+  std::vector<std::string> pairs;   ///< SOURCE:DESTINATION, whole names; empty takes all
   bool plain = true;                ///< without a filter
   bool filtered = true;             ///< with one, where the destination has a filter
 };

@@ -96,6 +96,7 @@ void Define(CLI::App& app, Options& options) {
   app.add_option("--level", options.level, "CPU level to force; the highest one otherwise");
   app.add_option("--source", options.selection.source, "Only sources with this in their name");
   app.add_option("--destination", options.selection.destination, "Only destinations with this in their name");
+  app.add_option("--pair", options.selection.pairs, "Only these pairs, SOURCE:DESTINATION")->delimiter(',');
   app.add_option("--filter", options.filter, "Conversions through tone tables or not: on, off or both")
       ->check(CLI::IsMember({"on", "off", "both"}))
       ->capture_default_str();

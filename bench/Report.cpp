@@ -102,7 +102,7 @@ void WriteWorst(std::ostream& out, const Run& run, const Size& size, bool filter
   out << "\nThe worst at " << size.Name() << (filtered ? ", with a filter" : "") << "\n\n";
   WriteHeader(out, {"Pair", "Ratio", "Time in us", "GB/s"});
   for (std::size_t i = 0; i < count; ++i)
-    WriteRow(out, {found[i]->what.Name(), Number(found[i]->Ratio()), Number(found[i]->seconds * 1e6, "%.1f"),
+    WriteRow(out, {found[i]->what.Name(), Number(found[i]->Ratio()), Number(found[i]->seconds * 1e6, "%.4g"),
                    Number(found[i]->BytesPerSecond() * 1e-9, "%.1f")});
 }
 
