@@ -46,12 +46,6 @@ std::uint32_t FlagsOf(const Case& what, Size size) {
   return flags;
 }
 
-/// Frames that take long are measured by fewer runs in a round.
-Burst BurstFor(const Measurement& m) {
-  if (m.bytes < (std::size_t{1} << 18)) return {200e-6, 4};
-  return m.bytes < (std::size_t{1} << 23) ? Burst{600e-6, 3} : Burst{0, 1};
-}
-
 /// Small frames first. Neighbours are alike: with strides of a prime, a round that is cut short has seen some
 /// of everything.
 std::vector<std::size_t> OrderOf(const std::vector<Measurement>& measurements) {
@@ -69,6 +63,11 @@ std::vector<std::size_t> OrderOf(const std::vector<Measurement>& measurements) {
 Frames::Frames(const std::vector<Measurement>& measurements)
     : source(MostBytes(measurements, true), 0), destination(MostBytes(measurements, false), 2112) {
   source.FillWithNoise();
+}
+
+Burst BurstFor(const Measurement& m) {
+  if (m.bytes < (std::size_t{1} << 18)) return {200e-6, 4};
+  return m.bytes < (std::size_t{1} << 23) ? Burst{600e-6, 3} : Burst{0, 1};
 }
 
 std::vector<Measurement> Plan(const std::vector<Case>& cases, const std::vector<Size>& sizes) {

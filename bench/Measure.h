@@ -44,6 +44,9 @@ std::vector<Measurement> Plan(const std::vector<Case>& cases, const std::vector<
 /// One call of PixelConverter::Convert for the whole frame.
 void ConvertFrame(const Case& what, Size size, Frames& frames);
 
+/// Frames that take long are measured by fewer runs in a round.
+Burst BurstFor(const Measurement& measurement);
+
 /// A burst of conversions and a burst of copies.
 void MeasureRound(Measurement& measurement, Frames& frames);
 
