@@ -16,6 +16,7 @@ struct Options {
   bool quick = false;
   double seconds = 0;
   std::string level;
+  std::size_t streamingThreshold = 0;
   std::vector<std::string> sizes;
   Selection selection;
   std::string filter = "both";
@@ -57,6 +58,7 @@ double AllowanceOf(std::string_view level) {
 
 Run RunAll(const Options& options) {
   ForceLevel(options);
+  if (options.streamingThreshold > 0) ZrConvertersLib::SetStreamingThreshold(options.streamingThreshold);
   Run run;
   run.sizes = SizesOf(options);
   run.allowance = AllowanceOf(ZrConvertersLib::GetCpuLevel());
@@ -94,6 +96,8 @@ void Define(CLI::App& app, Options& options) {
   app.add_option("--seconds", options.seconds, "How long to measure; otherwise 100 if quick, else 600");
   app.add_option("--size", options.sizes, "Frame sizes, WIDTHxHEIGHT")->delimiter(',')->capture_default_str();
   app.add_option("--level", options.level, "CPU level to force; the highest one otherwise");
+  app.add_option("--streaming-threshold", options.streamingThreshold,
+                 "Bytes of source and destination above which destinations are written past the caches");
   app.add_option("--source", options.selection.source, "Only sources with this in their name");
   app.add_option("--destination", options.selection.destination, "Only destinations with this in their name");
   app.add_option("--pair", options.selection.pairs, "Only these pairs, SOURCE:DESTINATION")->delimiter(',');
