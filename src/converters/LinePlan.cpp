@@ -26,6 +26,10 @@ constexpr std::size_t kLargestBlock = 64, kLargestPixel = 8, kSlack = 64;
 /// Bytes of a frame staged at a time when it is written past the caches: they stay in the first-level cache.
 constexpr std::size_t kStage = 12 * 1024;
 
+/// How far ahead of the bytes that are read memory is asked for the next ones, in frames larger than the
+/// caches.
+constexpr std::ptrdiff_t kAhead = 2048;
+
 /// Lines a reading takes and gives, and the columns beside a block that it looks at.
 struct Lines {
   std::uint8_t sources, destinations, margin;
@@ -83,7 +87,8 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
   const bool filtered = row.filtered && !IsIdentity(*context.mFilter);
   const auto writing = filtered ? Filtered(recipe.destination) : static_cast<Writing>(recipe.destination);
   mFunction = level.Find(recipe.reading, writing);
-  mStream = !recipe.throughCaches && ExceedsCaches(context, row.planes) ? *level.stream : nullptr;
+  const bool large = ExceedsCaches(context, row.planes);
+  mStream = large && !recipe.throughCaches ? *level.stream : nullptr;
   mBlock = level.blockPixels;
   mPixelBytes = row.bytes;
   mPlanes = row.planes;
@@ -93,6 +98,7 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
   mMargin = lines.margin;
 
   mJob.lines = 1;
+  mJob.ahead = large ? kAhead : 0;
   mJob.planeDistance = PlaneDistance(context);
   mJob.shift = recipe.shift;
   mJob.flip = recipe.flip;

@@ -94,14 +94,18 @@ struct MeanOfTwo<Words> {
 struct ByteSamples {
   explicit ZR_INLINE ByteSamples(const LineJob&) {}
 
-  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x) const { return Load(line + x); }
+  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x, std::ptrdiff_t ahead) const {
+    CallAhead<kWidth>(line + x, ahead);
+    return Load(line + x);
+  }
 };
 
 /// Mosaic samples in words: shifted down, then cut to 8 bits.
 struct WordSamples {
   explicit ZR_INLINE WordSamples(const LineJob& job) : mShift(job.shift) {}
 
-  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x) const {
+  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x, std::ptrdiff_t ahead) const {
+    CallAhead<2 * kWidth>(line + 2 * x, ahead);
     const Words samples = LoadWords(line + 2 * x);
     return NarrowLow({ShiftRight(samples.a, mShift), ShiftRight(samples.b, mShift)});
   }
@@ -120,7 +124,8 @@ void FastLines(const LineJob& job) {
   const Writer writer(job);
   EachLine<2, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
     EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
-      const U8 withRed = samples.Read(line.source[0], x), withBlue = samples.Read(line.source[1], x);
+      const U8 withRed = samples.Read(line.source[0], x, line.ahead);
+      const U8 withBlue = samples.Read(line.source[1], x, line.ahead);
       const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
                                      MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
                                      Cast<Channel>::From(phase.BesideRed(withBlue))};

@@ -33,12 +33,22 @@ ZR_INLINE void EachLine(const LineJob& job, F convert) {
   }
 }
 
+/// Calls to the cache what will be read soon. The processor does so by itself, but too late for frames that
+/// come from memory and in too few streams.
+template <int bytes>
+ZR_INLINE void CallAhead(const std::uint8_t* p, std::ptrdiff_t ahead) {
+  for (int i = 0; i < bytes; i += 64)
+    __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) +
+                                                     static_cast<std::uintptr_t>(ahead + i)));
+}
+
 /// The source bytes of a block, or a copy where reading beyond the block would read beyond the line.
 template <class Source>
 class BlockBytes {
  public:
   ZR_INLINE const std::uint8_t* At(const LineJob& job, std::size_t x) {
     const std::uint8_t* bytes = job.source[0] + x / Source::kGroupPixels * Source::kGroupBytes;
+    CallAhead<kBlock>(bytes, job.ahead);
     if constexpr (Source::kOverread > 0) {
       const std::size_t after = (job.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
       if (after < Source::kOverread) {

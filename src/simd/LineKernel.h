@@ -84,11 +84,12 @@ struct LineJob {
   std::ptrdiff_t sourceStep;      ///< bytes from a source line to the same one of the next line or pair
   std::ptrdiff_t destinationStep;
   std::ptrdiff_t planeDistance;  ///< bytes from a plane to the next (planar writers)
-  std::uint32_t shift;        ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
-  std::uint8_t flip;          ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
-  bool redAtEvenColumn;       ///< mosaics: column parity of red in the line that has red
-  bool redBelow;              ///< mosaics: the line with red is the lower one of the pair
-  const YCbCrMatrix* matrix;  ///< YCbCr
+  std::ptrdiff_t ahead;  ///< bytes ahead of the ones read that are called to the cache; 0 in small frames
+  std::uint32_t shift;   ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
+  std::uint8_t flip;     ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
+  bool redAtEvenColumn;  ///< mosaics: column parity of red in the line that has red
+  bool redBelow;         ///< mosaics: the line with red is the lower one of the pair
+  const YCbCrMatrix* matrix;      ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
 };
 
