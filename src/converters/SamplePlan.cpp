@@ -10,7 +10,7 @@ namespace {
 
 /// Pixels converted at a time, and the most samples they have: together with what is written they stay in the
 /// first-level cache.
-constexpr std::size_t kPiece = 2048, kSamplesPerPixel = 3;
+constexpr std::size_t kPiece = 4096, kSamplesPerPixel = 3;
 
 /// Groups of samples reach past the piece; whole vectors are read beyond it.
 constexpr std::size_t kBeyond = 64;

@@ -373,6 +373,24 @@ ZR_INLINE U16 NarrowHigh(U32 a, U32 b) {
 #endif
 }
 
+/// The upper halves of 32-bit elements: those of even in the lower halves of the result, those of odd in the
+/// upper.
+ZR_INLINE U16 JoinUpper(S32 even, S32 odd) {
+#if defined(__AVX512VBMI__)
+  struct Upper {
+    static constexpr int At(int i) { return i % 16 / 4 * 4 + 2 + i % 2; }
+  };
+  const Native index = As<Native>(Constant<Upper>::Get());
+  return As<U16>(_mm512_mask_shuffle_epi8(As<Native>(odd), 0x3333333333333333, As<Native>(even), index));
+#elif defined(__AVX2__)
+  return As<U16>(_mm256_blend_epi16(_mm256_srli_epi32(As<Native>(even), 16), As<Native>(odd), 0xAA));
+#elif defined(__SSE4_1__)
+  return As<U16>(_mm_blend_epi16(_mm_srli_epi32(As<Native>(even), 16), As<Native>(odd), 0xAA));
+#else
+  return As<U16>((As<U32>(even) >> 16) | (As<U32>(odd) & Splat32(0xFFFF0000)));
+#endif
+}
+
 /// Per 32-bit element: sum + a.low * b.low + a.high * b.high, the halves signed 16-bit.
 ZR_INLINE S32 MultiplyAddPairs(S32 sum, S16 a, S16 b) {
 #if defined(__AVX512VBMI__)

@@ -61,7 +61,7 @@ class SharedMatrix {
     const S32 even = MultiplyAddPairs(mFirst, luma, mEven), odd = MultiplyAddPairs(mFirst, luma, mOdd);
     const auto channel = [&](S32 offset, S16 factors) ZR_ALWAYS {
       const S32 share = MultiplyAddPairs(offset, chroma, factors);
-      return As<S16>((As<U32>(even + share) >> 16) | (As<U32>(odd + share) & Splat32(0xFFFF0000)));
+      return As<S16>(JoinUpper(even + share, odd + share));
     };
     return {channel(mRedOffset, mRed), channel(mGreenOffset, mGreen), channel(mBlueOffset, mBlue)};
   }
