@@ -22,6 +22,7 @@ echo "-- with CMake"
 "$cmake" -G Ninja -S "$SOURCE/examples" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/tree" \
          -DCMAKE_CXX_COMPILER="$CXX" >>"$work/log"
 "$cmake" --build "$work/consumer" >>"$work/log" || { cat "$work/log"; exit 1; }
+sed -n '/^```cpp$/,/^```$/p' "$SOURCE/README.md" | sed '/^```/d' >"$work/readme.cpp"
 examples=("$SOURCE"/examples/*.cpp)
 [ -e "${examples[0]}" ] || { echo "no examples"; exit 1; }
 for example in "${examples[@]}"; do
@@ -34,7 +35,7 @@ export PKG_CONFIG_PATH=$libdir/pkgconfig
 [ "$(pkg-config --modversion ZrConvertersLib)" = 7.5 ]
 flags=$(pkg-config --cflags --libs ZrConvertersLib)
 case $flags in *"$work/tree/"*) ;; *) echo "not relocated: $flags"; exit 1 ;; esac
-for example in "${examples[@]}"; do
+for example in "${examples[@]}" "$work/readme.cpp"; do
   name=$(basename "$example" .cpp)
   # shellcheck disable=SC2086 # the flags are words
   "$CXX" -std=c++20 -O1 "$example" -o "$work/$name" $flags -pthread
