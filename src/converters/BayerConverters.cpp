@@ -33,10 +33,11 @@ ZR_FOR_EACH_DESTINATION(ZR_WORDS, Bayer16)
   ZR_CHAIN(source, Bayer8, RGBa8)                                                                         \
   ZR_CHAIN(source, Bayer8, BGRa8)                                                                         \
   ZR_CHAIN(source, Bayer8, Mono8)                                                                         \
-  ZR_CHAIN(source, Bayer16, Mono10) ZR_CHAIN(source, Bayer16, Mono12) ZR_CHAIN(source, Bayer16, Mono14)   \
-      ZR_CHAIN(source, Bayer16, Mono16) ZR_CHAIN(source, Bayer16, RGB16) ZR_CHAIN(source, Bayer16, BGR16) \
-          ZR_CHAIN(source, Bayer8, Planar8) ZR_CHAIN(source, Bayer16, Planar10)                           \
-              ZR_CHAIN(source, Bayer16, Planar12) ZR_CHAIN(source, Bayer16, Planar16)
+  ZR_CHAIN(source, Bayer16, Mono10)                                                                       \
+  ZR_CHAIN(source, Bayer16, Mono12) ZR_CHAIN(source, Bayer16, Mono14) ZR_CHAIN(source, Bayer16, Mono16)   \
+      ZR_CHAIN(source, Bayer16, RGB16) ZR_CHAIN(source, Bayer16, BGR16) ZR_CHAIN(source, Bayer8, Planar8) \
+          ZR_CHAIN(source, Bayer16, Planar10) ZR_CHAIN(source, Bayer16, Planar12)                         \
+              ZR_CHAIN(source, Bayer16, Planar16)
 
 ZR_PACKED(MonoPackedUnpacker, Bayer10Packed)
 ZR_PACKED(Mono10pUnpacker, Bayer10p)

@@ -32,25 +32,13 @@ class Phase {
   explicit ZR_INLINE Phase(const LineJob& job)
       : mRed(Constant<Even>::Get() + Splat8(job.redAtEvenColumn ? 0 : 1)), mBlue(mRed ^ Splat8(1)) {}
 
-  ZR_INLINE U8 AtRed(U8 pairs) const { return Shuffle(pairs, mRed); }
-  ZR_INLINE U8 BesideRed(U8 pairs) const { return Shuffle(pairs, mBlue); }
+  ZR_INLINE U8 AtRed(U8 pairs) const { return ShuffleBytes(pairs, mRed); }
+  ZR_INLINE U8 BesideRed(U8 pairs) const { return ShuffleBytes(pairs, mBlue); }
 
  private:
   struct Even {
     static constexpr int At(int i) { return i % 16 / 2 * 2; }
   };
-
-  static ZR_INLINE U8 Shuffle(U8 x, U8 index) {
-#if defined(__AVX512VBMI__)
-    return As<U8>(_mm512_shuffle_epi8(As<Native>(x), As<Native>(index)));
-#elif defined(__AVX2__)
-    return As<U8>(_mm256_shuffle_epi8(As<Native>(x), As<Native>(index)));
-#elif defined(__x86_64__)
-    return As<U8>(_mm_shuffle_epi8(As<Native>(x), As<Native>(index)));
-#else
-    return As<U8>(vqtbl1q_u8(As<Native>(x), As<Native>(index)));
-#endif
-  }
 
   U8 mRed, mBlue;
 };

@@ -50,25 +50,24 @@ class Lookup {
 
   /// Entries 16 * first to 16 * first + 127, for signed indices 0 to 127.
   ZR_INLINE U8 Half(U8 index, int first) const {
-    U8 found = Shuffle(first, index);
+    U8 found = ShuffleBytes(Part(first), index);
     for (int i = 1; i < 8; ++i) {
       index = Minus16(index);
-      found ^= Shuffle(first + i, index);
+      found ^= ShuffleBytes(Part(first + i), index);
     }
     return found;
   }
 
 #if defined(__AVX2__)
-  ZR_INLINE U8 Shuffle(int part, U8 index) const {
-    return As<U8>(
-        _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(As<__m128i>(mDelta[part])), As<Native>(index)));
+  ZR_INLINE U8 Part(int part) const {
+    return As<U8>(_mm256_broadcastsi128_si256(As<__m128i>(mDelta[part])));
   }
   static ZR_INLINE U8 Minus16(U8 x) {
     return As<U8>(_mm256_subs_epi8(As<Native>(x), _mm256_set1_epi8(16)));
   }
 #else
-  ZR_INLINE U8 Shuffle(int part, U8 index) const {
-    return As<U8>(_mm_shuffle_epi8(As<Native>(mDelta[part]), As<Native>(index)));
+  ZR_INLINE U8 Part(int part) const {
+    return As<U8>(mDelta[part]);
   }
   static ZR_INLINE U8 Minus16(U8 x) {
     return As<U8>(_mm_subs_epi8(As<Native>(x), _mm_set1_epi8(16)));

@@ -149,7 +149,18 @@ ZR_INLINE U8 Blend(U8 a, U8 b) {
 }
 
 #if defined(__AVX512VBMI__) || defined(__SSSE3__) || defined(__aarch64__)
-inline constexpr bool kShufflesBytes = true;
+/// Byte i of each lane of 16 is byte index[i] % 16 of that lane; 0 for an index of 0x80 and more.
+ZR_INLINE U8 ShuffleBytes(U8 x, U8 index) {
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#elif defined(__x86_64__)
+  return As<U8>(_mm_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#else
+  return As<U8>(vqtbl1q_u8(As<Native>(x), As<Native>(index)));
+#endif
+}
 
 /// Byte i of the result is byte Map::At(i % kLane) of the same lane, or 0 where that is negative.
 template <class Map>
@@ -171,16 +182,10 @@ ZR_INLINE U8 ShuffleLanes(U8 x) {
     return As<U8>(_mm512_permutexvar_epi8(As<Native>(index), As<Native>(x)));
   else
     return As<U8>(_mm512_maskz_permutexvar_epi8(kKeep, As<Native>(index), As<Native>(x)));
-#elif defined(__AVX2__)
-  return As<U8>(_mm256_shuffle_epi8(As<Native>(x), As<Native>(index)));
-#elif defined(__x86_64__)
-  return As<U8>(_mm_shuffle_epi8(As<Native>(x), As<Native>(index)));
 #else
-  return As<U8>(vqtbl1q_u8(As<Native>(x), As<Native>(index)));
+  return ShuffleBytes(x, index);
 #endif
 }
-#else
-inline constexpr bool kShufflesBytes = false;
 #endif
 
 /// Interleaves elements within lanes of 16 bytes: a0 b0 a1 b1 ... from the low or the high halves.
