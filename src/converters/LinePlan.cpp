@@ -61,8 +61,8 @@ static_assert(kDestinations[11].name == "RGB565p" && Filtered(11) == Writing::Fi
 static_assert(kDestinations[12].name == "Planar8" && Filtered(12) == Writing::FilteredPlanar8);
 
 /// The default filter never changes; any other one may be the identity, too.
-bool IsIdentity(const RGBFilter& filter) {
-  return &filter == &sRGBFilter || filter.IsIdentity();
+bool IsIdentity(const RGBFilter* filter) {
+  return filter == nullptr || filter == &sRGBFilter || filter->IsIdentity();
 }
 
 /// Bytes from a plane to the next: a 32-bit figure that counts as signed.
@@ -84,7 +84,7 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
     : mJob{}, mGroup(recipe.group) {
   const DestinationRow& row = kDestinations[recipe.destination];
   const simd::Level& level = simd::CurrentLevel();
-  const bool filtered = row.filtered && !IsIdentity(*context.mFilter);
+  const bool filtered = row.filtered && !IsIdentity(context.mFilter);
   const auto writing = filtered ? Filtered(recipe.destination) : static_cast<Writing>(recipe.destination);
   mFunction = level.Find(recipe.reading, writing);
   const bool large = ExceedsCaches(context, row.planes);
