@@ -143,19 +143,12 @@ void MosaicPlan::FastReduced(const PixelConverterContext& context, const Pairs& 
   alignas(64) std::uint8_t scratch[kScratch];
   const auto pitch = static_cast<std::ptrdiff_t>(PitchOf(columns.Count()));
   const auto most = static_cast<std::uint32_t>(kScratch / PitchOf(columns.Count()) / 2);
-  const std::size_t group = mSamples->GroupOfSource().pixels;
-  const std::size_t samples = (columns.Count() + group - 1) / group * group;
   const MosaicTile tile = TileOf(context);
   mFast.Job().redAtEvenColumn = !tile.redRight;
   for (std::uint32_t i = 0; i < pairs.count; i += most) {
     const std::uint32_t count = std::min(most, pairs.count - i);
-    const std::uint8_t* const first = pairs.lines.At(FirstLine(context) + 2 * std::ptrdiff_t{i});
-    mSamples->Run({{first + mSamples->SourceBytes(columns.first)},
-                   {scratch},
-                   samples,
-                   std::size_t{2} * count,
-                   pairs.lines.step,
-                   pitch});
+    Samples(pairs.lines.From(FirstLine(context) + 2 * std::ptrdiff_t{i}), std::size_t{2} * count, columns,
+            scratch, static_cast<std::size_t>(pitch));
     const auto destinations = Destinations(context, mFast.DestinationBytes(columns.first), false);
     const std::ptrdiff_t step = i * pairs.destinationStep;
     mFast.Run({{scratch + (tile.redBelow ? pitch : 0), scratch + (tile.redBelow ? 0 : pitch)},
@@ -167,15 +160,23 @@ void MosaicPlan::FastReduced(const PixelConverterContext& context, const Pairs& 
   }
 }
 
-/// The bytes of some columns, from the first one on; `first` must begin a group of samples.
-const std::uint8_t* MosaicPlan::Samples(const std::uint8_t* line, const Columns& columns,
-                                        std::uint8_t* scratch) const {
-  if (!mSamples) return line + columns.first;
-  const std::size_t group = mSamples->GroupOfSource().pixels;
-  const std::size_t count = columns.end - columns.first;
-  mSamples->Run(
-      {{line + mSamples->SourceBytes(columns.first)}, {scratch}, (count + group - 1) / group * group});
-  return scratch;
+/// Of `count` lines the bytes of some columns, of which the first must begin a group of samples.
+void MosaicPlan::Samples(const SourceLines& lines, std::size_t count, const Columns& columns,
+                         std::uint8_t* bytes, std::size_t pitch) const {
+  if (mSamples) {
+    const std::size_t group = mSamples->GroupOfSource().pixels;
+    const std::size_t samples = (columns.Count() + group - 1) / group * group;
+    mSamples->Run({{lines.first + mSamples->SourceBytes(columns.first)},
+                   {bytes},
+                   samples,
+                   count,
+                   lines.step,
+                   static_cast<std::ptrdiff_t>(pitch)});
+  } else {
+    for (std::size_t i = 0; i < count; ++i)
+      std::memcpy(bytes + i * pitch, lines.At(static_cast<std::ptrdiff_t>(i)) + columns.first,
+                  columns.Count());
+  }
 }
 
 /// The last column of an odd width takes the colour of the tile that starts one column to the left of it. A
@@ -187,9 +188,8 @@ void MosaicPlan::LastColumn(const PixelConverterContext& context, const Pairs& p
   // The tile stands in the last two columns; groups of samples begin up to three columns before it.
   const std::uint32_t start = (pairs.width - 2) / 4 * 4, at = pairs.width - 2 - start;
   std::uint8_t scratch[2][kBeside];
-  const std::uint8_t* const line[2] = {
-      Samples(pairs.lines.At(FirstLine(context)), {start, pairs.width}, scratch[0]) + at,
-      Samples(pairs.lines.At(FirstLine(context) + 1), {start, pairs.width}, scratch[1]) + at};
+  Samples(pairs.lines.From(FirstLine(context)), 2, {start, pairs.width}, scratch[0], kBeside);
+  const std::uint8_t* const line[2] = {scratch[0] + at, scratch[1] + at};
   const std::uint8_t *const withRed = line[tile.redBelow], *const withBlue = line[!tile.redBelow];
   const unsigned red = withRed[tile.redRight], blue = withBlue[!tile.redRight];
   const unsigned greens = unsigned{withRed[!tile.redRight]} + withBlue[tile.redRight];
@@ -239,6 +239,14 @@ class NeighbourRows {
     return beside ? NeighbourLine(mContext, mFirst + at - 1) : mFirst + at - 1;
   }
 
+  /// How many rows from this one on hold lines that follow one another in the image.
+  std::size_t Following(std::size_t row) const {
+    std::size_t count = 1;
+    while (row + count < Rows() && Line(row + count) == Line(row) + static_cast<std::ptrdiff_t>(count))
+      ++count;
+    return count;
+  }
+
   /// The row above the upper (0) or lower (1) line of the first pair; line and row below follow.
   std::size_t Above(std::size_t line) const { return mShared ? line : 3 * line; }
 
@@ -261,8 +269,12 @@ void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const 
   for (std::uint32_t i = 0; i < pairs.count;) {
     const NeighbourRows rows(context, FirstLine(context) + 2 * std::ptrdiff_t{i}, pairs.count - i,
                              kScratch / pitch);
-    for (std::size_t row = 0; row < rows.Rows(); ++row)
-      Reduce(pairs.lines.At(rows.Line(row)), columns, pairs.width, scratch + row * pitch + kBeside);
+    for (std::size_t row = 0; row < rows.Rows();) {
+      const std::size_t count = rows.Following(row);
+      Reduce(pairs.lines.From(rows.Line(row)), count, columns, pairs.width, scratch + row * pitch + kBeside,
+             pitch);
+      row += count;
+    }
     const std::uint8_t* const red = scratch + kBeside + rows.Above(tile.redBelow) * pitch;
     const std::uint8_t* const blue = scratch + kBeside + rows.Above(!tile.redBelow) * pitch;
     mBilinear.Run({{red, red + pitch, red + 2 * pitch, blue, blue + pitch, blue + 2 * pitch},
@@ -276,18 +288,18 @@ void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const 
   }
 }
 
-/// The bytes of some columns and of those beside them, mirrored about the edge columns. reduced[0] is the
-/// first.
-void MosaicPlan::Reduce(const std::uint8_t* line, const Columns& columns, std::uint32_t width,
-                        std::uint8_t* reduced) const {
+/// Of `count` lines the bytes of some columns and of those beside them, mirrored about the edge columns.
+/// reduced[0] is the first column of the first line; the next line's is `pitch` bytes on.
+void MosaicPlan::Reduce(const SourceLines& lines, std::size_t count, const Columns& columns,
+                        std::uint32_t width, std::uint8_t* reduced, std::size_t pitch) const {
   // Groups of samples may begin up to three columns before the neighbour.
   const std::uint32_t from = columns.first == 0 ? 0 : (columns.first - 1) / 4 * 4;
   const std::uint32_t end = std::min(columns.end + 1, width);
-  std::uint8_t* const start = reduced - (columns.first - from);
-  const std::uint8_t* const bytes = Samples(line, {from, end}, start);
-  if (bytes != start) std::memcpy(start, bytes, end - from);
-  if (columns.first == 0) reduced[-1] = reduced[1];
-  if (columns.end == width) reduced[columns.Count()] = reduced[std::ptrdiff_t{columns.Count()} - 2];
+  Samples(lines, count, {from, end}, reduced - (columns.first - from), pitch);
+  for (std::size_t i = 0; i < count; ++i, reduced += pitch) {
+    if (columns.first == 0) reduced[-1] = reduced[1];
+    if (columns.end == width) reduced[columns.Count()] = reduced[std::ptrdiff_t{columns.Count()} - 2];
+  }
 }
 
 void MosaicPlan::Finish() const {

@@ -56,9 +56,10 @@ class MosaicPlan {
   void FastReduced(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
   void LastColumn(const PixelConverterContext& context, const Pairs& pairs);
   void InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
-  void Reduce(const std::uint8_t* line, const Columns& columns, std::uint32_t width,
-              std::uint8_t* reduced) const;
-  const std::uint8_t* Samples(const std::uint8_t* line, const Columns& columns, std::uint8_t* scratch) const;
+  void Reduce(const SourceLines& lines, std::size_t count, const Columns& columns, std::uint32_t width,
+              std::uint8_t* reduced, std::size_t pitch) const;
+  void Samples(const SourceLines& lines, std::size_t count, const Columns& columns, std::uint8_t* bytes,
+               std::size_t pitch) const;
 
   LinePlan mFast, mBilinear, mSingle;
   std::optional<LinePlan> mSamples;

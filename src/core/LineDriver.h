@@ -28,6 +28,7 @@ struct SourceLines {
   std::ptrdiff_t step;
 
   const std::uint8_t* At(std::ptrdiff_t line) const { return OffsetBy(first, line * step); }
+  SourceLines From(std::ptrdiff_t line) const { return {At(line), step}; }
 };
 
 /// Walks the lines of a frame: the one place that knows the order of blocks, flips and single last lines.
