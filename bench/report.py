@@ -30,12 +30,14 @@ which is a copy of half of (source bytes + destination bytes). Below 1.00 is fas
   conversion as for the copy.
 - All pages are touched before anything is timed. The frames are aligned to 64 bytes and lie at different places of
   their pages.
-- The clock is the thread's processor time, so that waiting for a processor that runs something else does not count.
-  Memory and the last cache are still shared with everything else that runs: the minimum over rounds is the remedy,
-  and single ratios of large frames can be off by a tenth or more either way.
+- Calls of less than a millisecond are timed by the clock on the wall, longer ones by the thread's processor time, so
+  that waiting for a processor that runs something else does not count. Memory and the last cache are still shared with
+  everything else that runs: the minimum over rounds is the remedy, and single ratios of large frames can be off by a
+  tenth or more either way.
 - A filter means three tables, none of them the identity; only 8-bit colour destinations have one.
 
-The pairs one by one: [pairs.md](pairs.md), [pairs.csv](pairs.csv).
+The pairs one by one: [pairs.md](pairs.md), [pairs.csv](pairs.csv). What is slow and why, and what each step gave:
+[limits.md](limits.md).
 
 ![Ratios of all pairs](heatmap.png)
 
