@@ -47,7 +47,7 @@ class KernelConverter : public PixelConverter {
   void ConvertSamples(const FrameCall& call, const SourceLines& lines, const SampleRecipe& samples) const {
     const LineDriver driver(*this, call);
     LineRecipe recipe = Self().Recipe(call.flags);
-    recipe.samples = samples;
+    if (!ReadSamplesDirectly(recipe, samples)) recipe.samples = samples;
     ConvertAllLines(driver, recipe, Self().Pixels(driver.Width()), lines);
   }
 

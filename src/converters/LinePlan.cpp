@@ -39,12 +39,37 @@ constexpr Lines LinesOf(Reading reading) {
   switch (reading) {
     case Reading::BayerFast8:
     case Reading::BayerFast16:
+    case Reading::BayerFast10p:
+    case Reading::BayerFast12p:
+    case Reading::BayerFast14p:
+    case Reading::BayerFastPacked:
       return {2, 2, 0};
     case Reading::BayerBilinear:
       return {6, 2, 1};
     default:
       return {1, 1, 0};
   }
+}
+
+/// The reading of packed samples that takes the place of a reading of bytes, if there is one.
+constexpr std::optional<Reading> FusedReading(Reading bytes, Reading samples) {
+  struct Fused {
+    Reading bytes, samples, both;
+  };
+  constexpr Fused all[] = {
+      {Reading::BayerFast8, Reading::Mono10p, Reading::BayerFast10p},
+      {Reading::BayerFast8, Reading::Mono12p, Reading::BayerFast12p},
+      {Reading::BayerFast8, Reading::Mono14p, Reading::BayerFast14p},
+      {Reading::BayerFast8, Reading::MonoPacked, Reading::BayerFastPacked},
+      {Reading::YCbYCr8, Reading::Mono10p, Reading::YCbYCr10p},
+      {Reading::YCbYCr8, Reading::Mono12p, Reading::YCbYCr12p},
+      {Reading::CbYCrY8, Reading::Mono10p, Reading::CbYCrY10p},
+      {Reading::CbYCrY8, Reading::Mono12p, Reading::CbYCrY12p},
+  };
+  for (const Fused& fused : all) {
+    if (fused.bytes == bytes && fused.samples == samples) return fused.both;
+  }
+  return std::nullopt;
 }
 
 /// The writing with the caller's tables, for destinations that a filter acts on.
@@ -108,6 +133,18 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
     mJob.tables[1] = context.mFilter->GetGreen();
     mJob.tables[2] = context.mFilter->GetBlue();
   }
+}
+
+bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples) {
+  const auto fused = FusedReading(recipe.reading, samples.reading);
+  if (!fused) return false;
+  recipe.reading = *fused;
+  // A group becomes as long as both have it whole.
+  const std::uint32_t count = std::max<std::uint32_t>(recipe.group.bytes, samples.group.pixels);
+  recipe.group = {static_cast<std::uint8_t>(count * recipe.group.pixels / recipe.group.bytes),
+                  static_cast<std::uint8_t>(count / samples.group.pixels * samples.group.bytes)};
+  recipe.shift = samples.shift;
+  return true;
 }
 
 LinePlan::LinePlan(const PixelConverterContext& context, const SampleRecipe& recipe)

@@ -32,6 +32,9 @@ struct LineRecipe {
   std::optional<SampleRecipe> samples = {};  ///< when the source's samples are not the bytes that are read
 };
 
+/// Turns a recipe that reads bytes into one that reads `samples` itself, where a kernel for the two exists.
+bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples);
+
 /// What one kernel call needs of the image: pointers to the first pixel of its lines.
 struct Strip {
   const std::uint8_t* source[6];

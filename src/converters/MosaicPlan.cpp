@@ -105,15 +105,27 @@ MosaicPlan::MosaicPlan(const PixelConverterContext& context, const MosaicRecipe&
       mBilinear(context, BilinearRecipe(recipe)),
       mSingle(context, SingleRecipe(recipe)),
       mDirect(!recipe.samples || recipe.shift) {
-  if (recipe.samples) mSamples.emplace(context, *recipe.samples);
+  if (!recipe.samples) return;
+  mSamples.emplace(context, *recipe.samples);
+  LineRecipe fused = FastRecipe(recipe);
+  if (!mDirect && ReadSamplesDirectly(fused, *recipe.samples)) mFused.emplace(context, fused);
+}
+
+/// The plan that reads so many columns straight from the source, or null.
+LinePlan* MosaicPlan::Direct(std::uint32_t columns) {
+  if (mDirect) return &mFast;
+  return mFused && columns % mFused->GroupOfSource().pixels == 0 ? &*mFused : nullptr;
 }
 
 void MosaicPlan::Fast(const PixelConverterContext& context, const Pairs& pairs) {
   if (pairs.width < 2) return;
   const std::uint32_t even = pairs.width - pairs.width % 2;
-  if (mDirect) FastDirect(context, pairs);
-  for (std::uint32_t x = 0; x < even && !mDirect; x += kColumns)
-    FastReduced(context, pairs, {x, std::min(x + kColumns, even)});
+  if (LinePlan* const direct = Direct(even)) {
+    FastDirect(context, pairs, *direct);
+  } else {
+    for (std::uint32_t x = 0; x < even; x += kColumns)
+      FastReduced(context, pairs, {x, std::min(x + kColumns, even)});
+  }
   if (pairs.width == even) return;
   PixelConverterContext pair = context;
   for (std::uint32_t i = 0; i < pairs.count; ++i) {
@@ -124,17 +136,17 @@ void MosaicPlan::Fast(const PixelConverterContext& context, const Pairs& pairs) 
 }
 
 /// Straight from the source.
-void MosaicPlan::FastDirect(const PixelConverterContext& context, const Pairs& pairs) {
+void MosaicPlan::FastDirect(const PixelConverterContext& context, const Pairs& pairs, LinePlan& plan) {
   const MosaicTile tile = TileOf(context);
   const std::ptrdiff_t top = FirstLine(context);
   const auto destinations = Destinations(context, 0, false);
-  mFast.Job().redAtEvenColumn = !tile.redRight;
-  mFast.Run({{pairs.lines.At(top + (tile.redBelow ? 1 : 0)), pairs.lines.At(top + (tile.redBelow ? 0 : 1))},
-             {destinations[0], destinations[1]},
-             pairs.width - pairs.width % 2,
-             pairs.count,
-             2 * pairs.lines.step,
-             pairs.destinationStep});
+  plan.Job().redAtEvenColumn = !tile.redRight;
+  plan.Run({{pairs.lines.At(top + (tile.redBelow ? 1 : 0)), pairs.lines.At(top + (tile.redBelow ? 0 : 1))},
+            {destinations[0], destinations[1]},
+            pairs.width - pairs.width % 2,
+            pairs.count,
+            2 * pairs.lines.step,
+            pairs.destinationStep});
 }
 
 /// From as many lines of bytes at a time as the scratch holds.

@@ -52,7 +52,8 @@ class MosaicPlan {
     std::uint32_t Count() const { return end - first; }
   };
 
-  void FastDirect(const PixelConverterContext& context, const Pairs& pairs);
+  LinePlan* Direct(std::uint32_t columns);
+  void FastDirect(const PixelConverterContext& context, const Pairs& pairs, LinePlan& plan);
   void FastReduced(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
   void LastColumn(const PixelConverterContext& context, const Pairs& pairs);
   void InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
@@ -63,7 +64,9 @@ class MosaicPlan {
 
   LinePlan mFast, mBilinear, mSingle;
   std::optional<LinePlan> mSamples;
-  bool mDirect;  ///< whether the fast method reads the source itself
+  std::optional<LinePlan>
+      mFused;    ///< the fast method for packed samples of lines that end with a whole group
+  bool mDirect;  ///< whether mFast reads the source itself
 };
 
 /// What a call of ConvertFast or ConvertInterpolate gives for its two lines.

@@ -1,4 +1,5 @@
 #include "simd/Line.h"
+#include "simd/Packed.h"
 
 /// Readings of colour filter mosaics, a pair of lines at a time. All arithmetic is on 8-bit samples. A 16-bit
 /// lane holds two neighbouring columns, the even one in its low byte.
@@ -80,26 +81,40 @@ struct MeanOfTwo<Words> {
 
 /// Mosaic samples in bytes.
 struct ByteSamples {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 1, kOverread = 0;
+
   explicit ZR_INLINE ByteSamples(const LineJob&) {}
 
-  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x, std::ptrdiff_t ahead) const {
-    CallAhead<kWidth>(line + x, ahead);
-    return Load(line + x);
-  }
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return Load(p); }
 };
 
 /// Mosaic samples in words: shifted down, then cut to 8 bits.
 struct WordSamples {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 2, kOverread = 0;
+
   explicit ZR_INLINE WordSamples(const LineJob& job) : mShift(job.shift) {}
 
-  ZR_INLINE U8 Read(const std::uint8_t* line, std::size_t x, std::ptrdiff_t ahead) const {
-    CallAhead<2 * kWidth>(line + 2 * x, ahead);
-    const Words samples = LoadWords(line + 2 * x);
+  ZR_INLINE U8 Read(const std::uint8_t* p) const {
+    const Words samples = LoadWords(p);
     return NarrowLow({ShiftRight(samples.a, mShift), ShiftRight(samples.b, mShift)});
   }
 
  private:
   std::uint32_t mShift;
+};
+
+/// Packed mosaic samples, cut to 8 bits.
+template <class Form>
+struct PackedSamples {
+  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
+  static constexpr int kOverread = Packed<Form>::kOverread;
+
+  explicit ZR_INLINE PackedSamples(const LineJob& job) : mForm{job.shift} {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return NarrowHigh(Packed<Form>::Read(mForm, p)); }
+
+ private:
+  Form mForm;
 };
 
 /// Fast demosaic: one colour for the four pixels of a tile, green the mean of its two. Source 0 is the line
@@ -110,10 +125,11 @@ void FastLines(const LineJob& job) {
   const Samples samples(job);
   const Phase phase(job);
   const Writer writer(job);
+  BlockBytes<Samples> redBytes, blueBytes;
   EachLine<2, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
     EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
-      const U8 withRed = samples.Read(line.source[0], x, line.ahead);
-      const U8 withBlue = samples.Read(line.source[1], x, line.ahead);
+      const U8 withRed = samples.Read(redBytes.At(line, line.source[0], x));
+      const U8 withBlue = samples.Read(blueBytes.At(line, line.source[1], x));
       const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
                                      MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
                                      Cast<Channel>::From(phase.BesideRed(withBlue))};
@@ -196,6 +212,10 @@ void BilinearLines(const LineJob& job) {
 constinit const LineFunction kRows[][kWritings] = {
     ZR_ROW(FastLines, ByteSamples),
     ZR_ROW(FastLines, WordSamples),
+    ZR_ROW(FastLines, PackedSamples<Form10p>),
+    ZR_ROW(FastLines, PackedSamples<Form12p>),
+    ZR_ROW(FastLines, PackedSamples<Form14p>),
+    ZR_ROW(FastLines, PackedSamples<FormPairPacked>),
     ZR_ROW(BilinearLines, void),
 };
 

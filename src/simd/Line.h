@@ -46,8 +46,8 @@ ZR_INLINE void CallAhead(const std::uint8_t* p, std::ptrdiff_t ahead) {
 template <class Source>
 class BlockBytes {
  public:
-  ZR_INLINE const std::uint8_t* At(const LineJob& job, std::size_t x) {
-    const std::uint8_t* bytes = job.source[0] + x / Source::kGroupPixels * Source::kGroupBytes;
+  ZR_INLINE const std::uint8_t* At(const LineJob& job, const std::uint8_t* line, std::size_t x) {
+    const std::uint8_t* bytes = line + x / Source::kGroupPixels * Source::kGroupBytes;
     CallAhead<kBlock>(bytes, job.ahead);
     if constexpr (Source::kOverread > 0) {
       const std::size_t after = (job.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
@@ -74,7 +74,7 @@ void Lines(const LineJob& job) {
     EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
       using Channel = typename Writer::Channel;
       writer.Write(line.destination[0] + x * Writer::kStep,
-                   In<Channel>(source.template Read<Channel>(block.At(line, x))));
+                   In<Channel>(source.template Read<Channel>(block.At(line, line.source[0], x))));
     });
   });
 }

@@ -1,5 +1,5 @@
 #include "simd/Line.h"
-#include "simd/Spread.h"
+#include "simd/Packed.h"
 
 /// Readings of monochrome lines. A reading of one line says how many bytes a group of pixels takes and gives
 /// a block of kWidth pixels from the block's first byte, in the form that is asked for where it can choose.
@@ -59,103 +59,21 @@ struct Mono32Source : PlainLine {
   }
 };
 
-/// Constant words that repeat every four.
-template <unsigned w0, unsigned w1, unsigned w2, unsigned w3>
-ZR_INLINE U16 EveryFour() {
-  struct Bytes {
-    static constexpr int At(int i) {
-      constexpr unsigned words[4] = {w0, w1, w2, w3};
-      return static_cast<int>(words[i / 2 % 4] >> (8 * (i % 2)) & 0xFF);
-    }
-  };
-  return As<U16>(Constant<Bytes>::Get());
-}
-
-/// A packed line whose groups are spread by Map to four words; Form::Scale makes them values of the 16-bit
-/// scale.
+/// A packed line.
 template <class Form>
 struct PackedSource {
   static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
-  static constexpr int kHalf = kWidth / 2 / kGroupPixels * kGroupBytes;
-  static constexpr int kOverread = Spread<typename Form::Map>::kOverread;
+  static constexpr int kOverread = Packed<Form>::kOverread;
 
   explicit ZR_INLINE PackedSource(const LineJob& job) : mForm{job.shift} {}
 
   template <class Channel>
   ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
-    return {{mForm.Scale(p), mForm.Scale(p + kHalf)}};
+    return {Packed<Form>::Read(mForm, p)};
   }
 
  private:
   Form mForm;
-};
-
-/// Sample k of four stands at bits 10k to 10k + 9 of five bytes, least significant bits first.
-struct Form10p {
-  static constexpr int kPixels = 4, kBytes = 5;
-  struct Map {
-    static constexpr int kBytes = 5, kResult = 8;
-    static constexpr int At(int j) { return j / 2 + j % 2; }
-  };
-  std::uint32_t shift;
-
-  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return (As<U16>(Spread<Map>::Read(p)) * EveryFour<64, 16, 4, 1>()) & Splat16(0xFFC0);
-  }
-};
-
-/// Two samples in three bytes, least significant bits first; two such groups are taken as one.
-struct Form12p {
-  static constexpr int kPixels = 2, kBytes = 3;
-  struct Map {
-    static constexpr int kBytes = 6, kResult = 8;
-    static constexpr int At(int j) { return j / 4 * 3 + j % 4 / 2 + j % 2; }
-  };
-  std::uint32_t shift;
-
-  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return (As<U16>(Spread<Map>::Read(p)) * EveryFour<16, 1, 16, 1>()) & Splat16(0xFFF0);
-  }
-};
-
-/// Sample k of four stands at bits 14k to 14k + 13 of seven bytes. Up to three bytes hold a sample: the two
-/// that end with its top bit are moved up, and what then lacks comes from the byte before them.
-struct Form14p {
-  static constexpr int kPixels = 4, kBytes = 7;
-  struct Upper {
-    static constexpr int kBytes = 7, kResult = 8;
-    static constexpr int At(int j) { return (14 * (j / 2) + 13) / 8 - 1 + j % 2; }
-  };
-  struct Before {
-    static constexpr int kBytes = 7, kResult = 8;
-    static constexpr int At(int j) { return j % 2 == 0 && j > 0 ? Upper::At(j) - 1 : -1; }
-  };
-  using Map = Upper;
-  std::uint32_t shift;
-
-  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 factor = EveryFour<4, 16, 64, 1>();
-    const U16 upper = As<U16>(Spread<Upper>::Read(p)) * factor;
-    const U16 before = (As<U16>(Spread<Before>::Read(p)) * factor) >> 8;
-    return (upper | before) & Splat16(0xFFFC);
-  }
-};
-
-/// Two samples in three bytes: the first and last byte hold the upper eight bits, the middle one the nibbles
-/// that are ORed in `shift` bits up (first pixel's nibble high).
-struct FormPairPacked {
-  static constexpr int kPixels = 2, kBytes = 3;
-  struct Map {  // nibbles' byte low, upper bits' byte high
-    static constexpr int kBytes = 6, kResult = 8;
-    static constexpr int At(int j) { return j / 4 * 3 + (j % 2 == 0 ? 1 : j % 4 - 1); }
-  };
-  std::uint32_t shift;
-
-  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 x = As<U16>(Spread<Map>::Read(p));
-    const U16 nibble = ((x & Splat16(0xFF)) * EveryFour<1, 16, 1, 16>() >> 4) & Splat16(0x0F);
-    return (x & Splat16(0xFF00)) | ShiftLeft(nibble, shift);
-  }
 };
 
 /// Samples of `bits` bits, first pixel in the least significant ones; full scale becomes 255.

@@ -1,5 +1,5 @@
 #include "simd/Line.h"
-#include "simd/Spread.h"
+#include "simd/Packed.h"
 
 /// Readings of YCbCr. All arithmetic is on 8-bit samples, in 32 bits and exact.
 
@@ -171,6 +171,26 @@ struct Source422Words {
   std::uint32_t mShift;
 };
 
+/// 4:2:2 with packed samples, which are cut to their upper 8 bits.
+template <bool lumaFirst, class Form>
+struct Source422Packed {
+  static constexpr int kGroupPixels = 2, kGroupBytes = 4 / Form::kPixels * Form::kBytes;
+  static constexpr int kOverread = Packed<Form>::kOverread;
+
+  explicit ZR_INLINE Source422Packed(const LineJob& job) : mConverter(job), mForm{job.shift} {}
+
+  template <class Channel>
+  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
+    return mConverter.Convert(Reduced(p), Reduced(p + Packed<Form>::kTaken));
+  }
+
+ private:
+  ZR_INLINE U8 Reduced(const std::uint8_t* p) const { return NarrowHigh(Packed<Form>::Read(mForm, p)); }
+
+  SharedConverter<lumaFirst> mConverter;
+  Form mForm;
+};
+
 /// 4:1:1: six bytes of four pixels are spread to luma and chroma in turn, as 4:2:2 has them.
 template <class Order>
 struct Source411 {
@@ -209,8 +229,12 @@ constinit const LineFunction kRows[][kWritings] = {
     ZR_ROW(Lines, Source444<Pairs<1, 0>, Pairs<1, 2>>),  // Cb Y Cr
     ZR_ROW(Lines, Source422<true>),
     ZR_ROW(Lines, Source422Words<true>),
+    ZR_ROW(Lines, Source422Packed<true, Form10p>),
+    ZR_ROW(Lines, Source422Packed<true, Form12p>),
     ZR_ROW(Lines, Source422<false>),
     ZR_ROW(Lines, Source422Words<false>),
+    ZR_ROW(Lines, Source422Packed<false, Form10p>),
+    ZR_ROW(Lines, Source422Packed<false, Form12p>),
     ZR_ROW(Lines, Source411<YYCbYYCr>),
     ZR_ROW(Lines, Source411<CbYYCrYY>),
 };
