@@ -29,7 +29,7 @@ class MosaicPlan {
  public:
   MosaicPlan(const PixelConverterContext& context, const MosaicRecipe& recipe);
 
-  /// Pairs of lines that follow one another: the first one is the context's, `steps` lead to the next.
+  /// Pairs of lines that follow one another, of which the first is the context's.
   struct Pairs {
     SourceLines lines;  ///< from line 0 of the image
     std::uint32_t width;
