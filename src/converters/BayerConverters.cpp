@@ -24,20 +24,17 @@ ZR_FOR_EACH_DESTINATION(ZR_WORDS, Bayer16)
   type<writer> s##source##To##unpacked{FormatOf(PixelTypeIds::source), PixelTypeIds::unpacked};
 #define ZR_CHAIN(source, unpacked, destination) \
   FusedChain s##source##To##destination{&s##source##To##unpacked, &s##unpacked##To##destination};
-#define ZR_PACKED(type, source)                                                                              \
-  ZR_UNPACKER(type, source, Bayer8, OutputMono8)                                                             \
-  ZR_UNPACKER(type, source, Bayer16, OutputMono16)                                                           \
-  ZR_CHAIN(source, Bayer8, RGB565p)                                                                          \
-  ZR_CHAIN(source, Bayer8, RGB8)                                                                             \
-  ZR_CHAIN(source, Bayer8, BGR8)                                                                             \
-  ZR_CHAIN(source, Bayer8, RGBa8)                                                                            \
-  ZR_CHAIN(source, Bayer8, BGRa8)                                                                            \
-  ZR_CHAIN(source, Bayer8, Mono8)                                                                            \
-  ZR_CHAIN(source, Bayer16, Mono10)                                                                          \
-  ZR_CHAIN(source, Bayer16, Mono12)                                                                          \
-  ZR_CHAIN(source, Bayer16, Mono14) ZR_CHAIN(source, Bayer16, Mono16) ZR_CHAIN(source, Bayer16, RGB16)       \
-      ZR_CHAIN(source, Bayer16, BGR16) ZR_CHAIN(source, Bayer8, Planar8) ZR_CHAIN(source, Bayer16, Planar10) \
-          ZR_CHAIN(source, Bayer16, Planar12) ZR_CHAIN(source, Bayer16, Planar16)
+// clang-format off
+#define ZR_PACKED(type, source)                                                                          \
+  ZR_UNPACKER(type, source, Bayer8, OutputMono8)                                                         \
+  ZR_UNPACKER(type, source, Bayer16, OutputMono16)                                                       \
+  ZR_CHAIN(source, Bayer8, RGB565p) ZR_CHAIN(source, Bayer8, RGB8) ZR_CHAIN(source, Bayer8, BGR8)        \
+  ZR_CHAIN(source, Bayer8, RGBa8) ZR_CHAIN(source, Bayer8, BGRa8) ZR_CHAIN(source, Bayer8, Mono8)        \
+  ZR_CHAIN(source, Bayer16, Mono10) ZR_CHAIN(source, Bayer16, Mono12) ZR_CHAIN(source, Bayer16, Mono14)  \
+  ZR_CHAIN(source, Bayer16, Mono16) ZR_CHAIN(source, Bayer16, RGB16) ZR_CHAIN(source, Bayer16, BGR16)    \
+  ZR_CHAIN(source, Bayer8, Planar8) ZR_CHAIN(source, Bayer16, Planar10)                                  \
+  ZR_CHAIN(source, Bayer16, Planar12) ZR_CHAIN(source, Bayer16, Planar16)
+// clang-format on
 
 ZR_PACKED(MonoPackedUnpacker, Bayer10Packed)
 ZR_PACKED(Mono10pUnpacker, Bayer10p)

@@ -74,7 +74,7 @@ constexpr std::optional<Reading> FusedReading(Reading bytes, Reading samples) {
 
 /// The writing with the caller's tables, for destinations that a filter acts on.
 constexpr Writing Filtered(std::uint8_t destination) {
-  std::uint8_t place = static_cast<std::uint8_t>(Writing::FilteredRGB8);
+  auto place = static_cast<std::uint8_t>(Writing::FilteredRGB8);
   for (std::size_t i = 0; i < destination; ++i)
     place = static_cast<std::uint8_t>(place + kDestinations[i].filtered);
   return static_cast<Writing>(place);

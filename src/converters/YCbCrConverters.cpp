@@ -39,20 +39,18 @@ ZR_FOR_EACH_DESTINATION(ZR_411_CB, YCbCr411_8_CbYYCrYY)
                                                samplesPerPixel};
 #define ZR_CHAIN(source, unpacked, name, destination) \
   FusedChain s##source##To##name{&s##source##To##unpacked, &s##unpacked##To##destination};
-#define ZR_PACKED(unpacker, source, unpacked, samplesPerPixel)                                        \
-  ZR_UNPACKER(unpacker, source, unpacked, samplesPerPixel)                                            \
-  ZR_CHAIN(source, unpacked, RGB8, RGB8)                                                              \
-  ZR_CHAIN(source, unpacked, BGR8, BGR8)                                                              \
-  ZR_CHAIN(source, unpacked, RGB16, RGB16)                                                            \
-  ZR_CHAIN(source, unpacked, BGR16, BGR16)                                                            \
-  ZR_CHAIN(source, unpacked, RGB32, RGBa8)                                                            \
-  ZR_CHAIN(source, unpacked, BGR32, BGRa8)                                                            \
-  ZR_CHAIN(source, unpacked, RGB565p, RGB565p)                                                        \
-  ZR_CHAIN(source, unpacked, Mono8, Mono8)                                                            \
-  ZR_CHAIN(source, unpacked, Mono10, Mono10) ZR_CHAIN(source, unpacked, Mono12, Mono12)               \
-      ZR_CHAIN(source, unpacked, Mono14, Mono14) ZR_CHAIN(source, unpacked, Mono16, Mono16)           \
-          ZR_CHAIN(source, unpacked, Planar8, Planar8) ZR_CHAIN(source, unpacked, Planar10, Planar10) \
-              ZR_CHAIN(source, unpacked, Planar12, Planar12) ZR_CHAIN(source, unpacked, Planar16, Planar16)
+// clang-format off
+#define ZR_PACKED(unpacker, source, unpacked, samplesPerPixel)                                  \
+  ZR_UNPACKER(unpacker, source, unpacked, samplesPerPixel)                                      \
+  ZR_CHAIN(source, unpacked, RGB8, RGB8) ZR_CHAIN(source, unpacked, BGR8, BGR8)                 \
+  ZR_CHAIN(source, unpacked, RGB16, RGB16) ZR_CHAIN(source, unpacked, BGR16, BGR16)             \
+  ZR_CHAIN(source, unpacked, RGB32, RGBa8) ZR_CHAIN(source, unpacked, BGR32, BGRa8)             \
+  ZR_CHAIN(source, unpacked, RGB565p, RGB565p) ZR_CHAIN(source, unpacked, Mono8, Mono8)         \
+  ZR_CHAIN(source, unpacked, Mono10, Mono10) ZR_CHAIN(source, unpacked, Mono12, Mono12)         \
+  ZR_CHAIN(source, unpacked, Mono14, Mono14) ZR_CHAIN(source, unpacked, Mono16, Mono16)         \
+  ZR_CHAIN(source, unpacked, Planar8, Planar8) ZR_CHAIN(source, unpacked, Planar10, Planar10)   \
+  ZR_CHAIN(source, unpacked, Planar12, Planar12) ZR_CHAIN(source, unpacked, Planar16, Planar16)
+// clang-format on
 
 ZR_PACKED(Mono10pUnpacker, YCbCr422_10p, YCbCr422_8, 2u)
 ZR_PACKED(Mono12pUnpacker, YCbCr422_12p, YCbCr422_8, 2u)
