@@ -34,8 +34,7 @@ struct Spread {
   static constexpr int kLoad = kGroup > 4 ? 8 : kGroup;
   static constexpr int kOverread = kLoad - kGroup;
 
-  /// Moves bytes within 64-bit halves; those that move by the same distance do so in one shift. In half h of
-  /// the result byte j comes from byte Map::At(8h + j), where results have 16 bytes.
+  /// Moves bytes within 64-bit groups; those that move by the same distance do so in one shift.
   template <int distance>
   static ZR_INLINE U64 Move(U64 groups) {
     struct Mask {
@@ -60,10 +59,7 @@ struct Spread {
   static ZR_INLINE U8 Read(const std::uint8_t* p) {
     std::uint64_t first = 0, second = 0;
     std::memcpy(&first, p, kLoad);
-    if constexpr (kResult == 16)
-      second = first;
-    else
-      std::memcpy(&second, p + kGroup, kLoad);
+    std::memcpy(&second, p + kGroup, kLoad);
     const U64 x = As<U64>(_mm_set_epi64x(static_cast<long long>(second), static_cast<long long>(first)));
     return As<U8>(Move<-7>(x) | Move<-6>(x) | Move<-5>(x) | Move<-4>(x) | Move<-3>(x) | Move<-2>(x) |
                   Move<-1>(x) | Move<0>(x) | Move<1>(x) | Move<2>(x) | Move<3>(x) | Move<4>(x) | Move<5>(x) |
