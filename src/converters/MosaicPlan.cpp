@@ -18,19 +18,25 @@ using ZrUtilsLib::ResultCode;
 namespace {
 
 /// Columns whose samples are kept as bytes at a time; even, and a whole number of any packing's groups.
-constexpr std::uint32_t kColumns = 2048;
+constexpr std::uint32_t kColumns = 4096;
 
 /// Bytes before and after such columns: neighbours and rest of groups, and what whole vectors read.
 constexpr std::size_t kBeside = 128;
 
-/// Lines of samples that are kept at a time: as many as fit here, of which at least six of kColumns do.
-constexpr std::size_t kScratch = std::size_t{24} << 10;
-
-static_assert(6 * (kColumns + 2 * kBeside) <= kScratch);
+/// Columns that are a whole number of blocks at any level.
+constexpr std::uint32_t kWholeBlock = 64;
 
 /// Bytes from one such line to the next.
 constexpr std::size_t PitchOf(std::uint32_t columns) {
   return (columns + 2 * kBeside + 63) / 64 * 64;
+}
+
+/// Lines of samples that are kept at a time: six, or more of short lines, which few calls then handle. All of
+/// them and what is made of them are to stay in the first-level cache.
+constexpr std::size_t kScratch = 6 * PitchOf(kColumns), kScratchOfShortLines = std::size_t{12} << 10;
+
+constexpr std::size_t LinesKept(std::size_t pitch) {
+  return std::max<std::size_t>(6, kScratchOfShortLines / pitch);
 }
 
 LineRecipe FastRecipe(const MosaicRecipe& recipe) {
@@ -44,6 +50,22 @@ LineRecipe FastRecipe(const MosaicRecipe& recipe) {
 
 LineRecipe BilinearRecipe(const MosaicRecipe& recipe) {
   return {.reading = Reading::BayerBilinear, .group = {1, 1}, .destination = recipe.destination};
+}
+
+/// Samples of the depth that the bilinear kernel takes for byte channels.
+LineRecipe InvertedRecipe(const MosaicRecipe& recipe) {
+  LineRecipe inverted = {.reading = Reading::BayerInverted8,
+                         .group = {1, 1},
+                         .destination = OutputMono8::kIndex,
+                         .throughCaches = true};
+  if (recipe.shift) {
+    inverted.reading = Reading::BayerInverted16;
+    inverted.group = {1, 2};
+    inverted.shift = *recipe.shift;
+  } else if (recipe.samples) {
+    ReadSamplesDirectly(inverted, *recipe.samples);
+  }
+  return inverted;
 }
 
 /// A colour on the 16-bit scale, as three words.
@@ -105,6 +127,7 @@ MosaicPlan::MosaicPlan(const PixelConverterContext& context, const MosaicRecipe&
       mBilinear(context, BilinearRecipe(recipe)),
       mSingle(context, SingleRecipe(recipe)),
       mDirect(!recipe.samples || recipe.shift) {
+  if (kDestinations[recipe.destination].depth == 8) mInverted.emplace(context, InvertedRecipe(recipe));
   if (!recipe.samples) return;
   mSamples.emplace(context, *recipe.samples);
   LineRecipe fused = FastRecipe(recipe);
@@ -154,7 +177,7 @@ void MosaicPlan::FastReduced(const PixelConverterContext& context, const Pairs& 
                              const Columns& columns) {
   alignas(64) std::uint8_t scratch[kScratch];
   const auto pitch = static_cast<std::ptrdiff_t>(PitchOf(columns.Count()));
-  const auto most = static_cast<std::uint32_t>(kScratch / PitchOf(columns.Count()) / 2);
+  const auto most = static_cast<std::uint32_t>(LinesKept(PitchOf(columns.Count())) / 2);
   const MosaicTile tile = TileOf(context);
   mFast.Job().redAtEvenColumn = !tile.redRight;
   for (std::uint32_t i = 0; i < pairs.count; i += most) {
@@ -175,20 +198,21 @@ void MosaicPlan::FastReduced(const PixelConverterContext& context, const Pairs& 
 /// Of `count` lines the bytes of some columns, of which the first must begin a group of samples.
 void MosaicPlan::Samples(const SourceLines& lines, std::size_t count, const Columns& columns,
                          std::uint8_t* bytes, std::size_t pitch) const {
-  if (mSamples) {
-    const std::size_t group = mSamples->GroupOfSource().pixels;
-    const std::size_t samples = (columns.Count() + group - 1) / group * group;
-    mSamples->Run({{lines.first + mSamples->SourceBytes(columns.first)},
-                   {bytes},
-                   samples,
-                   count,
-                   lines.step,
-                   static_cast<std::ptrdiff_t>(pitch)});
-  } else {
-    for (std::size_t i = 0; i < count; ++i)
-      std::memcpy(bytes + i * pitch, lines.At(static_cast<std::ptrdiff_t>(i)) + columns.first,
-                  columns.Count());
-  }
+  if (mSamples) return Run(*mSamples, lines, count, columns, bytes, pitch);
+  for (std::size_t i = 0; i < count; ++i)
+    std::memcpy(bytes + i * pitch, lines.At(static_cast<std::ptrdiff_t>(i)) + columns.first, columns.Count());
+}
+
+void MosaicPlan::Run(const LinePlan& plan, const SourceLines& lines, std::size_t count,
+                     const Columns& columns, std::uint8_t* bytes, std::size_t pitch) {
+  const std::size_t group = plan.GroupOfSource().pixels;
+  const std::size_t samples = (columns.Count() + group - 1) / group * group;
+  plan.Run({{lines.first + plan.SourceBytes(columns.first)},
+            {bytes},
+            samples,
+            count,
+            lines.step,
+            static_cast<std::ptrdiff_t>(pitch)});
 }
 
 /// The last column of an odd width takes the colour of the tile that starts one column to the left of it. A
@@ -218,8 +242,12 @@ void MosaicPlan::LastColumn(const PixelConverterContext& context, const Pairs& p
 void MosaicPlan::Interpolate(const PixelConverterContext& context, const Pairs& pairs) {
   if (pairs.width < 2) return;
   const std::uint32_t even = pairs.width - pairs.width % 2;
-  // The last two columns of an odd width, counted from an odd one; the even ones then come after them.
-  if (pairs.width != even) InterpolateColumns(context, pairs, {pairs.width - 2, pairs.width});
+  // The last columns of an odd width, counted from an odd one; the even ones then come after them. Two would
+  // do, but a whole block is faster.
+  if (pairs.width != even) {
+    const std::uint32_t last = pairs.width > kWholeBlock ? kWholeBlock : 2;
+    InterpolateColumns(context, pairs, {pairs.width - last, pairs.width});
+  }
   for (std::uint32_t x = 0; x < even; x += kColumns)
     InterpolateColumns(context, pairs, {x, std::min(x + kColumns, even)});
 }
@@ -280,7 +308,7 @@ void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const 
   const auto destinations = Destinations(context, mBilinear.DestinationBytes(columns.first), tile.redBelow);
   for (std::uint32_t i = 0; i < pairs.count;) {
     const NeighbourRows rows(context, FirstLine(context) + 2 * std::ptrdiff_t{i}, pairs.count - i,
-                             kScratch / pitch);
+                             LinesKept(pitch));
     for (std::size_t row = 0; row < rows.Rows();) {
       const std::size_t count = rows.Following(row);
       Reduce(pairs.lines.From(rows.Line(row)), count, columns, pairs.width, scratch + row * pitch + kBeside,
@@ -307,7 +335,11 @@ void MosaicPlan::Reduce(const SourceLines& lines, std::size_t count, const Colum
   // Groups of samples may begin up to three columns before the neighbour.
   const std::uint32_t from = columns.first == 0 ? 0 : (columns.first - 1) / 4 * 4;
   const std::uint32_t end = std::min(columns.end + 1, width);
-  Samples(lines, count, {from, end}, reduced - (columns.first - from), pitch);
+  std::uint8_t* const first = reduced - (columns.first - from);
+  if (mInverted)
+    Run(*mInverted, lines, count, {from, end}, first, pitch);
+  else
+    Samples(lines, count, {from, end}, first, pitch);
   for (std::size_t i = 0; i < count; ++i, reduced += pitch) {
     if (columns.first == 0) reduced[-1] = reduced[1];
     if (columns.end == width) reduced[columns.Count()] = reduced[std::ptrdiff_t{columns.Count()} - 2];

@@ -61,9 +61,12 @@ class MosaicPlan {
               std::uint8_t* reduced, std::size_t pitch) const;
   void Samples(const SourceLines& lines, std::size_t count, const Columns& columns, std::uint8_t* bytes,
                std::size_t pitch) const;
+  static void Run(const LinePlan& plan, const SourceLines& lines, std::size_t count, const Columns& columns,
+                  std::uint8_t* bytes, std::size_t pitch);
 
   LinePlan mFast, mBilinear, mSingle;
   std::optional<LinePlan> mSamples;
+  std::optional<LinePlan> mInverted;  ///< the samples as interpolation to byte channels takes them
   std::optional<LinePlan>
       mFused;    ///< the fast method for packed samples of lines that end with a whole group
   bool mDirect;  ///< whether mFast reads the source itself

@@ -7,24 +7,6 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// One channel of a block as two vectors of 16-bit values, of its even and of its odd columns.
-struct Columns {
-  U16 even, odd;
-};
-
-template <class Channel>
-struct FromColumns;
-
-template <>
-struct FromColumns<U8> {
-  static ZR_INLINE U8 Get(const Columns& x) { return As<U8>((x.even >> 8) | (x.odd & Splat16(0xFF00))); }
-};
-
-template <>
-struct FromColumns<Words> {
-  static ZR_INLINE Words Get(const Columns& x) { return InterleaveWords(x.even, x.odd); }
-};
-
 #if defined(__AVX512VBMI__) || defined(__SSSE3__) || defined(__aarch64__)
 
 /// Bytes of pairs chosen by a table that is made once a line: the same byte of each pair, twice.
@@ -148,12 +130,51 @@ struct Interpolated {
 
 /// Bilinear demosaic of one line from the lines above and below, which like itself may be read one column to
 /// either side. Own sites and green sites alternate; `ownOdd` says whether own sites are the odd columns.
-class Bilinear {
+template <class Channel>
+class Bilinear;
+
+/// In bytes, every mean at every site: a vector then holds as many columns as it has bytes, and the sites are
+/// chosen at the end. The samples come inverted: processors have a mean of bytes that rounds up, and the
+/// inverse of the mean of inverses is the mean rounded down.
+template <>
+class Bilinear<U8> {
+ public:
+  explicit ZR_INLINE Bilinear(bool ownOdd) : mOwn(As<U8>(Splat16(ownOdd ? 0xFF00 : 0xFF))) {}
+
+  ZR_INLINE Interpolated<U8> Read(const std::uint8_t* const line[3], std::size_t x) const {
+    const std::uint8_t *above = line[0] + x, *here = line[1] + x, *below = line[2] + x;
+    const U8 site = LoadOnce(here);
+    const Beside sides(LoadOnce(here - 1), LoadOnce(here + 1)), upright(LoadOnce(above), LoadOnce(below));
+    const Beside left(LoadOnce(above - 1), LoadOnce(below - 1)),
+        right(LoadOnce(above + 1), LoadOnce(below + 1));
+    return {SelectInverted(mOwn, site, sides.mean), SelectInverted(mOwn, OfFour(sides, upright), site),
+            SelectInverted(mOwn, OfFour(left, right), upright.mean)};
+  }
+
+ private:
+  /// Two samples: their mean rounded up, and in bit 0 whether it was.
+  struct Beside {
+    U8 mean, rounded;
+
+    ZR_INLINE Beside(U8 a, U8 b) : mean(MeanRoundedUp(a, b)), rounded(a ^ b) {}
+  };
+
+  /// The mean of four, rounded up once. Where both means of two were rounded, so that a half and a half are
+  /// too much, and the mean of these was as well, it is one too large.
+  static ZR_INLINE U8 OfFour(const Beside& a, const Beside& b) {
+    return MeanRoundedUp(a.mean, b.mean) - (Splat8(1) & a.rounded & b.rounded & (a.mean ^ b.mean));
+  }
+
+  U8 mOwn;
+};
+
+/// On the 16-bit scale, which keeps the fractions: sums of the columns of one parity in 16-bit lanes.
+template <>
+class Bilinear<Words> {
  public:
   explicit ZR_INLINE Bilinear(bool ownOdd) : mOwn(ownOdd ? 1 : 0), mOddOwn(Splat16(ownOdd ? 0xFFFF : 0)) {}
 
-  template <class Channel>
-  ZR_INLINE Interpolated<Channel> Read(const std::uint8_t* const line[3], std::size_t x) const {
+  ZR_INLINE Interpolated<Words> Read(const std::uint8_t* const line[3], std::size_t x) const {
     const std::uint8_t *above = line[0] + x + mOwn, *here = line[1] + x + mOwn, *below = line[2] + x + mOwn;
     const U16 aboveLeft = Pair(above - 1), aboveRight = Pair(above + 1);
     const U16 left = Pair(here - 1), right = Pair(here + 1);
@@ -164,8 +185,8 @@ class Bilinear {
     const std::size_t green = x + (1 - mOwn);
     const U16 greenLeft = Pair(line[1] + green - 1), greenRight = Pair(line[1] + green + 1);
     const U16 upright = Low(Pair(line[0] + green)) + Low(Pair(line[2] + green));
-    return {Merge<Channel>(High(left) << 8, (Low(greenLeft) + Low(greenRight)) << 7),
-            Merge<Channel>(edges << 6, High(greenLeft) << 8), Merge<Channel>(corners << 6, upright << 7)};
+    return {Merge(High(left) << 8, (Low(greenLeft) + Low(greenRight)) << 7),
+            Merge(edges << 6, High(greenLeft) << 8), Merge(corners << 6, upright << 7)};
   }
 
  private:
@@ -173,39 +194,58 @@ class Bilinear {
   static ZR_INLINE U16 Low(U16 pair) { return pair & Splat16(0xFF); }
   static ZR_INLINE U16 High(U16 pair) { return pair >> 8; }
 
-  template <class Channel>
-  ZR_INLINE Channel Merge(U16 atOwn, U16 atGreen) const {
+  ZR_INLINE Words Merge(U16 atOwn, U16 atGreen) const {
     const U16 swapped = (atOwn ^ atGreen) & mOddOwn;
-    return FromColumns<Channel>::Get({atOwn ^ swapped, atGreen ^ swapped});
+    return InterleaveWords(atOwn ^ swapped, atGreen ^ swapped);
   }
 
   std::size_t mOwn;
   U16 mOddOwn;
 };
 
-/// Sources 0 to 2 are the line with red between its neighbours, 3 to 5 the line with blue; destination 0
-/// takes the former, 1 the latter. The upper line is written first, which shows where planes of the two lines
+/// The colours of a line from its own colour and that of its neighbours.
+template <bool red, class Channel>
+ZR_INLINE Colour<Channel> Ordered(const Interpolated<Channel>& p) {
+  return {red ? p.own : p.other, p.green, red ? p.other : p.own};
+}
+
+/// Both lines of each pair side by side. The upper one is written first, which shows where planes of the two
 /// overlap.
+template <bool redBelow, class Writer>
+ZR_INLINE void BilinearPairs(const LineJob& job) {
+  using Channel = typename Writer::Channel;
+  const Bilinear<Channel> upper(job.redAtEvenColumn == redBelow), lower(job.redAtEvenColumn != redBelow);
+  const Writer writer(job);
+  EachLine<6, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
+    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+      constexpr int kUpper = redBelow ? 1 : 0, kLower = 1 - kUpper;
+      writer.Write(line.destination[kUpper] + x * Writer::kStep,
+                   Ordered<!redBelow>(upper.Read(line.source + 3 * kUpper, x)));
+      writer.Write(line.destination[kLower] + x * Writer::kStep,
+                   Ordered<redBelow>(lower.Read(line.source + 3 * kLower, x)));
+    });
+  });
+}
+
+/// Sources 0 to 2 are the line with red between its neighbours, 3 to 5 the line with blue; destination 0
+/// takes the former, 1 the latter.
 template <class, class Writer>
 void BilinearLines(const LineJob& job) {
-  using Channel = typename Writer::Channel;
-  const Bilinear redLine(!job.redAtEvenColumn), blueLine(job.redAtEvenColumn);
-  const Writer writer(job);
-  const bool order[2] = {!job.redBelow, job.redBelow};
-  EachLine<6, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
-    for (const bool red : order) {
-      if (red) {
-        EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
-          const Interpolated<Channel> p = redLine.Read<Channel>(line.source, x);
-          writer.Write(line.destination[0] + x * Writer::kStep, Colour<Channel>{p.own, p.green, p.other});
-        });
-      } else {
-        EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
-          const Interpolated<Channel> p = blueLine.Read<Channel>(line.source + 3, x);
-          writer.Write(line.destination[1] + x * Writer::kStep, Colour<Channel>{p.other, p.green, p.own});
-        });
-      }
-    }
+  if (job.redBelow)
+    BilinearPairs<true, Writer>(job);
+  else
+    BilinearPairs<false, Writer>(job);
+}
+
+/// Samples to bytes, each inverted, as Bilinear takes them for byte channels.
+template <class Samples>
+void InvertedLines(const LineJob& job) {
+  const Samples samples(job);
+  BlockBytes<Samples> block;
+  EachLine<1, 1>(job, [&](const LineJob& line) ZR_ALWAYS {
+    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+      Store(line.destination[0] + x, ~samples.Read(block.At(line, line.source[0], x)));
+    });
   });
 }
 
@@ -217,6 +257,12 @@ constinit const LineFunction kRows[][kWritings] = {
     ZR_ROW(FastLines, PackedSamples<Form14p>),
     ZR_ROW(FastLines, PackedSamples<FormPairPacked>),
     ZR_ROW(BilinearLines, void),
+    {&InvertedLines<ByteSamples>},
+    {&InvertedLines<WordSamples>},
+    {&InvertedLines<PackedSamples<Form10p>>},
+    {&InvertedLines<PackedSamples<Form12p>>},
+    {&InvertedLines<PackedSamples<Form14p>>},
+    {&InvertedLines<PackedSamples<FormPairPacked>>},
 };
 
 }  // namespace

@@ -29,6 +29,12 @@ enum class Reading : std::uint8_t {
   BayerFast14p,
   BayerFastPacked,
   BayerBilinear,
+  BayerInverted8,  ///< the inverted bytes that BayerBilinear reads for byte channels; only as Mono8
+  BayerInverted16,
+  BayerInverted10p,
+  BayerInverted12p,
+  BayerInverted14p,
+  BayerInvertedPacked,
   RGB8,
   BGR8,
   RGBa8,

@@ -63,6 +63,18 @@ ZR_INLINE U8 Load(const std::uint8_t* p) {
   return x;
 }
 
+/// The same for a vector that is used more than once: compilers else put the load into each of its uses, and
+/// an unaligned load is dear.
+ZR_INLINE U8 LoadOnce(const std::uint8_t* p) {
+  U8 x = Load(p);
+#if defined(__AVX512VBMI__)
+  asm("" : "+v"(x));
+#elif defined(__x86_64__)
+  asm("" : "+x"(x));
+#endif
+  return x;
+}
+
 template <class V>
 ZR_INLINE void Store(std::uint8_t* p, V x) {
   std::memcpy(p, &x, sizeof x);
@@ -145,6 +157,39 @@ ZR_INLINE U8 Blend(U8 a, U8 b) {
 #else
   return (a & ~mask) | (b & mask);
 #endif
+#endif
+}
+
+/// (a + b + 1) / 2 of bytes.
+ZR_INLINE U8 MeanRoundedUp(U8 a, U8 b) {
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_avg_epu8(As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
+  return As<U8>(_mm256_avg_epu8(As<Native>(a), As<Native>(b)));
+#elif defined(__x86_64__)
+  return As<U8>(_mm_avg_epu8(As<Native>(a), As<Native>(b)));
+#else
+  return As<U8>(vrhaddq_u8(As<Native>(a), As<Native>(b)));
+#endif
+}
+
+/// Bits of a where those of mask are set, else bits of b.
+ZR_INLINE U8 Select(U8 mask, U8 a, U8 b) {
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_ternarylogic_epi32(As<Native>(mask), As<Native>(a), As<Native>(b), 0xCA));
+#elif defined(__x86_64__)
+  return (a & mask) | (b & ~mask);
+#else
+  return As<U8>(vbslq_u8(As<Native>(mask), As<Native>(a), As<Native>(b)));
+#endif
+}
+
+/// The inverse of that.
+ZR_INLINE U8 SelectInverted(U8 mask, U8 a, U8 b) {
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_ternarylogic_epi32(As<Native>(mask), As<Native>(a), As<Native>(b), 0x35));
+#else
+  return ~Select(mask, a, b);
 #endif
 }
 

@@ -162,23 +162,15 @@ struct RGB565Writer {
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
     const auto toned = mTone(block);
     const U8 green = toned.Green();
-    const U8 high = (toned.Red() & Splat8(0xF8)) | Shifted<-5>(green, 0x07);
-    const U8 low = Shifted<3>(green, 0xE0) | Shifted<-3>(toned.Blue(), 0x1F);
+    // Shifted as words: the bits that come from the neighbouring byte are those that are not selected.
+    const U8 high = Select(Splat8(0xF8), toned.Red(), As<U8>(As<U16>(green) >> 5));
+    const U8 low = Select(Splat8(0xE0), As<U8>(As<U16>(green) << 3), As<U8>(As<U16>(toned.Blue()) >> 3));
     const Words words = InterleaveBytes(low, high);
     Store(p, words.a);
     Store(p + kWidth, words.b);
   }
 
  private:
-  /// Bytes shifted left (or right, when negative); the mask removes what came from the neighbour.
-  template <int left>
-  static ZR_INLINE U8 Shifted(U8 x, unsigned mask) {
-    if constexpr (left > 0)
-      return As<U8>(As<U16>(x) << left) & Splat8(mask);
-    else
-      return As<U8>(As<U16>(x) >> -left) & Splat8(mask);
-  }
-
   Tone<filtered> mTone;
 };
 
