@@ -160,6 +160,13 @@ LinePlan::LinePlan(const PixelConverterContext& context, const SampleRecipe& rec
 
 void LinePlan::Run(const Strip& strip) const {
   if (strip.pixels == 0 || strip.lines == 0) return;
+  if (mSources == 1)
+    RunLines(Joined(strip, SourceBytes(strip.pixels), DestinationBytes(strip.pixels)));
+  else
+    RunLines(strip);
+}
+
+void LinePlan::RunLines(const Strip& strip) const {
   if (mStream == nullptr && strip.pixels >= mBlock && !PlanesOverlap(strip.pixels)) return RunWhole(strip);
   Strip line = strip;
   for (std::size_t left = strip.lines;; --left) {

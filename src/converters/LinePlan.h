@@ -44,6 +44,17 @@ struct Strip {
   std::ptrdiff_t sourceStep = 0, destinationStep = 0;
 };
 
+/// Lines that follow one another without gaps are one long line: that many bytes a line has in the source and
+/// in each plane of the destination.
+inline Strip Joined(Strip strip, std::size_t sourceBytes, std::size_t destinationBytes) {
+  if (strip.sourceStep == static_cast<std::ptrdiff_t>(sourceBytes) &&
+      strip.destinationStep == static_cast<std::ptrdiff_t>(destinationBytes)) {
+    strip.pixels *= strip.lines;
+    strip.lines = 1;
+  }
+  return strip;
+}
+
 /// Everything about a conversion that does not vary from line to line, found once per frame: the kernel for
 /// this machine and filter, the distance of planes, whether to write past the caches.
 class LinePlan {
@@ -67,6 +78,7 @@ class LinePlan {
   void Finish() const;
 
  private:
+  void RunLines(const Strip& strip) const;
   void RunWhole(const Strip& strip) const;
   void RunLine(const Strip& strip) const;
   void RunPadded(const Strip& strip) const;
