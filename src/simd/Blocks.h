@@ -58,5 +58,19 @@ ZR_INLINE Colour<To> In(const Colour<From>& block) {
   return {Cast<To>::From(block.red), Cast<To>::From(block.green), Cast<To>::From(block.blue)};
 }
 
+/// The words of the first or of the second half of the pixels, as the bytes that they are.
+ZR_INLINE Grey<U8> FirstHalf(const Grey<Words>& block) {
+  return {As<U8>(block.value.a)};
+}
+ZR_INLINE Grey<U8> SecondHalf(const Grey<Words>& block) {
+  return {As<U8>(block.value.b)};
+}
+ZR_INLINE Colour<U8> FirstHalf(const Colour<Words>& block) {
+  return {As<U8>(block.red.a), As<U8>(block.green.a), As<U8>(block.blue.a)};
+}
+ZR_INLINE Colour<U8> SecondHalf(const Colour<Words>& block) {
+  return {As<U8>(block.red.b), As<U8>(block.green.b), As<U8>(block.blue.b)};
+}
+
 }  // namespace
 }  // namespace ZrConvertersLib::simd

@@ -2,8 +2,6 @@
 
 #include "simd/Vec.h"
 
-#include <utility>
-
 /// Interleaved pixels in memory to one vector a channel, and back. An element is 1 or 2 bytes.
 
 namespace ZrConvertersLib::simd {
@@ -82,7 +80,7 @@ ZR_INLINE const Vectors<3>& Lanes3(const Vectors<3>& m) {
 }
 
 ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
-  for (int i = 0; i < 3; ++i) Store(p + i * kWidth, x.v[i]);
+  Unrolled<3>([&](auto i) ZR_ALWAYS { Store(p + i * kWidth, x.v[i]); });
 }
 #endif
 
@@ -160,6 +158,27 @@ ZR_INLINE void Store3(std::uint8_t* p, const Vectors<3>& x) {
               }));
 }
 
+#endif
+
+/// Three equal channels.
+#if defined(__x86_64__) && !defined(__SSSE3__)
+template <int size>
+ZR_INLINE void Store3Equal(std::uint8_t* p, U8 x) {
+  Store3<size>(p, {{x, x, x}});
+}
+#else
+/// Byte of memory lane `part` -> byte of the pixels.
+template <int size, int part>
+struct Thrice {
+  static constexpr int At(int byte) {
+    return (kLane / size * part + byte % kLane / size) / 3 * size + byte % size;
+  }
+};
+
+template <int size>
+ZR_INLINE void Store3Equal(std::uint8_t* p, U8 x) {
+  StoreLanes3(p, ForEach<3>([&](auto part) ZR_ALWAYS { return ShuffleLanes<Thrice<size, part>>(x); }));
+}
 #endif
 
 /// Four channels: the first three of them; the fourth (alpha) is never used.
@@ -243,6 +262,26 @@ ZR_INLINE void Store4(std::uint8_t* p, const Vectors<3>& x) {
   Store(p + 2 * kWidth, UnpackLow16(high01, high23));
   Store(p + 3 * kWidth, UnpackHigh16(high01, high23));
 }
+
+#if defined(__AVX512VBMI__)
+/// Byte of vector `part` -> pixel.
+template <int part>
+struct FourTimes {
+  static constexpr int At(int byte) { return (kWidth * part + byte) / 4; }
+};
+
+/// Three equal channels of bytes and a fourth that is 0xFF throughout.
+ZR_INLINE void Store4Equal(std::uint8_t* p, U8 x) {
+  const U8 opaque = As<U8>(Splat32(0xFF000000));
+  const Vectors<4> memory =
+      ForEach<4>([&](auto part) ZR_ALWAYS { return ShuffleLanes<FourTimes<part>>(x) | opaque; });
+  Unrolled<4>([&](auto i) ZR_ALWAYS { Store(p + i * kWidth, memory.v[i]); });
+}
+#else
+ZR_INLINE void Store4Equal(std::uint8_t* p, U8 x) {
+  Store4(p, {{x, x, x}});
+}
+#endif
 
 }  // namespace
 }  // namespace ZrConvertersLib::simd

@@ -37,9 +37,10 @@ ZR_INLINE void EachLine(const LineJob& job, F convert) {
 /// come from memory and in too few streams.
 template <int bytes>
 ZR_INLINE void CallAhead(const std::uint8_t* p, std::ptrdiff_t ahead) {
-  for (int i = 0; i < bytes; i += 64)
+  Unrolled<(bytes + 63) / 64>([&](auto i) ZR_ALWAYS {
     __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) +
-                                                     static_cast<std::uintptr_t>(ahead + i)));
+                                                     static_cast<std::uintptr_t>(ahead + 64 * i)));
+  });
 }
 
 /// The source bytes of a block, or a copy where reading beyond the block would read beyond the line.

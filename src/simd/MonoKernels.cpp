@@ -76,22 +76,52 @@ struct PackedSource {
   Form mForm;
 };
 
-/// Samples of `bits` bits, first pixel in the least significant ones; full scale becomes 255.
+/// Samples of 1, 2 or 4 bits to bytes, first pixel in the least significant bits; full scale becomes 255.
+#if defined(__AVX512VBMI__)
+
 template <int bits>
-struct SubByteSource {
-  static constexpr int kGroupPixels = 8 / bits, kGroupBytes = 1;
+struct SubByte {
+  static constexpr int kOverread = 0;
+
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    if constexpr (bits == 1) {
+      __mmask64 pixels;
+      std::memcpy(&pixels, p, sizeof pixels);
+      return As<U8>(_mm512_movm_epi8(pixels));
+    } else if constexpr (bits == 2) {
+      const U32 four = As<U32>(_mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))));
+      const U32 two = four | (four << 12);
+      return Scale(As<U8>((two | (two << 6)) & Splat32(0x03030303)));
+    } else {
+      const U16 two = As<U16>(_mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))));
+      return Scale(As<U8>((two | (two << 4)) & Splat16(0x0F0F)));
+    }
+  }
+
+ private:
+  static ZR_INLINE U8 Scale(U8 samples) {
+    struct Scaled {
+      static constexpr int At(int i) {
+        return i % 16 == (1 << bits) - 1 ? 0xFF : i % 16 << (8 - bits) & 0xFF;
+      }
+    };
+    return ShuffleBytes(Constant<Scaled>::Get(), samples);
+  }
+};
+
+#else
+
+template <int bits>
+struct SubByte {
   struct Repeat {
     static constexpr int kBytes = bits, kResult = 8;
     static constexpr int At(int j) { return j * bits / 8; }
   };
   static constexpr int kOverread = Spread<Repeat>::kOverread;
 
-  explicit ZR_INLINE SubByteSource(const LineJob&) {}
-
-  template <class Channel>
-  ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
-    const U8 sample = Sample(Spread<Repeat>::Read(p));
-    return {sample | (As<U8>(sample == Splat8(kTop)) & Splat8(0xFF & ~kTop))};
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    const U8 sample = AtTop(Spread<Repeat>::Read(p));
+    return sample | (As<U8>(sample == Splat8(kTop)) & Splat8(0xFF & ~kTop));
   }
 
  private:
@@ -99,7 +129,7 @@ struct SubByteSource {
       0xFF00U >> bits & 0xFF;  ///< the bits of a sample moved to the top of a byte
 
   /// Each pixel's sample at the top of its byte, from bytes that hold the samples of all their neighbours.
-  static ZR_INLINE U8 Sample(U8 x) {
+  static ZR_INLINE U8 AtTop(U8 x) {
     if constexpr (bits == 1) {
       struct Bit {
         static constexpr int At(int i) { return 1 << i % 8; }
@@ -114,6 +144,22 @@ struct SubByteSource {
       const U16 two = As<U16>(x);
       return As<U8>(((two << 4) & Splat16(0xF0)) | (two & Splat16(0xF000)));
     }
+  }
+};
+
+#endif
+
+/// A line of such samples.
+template <int bits>
+struct SubByteSource {
+  static constexpr int kGroupPixels = 8 / bits, kGroupBytes = 1;
+  static constexpr int kOverread = SubByte<bits>::kOverread;
+
+  explicit ZR_INLINE SubByteSource(const LineJob&) {}
+
+  template <class Channel>
+  ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
+    return {SubByte<bits>::Read(p)};
   }
 };
 

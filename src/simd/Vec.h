@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -47,6 +48,15 @@ using U32 [[gnu::vector_size(kWidth)]] = std::uint32_t;
 using S32 [[gnu::vector_size(kWidth)]] = std::int32_t;
 using U64 [[gnu::vector_size(kWidth)]] = std::uint64_t;
 
+/// f(0), f(1), ... with the numbers as compile-time constants; compilers leave a loop of four as a loop.
+template <int n, class F>
+ZR_INLINE void Unrolled(F f) {
+  [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {
+    (f(std::integral_constant<int, i>{}), ...);
+  }
+  (std::make_integer_sequence<int, n>{});
+}
+
 /// One channel of a block in 16-bit lanes, natural order.
 struct Words {
   U16 a, b;
@@ -63,16 +73,19 @@ ZR_INLINE U8 Load(const std::uint8_t* p) {
   return x;
 }
 
-/// The same for a vector that is used more than once: compilers else put the load into each of its uses, and
-/// an unaligned load is dear.
-ZR_INLINE U8 LoadOnce(const std::uint8_t* p) {
-  U8 x = Load(p);
+/// A vector that compilers are to leave in its register: they know no way to make it cheaper.
+ZR_INLINE U8 Pinned(U8 x) {
 #if defined(__AVX512VBMI__)
   asm("" : "+v"(x));
 #elif defined(__x86_64__)
   asm("" : "+x"(x));
 #endif
   return x;
+}
+
+/// A load for more than one use: compilers else repeat it for each, and an unaligned load is dear.
+ZR_INLINE U8 LoadOnce(const std::uint8_t* p) {
+  return Pinned(Load(p));
 }
 
 template <class V>

@@ -98,6 +98,28 @@ ZR_INLINE auto First(const Block& block) {
     return block.Red();
 }
 
+/// Elements of `size` bytes, three a pixel.
+template <bool blueFirst, int size>
+ZR_INLINE void StoreThree(std::uint8_t* p, const Colour<U8>& block) {
+  Store3<size>(p, {{First<blueFirst>(block), block.green, First<!blueFirst>(block)}});
+}
+
+template <bool blueFirst, int size>
+ZR_INLINE void StoreThree(std::uint8_t* p, const Grey<U8>& block) {
+  Store3Equal<size>(p, block.value);
+}
+
+/// Bytes, three a pixel and an alpha of 0xFF.
+template <bool blueFirst>
+ZR_INLINE void StoreFour(std::uint8_t* p, const Colour<U8>& block) {
+  Store4(p, {{First<blueFirst>(block), block.green, First<!blueFirst>(block)}});
+}
+
+template <bool blueFirst>
+ZR_INLINE void StoreFour(std::uint8_t* p, const Grey<U8>& block) {
+  Store4Equal(p, block.value);
+}
+
 /// Three bytes a pixel.
 template <bool blueFirst, bool filtered = false>
 struct ThreeBytesWriter {
@@ -108,8 +130,7 @@ struct ThreeBytesWriter {
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    const auto toned = mTone(block);
-    Store3<1>(p, {{First<blueFirst>(toned), toned.Green(), First<!blueFirst>(toned)}});
+    StoreThree<blueFirst, 1>(p, mTone(block));
   }
 
  private:
@@ -126,9 +147,8 @@ struct ThreeWordsWriter {
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    const Words first = First<blueFirst>(block), second = block.Green(), third = First<!blueFirst>(block);
-    Store3<2>(p, {{As<U8>(first.a), As<U8>(second.a), As<U8>(third.a)}});
-    Store3<2>(p + 3 * kWidth, {{As<U8>(first.b), As<U8>(second.b), As<U8>(third.b)}});
+    StoreThree<blueFirst, 2>(p, FirstHalf(block));
+    StoreThree<blueFirst, 2>(p + 3 * kWidth, SecondHalf(block));
   }
 };
 
@@ -142,8 +162,7 @@ struct FourBytesWriter {
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    const auto toned = mTone(block);
-    Store4(p, {{First<blueFirst>(toned), toned.Green(), First<!blueFirst>(toned)}});
+    StoreFour<blueFirst>(p, mTone(block));
   }
 
  private:
