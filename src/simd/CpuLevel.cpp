@@ -31,7 +31,15 @@ bool Always() {
 }
 }  // namespace
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && defined(ZR_BASELINE_ONLY)
+
+ZR_DECLARE_LEVEL(Baseline)
+
+namespace {
+constinit const std::array kLevels = {ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16)};
+}
+
+#elif defined(__x86_64__)
 
 ZR_DECLARE_LEVEL(Baseline)
 ZR_DECLARE_LEVEL(V2)

@@ -10,6 +10,7 @@
 #include "support/GuardedBuffer.h"
 #include "support/Random.h"
 #include "support/Registry.h"
+#include "support/Thinning.h"
 
 // Every registered pair through the checked interface: whatever the size, region, flips, strides and split
 // into bands, the picture holds the pixels of the model's whole frame, and no byte beside them is read or
@@ -20,8 +21,11 @@ namespace {
 using namespace ZrConvertersLib;
 using FrameTest::Case;
 
-constexpr unsigned kCasesPerPair = 24;
 constexpr std::size_t kCapacity = 1 << 20;
+
+unsigned CasesPerPair() {
+  return 24 / std::min(TestSupport::Thinning(), 3u);
+}
 
 class PictureTest : public testing::TestWithParam<Model::Source> {
  protected:
@@ -80,7 +84,7 @@ class PictureTest : public testing::TestWithParam<Model::Source> {
 
 TEST_P(PictureTest, EveryPictureHoldsThePixelsOfTheWholeFrame) {
   for (const long destination : TestSupport::DestinationsOf(GetParam().id)) {
-    for (unsigned number = 0; number < kCasesPerPair && !HasFatalFailure(); ++number) {
+    for (unsigned number = 0; number < CasesPerPair() && !HasFatalFailure(); ++number) {
       CheckCase(FrameTest::CaseOf(GetParam().id, destination, number));
     }
     if (HasFatalFailure()) return;

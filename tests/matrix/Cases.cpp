@@ -1,5 +1,6 @@
 #include "Cases.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -7,6 +8,7 @@
 #include "model/Demosaic.h"
 #include "model/Readers.h"
 #include "support/Random.h"
+#include "support/Thinning.h"
 
 namespace Matrix {
 namespace {
@@ -110,17 +112,10 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   return conversion;
 }
 
-#ifdef ZR_THIN_MATRIX
-constexpr unsigned kThinning = 6;
-#else
-constexpr unsigned kThinning = 1;
-#endif
-
-/// How often each width comes round. Flags decide much in a mosaic and little elsewhere. Where every
-/// instruction costs ten times as much, under an emulator or a sanitizer, a part must do.
+/// How often each width comes round. Flags decide much in a mosaic and little elsewhere.
 unsigned Rounds(const Model::Pair& pair) {
   const unsigned rounds = HasMosaic(pair) ? 36 : HasChroma(pair) || IsChain(pair) ? 18 : 12;
-  return rounds / kThinning;
+  return std::max(rounds / TestSupport::Thinning(), 1u);
 }
 
 std::uint64_t SeedOf(const Model::Pair& pair) {
@@ -152,7 +147,8 @@ std::vector<std::uint32_t> WidthsAroundParts(const Model::Pair& pair) {
 std::vector<Case> LargeCases(const Model::Pair& pair, std::uint64_t seed) {
   std::vector<Case> cases = {LargeCase(pair, 333, 41, seed), LargeCase(pair, 1030, 18, seed + 1)};
   // More lines than a cache holds of the intermediate image.
-  if (IsChain(pair)) cases.push_back(LargeCase(pair, 2054, 131, seed + 2));
+  if (IsChain(pair) && TestSupport::Hash({seed}) % TestSupport::Thinning() == 0)
+    cases.push_back(LargeCase(pair, 2054, 131, seed + 2));
   for (const std::uint32_t width : WidthsAroundParts(pair)) {
     if (TestSupport::Hash({seed, width}) % 2 != 0) continue;
     cases.push_back(LargeCase(pair, width, 2, seed + width));

@@ -8,6 +8,7 @@
 #include "Chart.h"
 #include "SourceLayout.h"
 #include "ToolRunner.h"
+#include "support/Thinning.h"
 
 using namespace ZrConvertersLib;
 using zrconvert::Chart;
@@ -30,11 +31,17 @@ bool IsMosaic(const FormatInfo& format) {
   return format.family == FormatFamily::Bayer;
 }
 
-// What the same bytes can mean.
-std::vector<std::string> MeaningsOf(const FormatInfo& format) {
+std::vector<std::string> AllMeaningsOf(const FormatInfo& format) {
   if (IsMosaic(format)) return {" -p GRBG", " -p GBRG", " -p RGGB", " -p BGGR"};
   if (format.family == FormatFamily::YCbCr) return {" -m 601", " -m 709", " -m jpeg"};
   return {""};
+}
+
+// What the same bytes can mean, or one of it where a part of the cases must do.
+std::vector<std::string> MeaningsOf(const FormatInfo& format) {
+  std::vector<std::string> meanings = AllMeaningsOf(format);
+  if (TestSupport::Thinning() == 1) return meanings;
+  return {meanings[static_cast<std::size_t>(format.id) % meanings.size()]};
 }
 
 // A picture in RGB8.
