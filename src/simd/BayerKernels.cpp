@@ -109,7 +109,8 @@ void FastLines(const LineJob& job) {
   const Writer writer(job);
   BlockBytes<Samples> redBytes, blueBytes;
   EachLine<2, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
-    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+    constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
+    EachBlock<Writer::kStep, kGroup>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       const U8 withRed = samples.Read(redBytes.At(line, line.source[0], x));
       const U8 withBlue = samples.Read(blueBytes.At(line, line.source[1], x));
       const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
@@ -217,7 +218,7 @@ ZR_INLINE void BilinearPairs(const LineJob& job) {
   const Bilinear<Channel> upper(job.redAtEvenColumn == redBelow), lower(job.redAtEvenColumn != redBelow);
   const Writer writer(job);
   EachLine<6, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
-    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+    EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       constexpr int kUpper = redBelow ? 1 : 0, kLower = 1 - kUpper;
       writer.Write(line.destination[kUpper] + x * Writer::kStep,
                    Ordered<!redBelow>(upper.Read(line.source + 3 * kUpper, x)));
@@ -243,7 +244,7 @@ void InvertedLines(const LineJob& job) {
   const Samples samples(job);
   BlockBytes<Samples> block;
   EachLine<1, 1>(job, [&](const LineJob& line) ZR_ALWAYS {
-    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
+    EachBlock<1, Samples::kGroupPixels>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       Store(line.destination[0] + x, ~samples.Read(block.At(line, line.source[0], x)));
     });
   });

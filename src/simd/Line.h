@@ -10,14 +10,30 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// Goes through the line block by block. The last block overlaps the one before, so that it is whole, too;
+/// Pixels from the first of a line to the next that is stored at the address of a whole vector, if that is a
+/// whole number of groups, else a block. Stores across cache lines take twice as long, and memory as it is
+/// allocated begins 16 bytes off a line.
+template <int step, int group>
+ZR_INLINE std::size_t PixelsToAligned(const std::uint8_t* line) {
+  constexpr unsigned kEven = step % 4 == 0 ? 2 : step % 2 == 0 ? 1 : 0;  // factors of 2 in the step
+  constexpr unsigned kInverse = step >> kEven == 3 ? 43 : 1;             // 3 * 43 = 2 * 64 + 1
+  static_assert(step >> kEven == 3 || step >> kEven == 1);
+  const auto bytes = static_cast<unsigned>(-reinterpret_cast<std::uintptr_t>(line) % kWidth);
+  const unsigned pixels = (bytes >> kEven) * kInverse % (unsigned{kWidth} >> kEven);
+  const bool reached = bytes % (1U << kEven) == 0 && pixels % group == 0 && pixels != 0;
+  return reached ? pixels : kWidth;
+}
+
+/// Goes through the line block by block, of which all but the first and the last are stored to addresses of
+/// whole vectors where they can be: `step` bytes from a pixel to the next at `stored`, blocks starting with a
+/// whole number of groups. The second and the last block may overlap the one before, so that all are whole;
 /// the same pixels are then written twice with the same values. `convert` is called with the first pixel of a
 /// block.
-template <class F>
-ZR_INLINE void EachBlock(std::size_t width, F convert) {
-  for (std::size_t x = 0; x < width; x += kWidth) {
-    if (x + kWidth > width) x = width - kWidth;
-    convert(x);
+template <int step, int group, class F>
+ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F convert) {
+  for (std::size_t x = 0, next = PixelsToAligned<step, group>(stored); x < width; x = next, next += kWidth) {
+    if (x + kWidth >= width) next = width;
+    convert(next == width ? width - kWidth : x);
   }
 }
 
@@ -72,11 +88,12 @@ void Lines(const LineJob& job) {
   const Writer writer(job);
   BlockBytes<Source> block;
   EachLine<1, 1>(job, [&](const LineJob& line) ZR_ALWAYS {
-    EachBlock(line.width, [&](std::size_t x) ZR_ALWAYS {
-      using Channel = typename Writer::Channel;
-      writer.Write(line.destination[0] + x * Writer::kStep,
-                   In<Channel>(source.template Read<Channel>(block.At(line, line.source[0], x))));
-    });
+    EachBlock<Writer::kStep, Source::kGroupPixels>(
+        line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+          using Channel = typename Writer::Channel;
+          writer.Write(line.destination[0] + x * Writer::kStep,
+                       In<Channel>(source.template Read<Channel>(block.At(line, line.source[0], x))));
+        });
   });
 }
 
