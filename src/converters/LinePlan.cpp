@@ -30,6 +30,9 @@ constexpr std::size_t kStage = 12 * 1024;
 /// caches.
 constexpr std::ptrdiff_t kAhead = 2048;
 
+/// Entries of a filter's table of bytes.
+constexpr std::size_t kTableSize = 256;
+
 /// Lines a reading takes and gives, and the columns beside a block that it looks at.
 struct Lines {
   std::uint8_t sources, destinations, margin;
@@ -132,11 +135,18 @@ LinePlan::LinePlan(const PixelConverterContext& context, const LineRecipe& recip
   mJob.shift = recipe.shift;
   mJob.flip = recipe.flip;
   mJob.matrix = recipe.matrix;
-  if (filtered) {
-    mJob.tables[0] = context.mFilter->GetRed();
-    mJob.tables[1] = context.mFilter->GetGreen();
-    mJob.tables[2] = context.mFilter->GetBlue();
-  }
+  if (filtered) SetTables(*context.mFilter);
+}
+
+/// One table where all are equal, which kernels can tell by its address.
+void LinePlan::SetTables(const RGBFilter& filter) {
+  const std::uint8_t* const red = filter.GetRed();
+  const auto orRed = [&](const std::uint8_t* table) {
+    return std::memcmp(table, red, kTableSize) == 0 ? red : table;
+  };
+  mJob.tables[0] = red;
+  mJob.tables[1] = orRed(filter.GetGreen());
+  mJob.tables[2] = orRed(filter.GetBlue());
 }
 
 bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples) {

@@ -12,6 +12,8 @@
 
 namespace ZrConvertersLib {
 
+class RGBFilter;
+
 /// How samples that stand in words or are packed become the bytes that a kernel reads: by the kernel that
 /// would convert them to Mono8.
 struct SampleRecipe {
@@ -74,10 +76,14 @@ class LinePlan {
 
   simd::LineJob& Job() { return mJob; }
 
+  /// Whether the frame exceeds the caches, so that memory is asked for what comes next.
+  bool IsLarge() const { return mJob.ahead != 0; }
+
   /// Makes what was written past the caches visible to other threads in order. Call once after the last line.
   void Finish() const;
 
  private:
+  void SetTables(const RGBFilter& filter);
   void RunLines(const Strip& strip) const;
   void RunWhole(const Strip& strip) const;
   void RunLine(const Strip& strip) const;

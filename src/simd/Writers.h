@@ -29,15 +29,25 @@ template <>
 class Tone<true> {
  public:
   explicit ZR_INLINE Tone(const LineJob& job)
-      : mRed(job.tables[0]), mGreen(job.tables[1]), mBlue(job.tables[2]) {}
+      : mRed(job.tables[0]),
+        mGreen(job.tables[1]),
+        mBlue(job.tables[2]),
+        mGrey(job.tables[0] == job.tables[1] && job.tables[0] == job.tables[2]) {}
 
-  template <class Block>
-  ZR_INLINE Colour<U8> operator()(const Block& block) const {
-    return {mRed(block.Red()), mGreen(block.Green()), mBlue(block.Blue())};
+  ZR_INLINE Colour<U8> operator()(const Colour<U8>& block) const {
+    return {mRed(block.red), mGreen(block.green), mBlue(block.blue)};
+  }
+
+  /// Grey stays grey where all channels have one table.
+  ZR_INLINE Colour<U8> operator()(const Grey<U8>& block) const {
+    const U8 red = mRed(block.value);
+    if (mGrey) return {red, red, red};
+    return {red, mGreen(block.value), mBlue(block.value)};
   }
 
  private:
   Lookup mRed, mGreen, mBlue;
+  bool mGrey;
 };
 
 /// Stores one channel at `depth` bits: a byte, or the low bits of a 16-bit word.

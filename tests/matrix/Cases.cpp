@@ -99,8 +99,9 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   Random random(seed);
   Case conversion;
   conversion.call = RandomCall(pair, width, random);
-  conversion.filter = random.OneOf<unsigned>({kNoFilter, kNoFilter, kIdentityFilter, kNoiseFilter,
-                                              kNoiseFilter, kGainFilter, kAlmostIdentityFilter});
+  conversion.filter =
+      random.OneOf<unsigned>({kNoFilter, kNoFilter, kIdentityFilter, kNoiseFilter, kNoiseFilter, kGainFilter,
+                              kBrighterFilter, kAlmostIdentityFilter});
   using enum Content;
   conversion.content = random.OneOf({Noise, Noise, Noise, Noise, Zeros, Ones, Ramp, Extremes});
   conversion.seed = random.Next();

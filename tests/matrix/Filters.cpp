@@ -40,6 +40,13 @@ std::unique_ptr<RGBFilter> Gain() {
   return filter;
 }
 
+/// One table for all channels.
+std::unique_ptr<RGBFilter> Brighter() {
+  auto filter = std::make_unique<RGBFilter>();
+  filter->SetMultipliers(1.3, 1.3, 1.3, 7, 7, 7);
+  return filter;
+}
+
 std::unique_ptr<RGBFilter> AlmostIdentity() {
   auto filter = std::make_unique<RGBFilter>();
   Model::FilterTables tables = TablesOf(*filter);
@@ -57,8 +64,9 @@ Filter Make(const char* name, std::unique_ptr<RGBFilter> object) {
 
 const Filter& GetFilter(unsigned index) {
   static const std::array<Filter, kFilters> filters = {
-      Make("none", nullptr), Make("identity", std::make_unique<RGBFilter>()), Make("noise", Noise()),
-      Make("gain", Gain()), Make("almost identity", AlmostIdentity())};
+      Make("none", nullptr),        Make("identity", std::make_unique<RGBFilter>()),
+      Make("noise", Noise()),       Make("gain", Gain()),
+      Make("brighter", Brighter()), Make("almost identity", AlmostIdentity())};
   return filters.at(index);
 }
 

@@ -20,11 +20,13 @@ enum FilterIndex : unsigned {
   kIdentityFilter,
   kNoiseFilter,
   kGainFilter,
+  kBrighterFilter,
   kAlmostIdentityFilter,
   kFilters
 };
 
-/// Filters of the matrix. kAlmostIdentityFilter differs from identity in one entry of the last table.
+/// Filters of the matrix. kBrighterFilter has one table for all channels; kAlmostIdentityFilter differs from
+/// identity in one entry of the last table.
 const Filter& GetFilter(unsigned index);
 
 }  // namespace Matrix
