@@ -23,8 +23,9 @@ namespace {
 /// touch.
 constexpr std::size_t kLargestBlock = 64, kLargestPixel = 8, kSlack = 64;
 
-/// Bytes of a frame staged at a time when it is written past the caches: they stay in the first-level cache.
-constexpr std::size_t kStage = 12 * 1024;
+/// Bytes of a frame staged at a time when it is written past the caches: so few that the processor's write
+/// buffers empty while the next ones are made, and room for two blocks of the longest pixels.
+constexpr std::size_t kStage = 1536;
 
 /// How far ahead of the bytes that are read memory is asked for the next ones, in frames larger than the
 /// caches.

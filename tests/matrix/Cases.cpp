@@ -132,13 +132,13 @@ Case LargeCase(const Model::Pair& pair, std::uint32_t width, std::uint32_t heigh
   return conversion;
 }
 
-/// Lines written past the caches go through the first-level cache in parts of about 12 KiB, of all planes and
+/// Lines written past the caches go through the first-level cache in parts of 1536 bytes, of all planes and
 /// of both lines of a mosaic together; mosaics are interpolated in strips of 4096 columns, and the last
 /// block of odd widths once more.
 std::vector<std::uint32_t> WidthsAroundParts(const Model::Pair& pair) {
   const Model::Destination& destination = pair.back().destination;
   const unsigned planes = destination.shape == Model::Shape::Planes ? 3 : 1, lines = HasMosaic(pair) ? 2 : 1;
-  const std::uint32_t part = 12 * 1024 / (destination.bytes * planes * lines) / 64 * 64;
+  const std::uint32_t part = 1536 / (destination.bytes * planes * lines) / 64 * 64;
   std::vector<std::uint32_t> widths = {part - 1,  part,      part + 1,  part + 33,
                                        part + 63, part + 64, part + 65, 2 * part + 7};
   if (HasMosaic(pair)) widths.insert(widths.end(), {63, 65, 67, 4095, 4096, 4097, 4098, 4099, 4161, 8193});
