@@ -29,8 +29,8 @@ std::string Caches() {
     const std::string directory = "/sys/devices/system/cpu/cpu0/cache/index" + std::to_string(index) + "/";
     const std::string size = FirstLine(directory + "size");
     if (size.empty()) return text.empty() ? "unknown" : text;
-    text += (text.empty() ? "L" : ", L") + FirstLine(directory + "level") + " " +
-            FirstLine(directory + "type") + " " + size;
+    text.append(text.empty() ? "L" : ", L").append(FirstLine(directory + "level"));
+    text.append(" ").append(FirstLine(directory + "type")).append(" ").append(size);
   }
 }
 

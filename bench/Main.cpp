@@ -135,6 +135,7 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace Bench
 
-int main(int argc, char** argv) {
+// What no standard exception tells may end the program.
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   return Bench::Main(argc, argv);
 }

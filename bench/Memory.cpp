@@ -19,7 +19,7 @@ Memory::~Memory() {
   munmap(mPages, mBytes + mOffset);
 }
 
-void Memory::FillWithNoise() {
+void Memory::FillWithNoise() const {
   std::uint64_t state = 0x9E3779B97F4A7C15u;
   for (std::size_t i = 0; i + sizeof state <= mBytes; i += sizeof state) {
     state ^= state << 13;

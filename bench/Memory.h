@@ -18,7 +18,7 @@ class Memory {
   unsigned char* Data() const { return mPages + mOffset; }
   std::size_t Size() const { return mBytes; }
 
-  void FillWithNoise();
+  void FillWithNoise() const;
 
  private:
   std::size_t mBytes, mOffset;

@@ -51,7 +51,6 @@ struct Group {
 
 std::vector<Group> GroupsOf(const Run& run) {
   std::vector<Group> groups{{"All, without a filter", [](const Measurement& m) { return !m.what.filtered; }}};
-  std::string_view last;
   for (const Measurement& m : run.measurements) {
     const std::string_view family = m.what.Family();
     const bool known =

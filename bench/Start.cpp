@@ -75,6 +75,7 @@ bool RunChild(const char* program, const char* library, Start& start) {
 
 void Report(const char* what, const std::vector<Start>& starts, double Start::*member) {
   std::vector<double> values;
+  values.reserve(starts.size());
   for (const Start& start : starts) values.push_back(start.*member * 1e6);
   std::sort(values.begin(), values.end());
   std::printf("| %s | %.2f | %.2f |\n", what, values.front(), values[values.size() / 2]);

@@ -5,7 +5,7 @@
 namespace Bench {
 namespace {
 
-Selector Frames640(bool filtered, std::function<bool(Kind)> isKind) {
+Selector Frames640(bool filtered, const std::function<bool(Kind)>& isKind) {
   return [=](const Measurement& m) {
     return m.size.width == 640 && m.what.filtered == filtered && isKind(m.what.GetKind());
   };

@@ -50,8 +50,8 @@ class ZR_EXPORT ComplexConverter : public PixelConverter {
                              bool flipVertical, const RGBFilter* filter) const override;
 
  private:
-  mutable unsigned char* mBuffer;
-  mutable std::uint32_t mBufferSize;
+  mutable unsigned char* mBuffer = nullptr;
+  mutable std::uint32_t mBufferSize = 0;
   PixelConverter* mFirst;
   PixelConverter* mSecond;
 };

@@ -78,7 +78,7 @@ class ZR_EXPORT PixelTypeFactory {
 /// Destroys the registry and its lock when the library is unloaded.
 class ZR_EXPORT PixelTypeFactoryCleanup {
  public:
-  constexpr PixelTypeFactoryCleanup() noexcept {}
+  constexpr PixelTypeFactoryCleanup() noexcept = default;
   ~PixelTypeFactoryCleanup();
 
   PixelTypeFactoryCleanup(const PixelTypeFactoryCleanup&) = delete;

@@ -50,8 +50,6 @@ ComplexConverter::ComplexConverter(PixelConverter* first, PixelConverter* second
                      second->GetDestinationByteSize(),
                      Combine(first->GetPipeliningSize(), second->GetPipeliningSize()),
                      Combine(first->GetLinesPerConvert(), second->GetLinesPerConvert()), true),
-      mBuffer(nullptr),
-      mBufferSize(0),
       mFirst(first),
       mSecond(second) {}
 

@@ -67,7 +67,7 @@ Result PixelTypeFactory::RegisterPixelType(const long& id, const PixelType* type
   if (types.contains(id)) return ResultCode::AlreadyRegistered;
   std::unique_ptr<const PixelType> clone(type->Clone());
   types.emplace(id, clone.get());
-  clone.release();
+  static_cast<void>(clone.release());  // the registry has it
   return ResultCode::Success;
 }
 

@@ -23,9 +23,9 @@ Result FindConverter(long source, long destination, FramePlan& plan) {
   plan.source = FindFormat(source);
   plan.destination = FindFormat(destination);
   if (plan.source == nullptr || plan.destination == nullptr) return FrameCode::UnknownFormat;
-  if (!PixelTypeFactory::HasConverter(source, destination)) return FrameCode::NoConverter;
-  plan.converter = PixelTypeFactory::GetConverter(source, destination);
-  return {};
+  const bool known = PixelTypeFactory::HasConverter(source, destination);
+  plan.converter = known ? PixelTypeFactory::GetConverter(source, destination) : nullptr;
+  return plan.converter != nullptr ? Result() : FrameCode::NoConverter;
 }
 
 Mirror MirrorOf(ChannelOrder order) {

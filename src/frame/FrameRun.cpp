@@ -219,7 +219,7 @@ FrameRun::RawCall FrameRun::SourceOf(const Rect& around) {
 
 void FrameRun::CopySource(const Rect& around, std::int64_t pixels, std::int64_t stride) {
   const std::int64_t offset = mPlan.RawSourceBytes(around.x0);
-  const std::int64_t lineBytes = static_cast<std::int64_t>(mPlan.sourceLayout.bytesPerLine);
+  const auto lineBytes = static_cast<std::int64_t>(mPlan.sourceLayout.bytesPerLine);
   const std::int64_t bytes = std::min(mPlan.RawSourceBytes(pixels), lineBytes - offset);
   const std::uint8_t* from = mSource + around.y0 * mSourceStride + offset;
   std::uint8_t* to = mScratch.source.get();

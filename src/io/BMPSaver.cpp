@@ -35,7 +35,7 @@ std::array<unsigned char, kFileHeaderSize> FileHeader(std::uint32_t imageSize) {
 std::array<unsigned char, kInfoHeaderSize> InfoHeader(std::uint32_t width, std::uint32_t height,
                                                       unsigned short bitCount, std::uint32_t imageSize) {
   std::array<unsigned char, kInfoHeaderSize> header{};
-  Put(&header[0], kInfoHeaderSize, 4);
+  Put(header.data(), kInfoHeaderSize, 4);
   Put(&header[4], width, 4);
   Put(&header[8], 0u - height, 4);
   Put(&header[12], 1, 2);  // planes

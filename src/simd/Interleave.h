@@ -63,13 +63,13 @@ struct ChannelOf3 {
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
 /// From three vectors as in memory to vectors k that hold lane k of each of the two groups.
 ZR_INLINE Vectors<3> Lanes3(const Vectors<3>& m) {
-  const Native m0 = As<Native>(m.v[0]), m1 = As<Native>(m.v[1]), m2 = As<Native>(m.v[2]);
+  const auto m0 = As<Native>(m.v[0]), m1 = As<Native>(m.v[1]), m2 = As<Native>(m.v[2]);
   return {{As<U8>(_mm256_blend_epi32(m0, m1, 0xF0)), As<U8>(_mm256_permute2x128_si256(m0, m2, 0x21)),
            As<U8>(_mm256_blend_epi32(m1, m2, 0xF0))}};
 }
 
 ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
-  const Native t0 = As<Native>(x.v[0]), t1 = As<Native>(x.v[1]), t2 = As<Native>(x.v[2]);
+  const auto t0 = As<Native>(x.v[0]), t1 = As<Native>(x.v[1]), t2 = As<Native>(x.v[2]);
   Store(p, _mm256_permute2x128_si256(t0, t1, 0x20));
   Store(p + kWidth, _mm256_blend_epi32(t2, t0, 0xF0));
   Store(p + 2 * kWidth, _mm256_permute2x128_si256(t1, t2, 0x31));
@@ -193,7 +193,7 @@ struct GatherFrom4 {
 template <int size>
 ZR_INLINE Vectors<3> Deinterleave4(const Vectors<4>& m) {
   return ForEach<3>([&](auto channel) ZR_ALWAYS {
-    const Native index = As<Native>(Constant<GatherFrom4<size, channel>>::Get());
+    const auto index = As<Native>(Constant<GatherFrom4<size, channel>>::Get());
     Native x = _mm512_permutexvar_epi8(index, As<Native>(m.v[0]));
     x = _mm512_mask_permutexvar_epi8(x, 0x00000000FFFF0000, index, As<Native>(m.v[1]));
     x = _mm512_mask_permutexvar_epi8(x, 0x0000FFFF00000000, index, As<Native>(m.v[2]));

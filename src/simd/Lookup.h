@@ -15,7 +15,7 @@ class Lookup {
   }
 
   ZR_INLINE U8 operator()(U8 x) const {
-    const Native index = As<Native>(x);
+    const auto index = As<Native>(x);
     const Native low = _mm512_permutex2var_epi8(mPart[0], index, mPart[1]);
     const Native high = _mm512_permutex2var_epi8(mPart[2], index, mPart[3]);
     return As<U8>(_mm512_mask_blend_epi8(_mm512_movepi8_mask(index), low, high));
@@ -108,7 +108,7 @@ class Lookup {
   ZR_INLINE U8 operator()(U8 x) const {
     std::uint8_t bytes[kWidth];
     Store(bytes, x);
-    for (int i = 0; i < kWidth; ++i) bytes[i] = mTable[bytes[i]];
+    for (std::uint8_t& byte : bytes) byte = mTable[byte];
     return Load(bytes);
   }
 

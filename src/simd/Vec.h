@@ -387,7 +387,7 @@ ZR_INLINE U8 EverySecondByte(U8 a, U8 b) {
   struct Index {
     static constexpr int At(int i) { return (2 * i + odd) % kWidth; }
   };
-  const Native index = As<Native>(Constant<Index>::Get());
+  const auto index = As<Native>(Constant<Index>::Get());
   const Native low = _mm512_permutexvar_epi8(index, As<Native>(a));
   return As<U8>(_mm512_mask_permutexvar_epi8(low, 0xFFFFFFFF00000000, index, As<Native>(b)));
 }
@@ -421,7 +421,7 @@ ZR_INLINE U16 NarrowHigh(U32 a, U32 b) {
   struct Index {
     static constexpr int At(int i) { return (4 * (i / 2) + 2 + i % 2) % kWidth; }
   };
-  const Native index = As<Native>(Constant<Index>::Get());
+  const auto index = As<Native>(Constant<Index>::Get());
   const Native low = _mm512_permutexvar_epi8(index, As<Native>(a));
   return As<U16>(_mm512_mask_permutexvar_epi8(low, 0xFFFFFFFF00000000, index, As<Native>(b)));
 #elif defined(__x86_64__)
@@ -443,7 +443,7 @@ ZR_INLINE U16 JoinUpper(S32 even, S32 odd) {
   struct Upper {
     static constexpr int At(int i) { return i % 16 / 4 * 4 + 2 + i % 2; }
   };
-  const Native index = As<Native>(Constant<Upper>::Get());
+  const auto index = As<Native>(Constant<Upper>::Get());
   return As<U16>(_mm512_mask_shuffle_epi8(As<Native>(odd), 0x3333333333333333, As<Native>(even), index));
 #elif defined(__AVX2__)
   return As<U16>(_mm256_blend_epi16(_mm256_srli_epi32(As<Native>(even), 16), As<Native>(odd), 0xAA));

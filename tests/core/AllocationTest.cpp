@@ -17,6 +17,8 @@
 #include <thread>
 #include <vector>
 
+#include "core/Recorder.h"
+
 namespace {
 
 /// Allocations that still succeed.
@@ -166,36 +168,32 @@ TEST_F(Allocation, HappensOnceForTheLock) {
 TEST_F(Allocation, HappensNotForALargeEnoughBuffer) {
   PixelConverter stage(-20, -21, 1, 2, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);
-  std::uint32_t size = (10 + 4) * 16 * 2;
-  unsigned char* buffer = new unsigned char[size];
+  ZrTest::Pipeline pipeline((10 + 4) * 16 * 2);
   sAllocationsLeft = 0;
   for (const std::uint32_t flags : {0u, PixelConverter::FLAG_BAND_MIDDLE}) {
-    EXPECT_NO_THROW(
-        chain.Convert(nullptr, 16, 10, nullptr, 16, 10, 16, 10, flags, 0, &buffer, &size, 0, false, nullptr));
+    EXPECT_NO_THROW(chain.Convert(nullptr, 16, 10, nullptr, 16, 10, 16, 10, flags, 0, &pipeline.buffer,
+                                  &pipeline.size, 0, false, nullptr));
   }
   Recover();
-  delete[] buffer;
 }
 
 TEST_F(Allocation, MissingForTheBufferOfAChain) {
   PixelConverter stage(-10, -11, 1, 1, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);
-  unsigned char* buffer = new unsigned char[16];
-  std::uint32_t size = 16;
+  ZrTest::Pipeline pipeline(16);
   const auto convert = [&](bool own) {
-    return chain.Convert(nullptr, 1000, 10, nullptr, 1000, 10, 1000, 10, 0, 0, own ? nullptr : &buffer, &size,
-                         0, false, nullptr);
+    return chain.Convert(nullptr, 1000, 10, nullptr, 1000, 10, 1000, 10, 0, 0,
+                         own ? nullptr : &pipeline.buffer, &pipeline.size, 0, false, nullptr);
   };
   sTooLarge = 10000;
   EXPECT_THROW(convert(false), std::bad_alloc);
-  EXPECT_EQ(buffer, nullptr);
-  EXPECT_EQ(size, 0u);
+  EXPECT_EQ(pipeline.buffer, nullptr);
+  EXPECT_EQ(pipeline.size, 0u);
   EXPECT_THROW(convert(true), std::bad_alloc);
   Recover();
   EXPECT_TRUE(convert(true).IsSuccess());
   EXPECT_TRUE(convert(false).IsSuccess());
-  EXPECT_GE(size, 10000u);
-  delete[] buffer;
+  EXPECT_GE(pipeline.size, 10000u);
 }
 
 }  // namespace

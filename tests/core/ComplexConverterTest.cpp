@@ -32,18 +32,6 @@ ComplexConverter& Chain(PixelConverter& first, PixelConverter& second) {
   return *chains.emplace_back(std::make_unique<ComplexConverter>(&first, &second));
 }
 
-/// A caller's intermediate buffer.
-struct Pipeline {
-  Pipeline() = default;
-  explicit Pipeline(std::uint32_t capacity) : buffer(new unsigned char[capacity]), size(capacity) {}
-  ~Pipeline() { delete[] buffer; }
-  Pipeline(const Pipeline&) = delete;
-  Pipeline& operator=(const Pipeline&) = delete;
-
-  unsigned char* buffer = nullptr;
-  std::uint32_t size = 0;
-};
-
 TEST(ComplexConverter, CombinesItsStages) {
   CallRecorder first(
       {.source = -5000, .destination = -5001, .sourceBytes = 3, .destinationBytes = 5, .lines = 2});

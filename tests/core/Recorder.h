@@ -37,6 +37,18 @@ struct ConvertCall {
   friend bool operator==(const ConvertCall&, const ConvertCall&) = default;
 };
 
+/// A caller's intermediate buffer.
+struct Pipeline {
+  Pipeline() = default;
+  explicit Pipeline(std::uint32_t capacity) : buffer(new unsigned char[capacity]), size(capacity) {}
+  ~Pipeline() { delete[] buffer; }
+  Pipeline(const Pipeline&) = delete;
+  Pipeline& operator=(const Pipeline&) = delete;
+
+  unsigned char* buffer = nullptr;
+  std::uint32_t size = 0;
+};
+
 /// What a converter under test is made of.
 struct Traits {
   long source = -1000;

@@ -106,9 +106,9 @@ TEST(YCbCr, FollowsTheStandardsMatrices) {
         for (int cr = 0; cr < 256; cr += 15) {
           const YUVPixelContext pixel = Convert(m.matrix, y, cb, cr);
           const double luma = (y - m.offset) * m.y;
-          ASSERT_NEAR(pixel.r / 256, clip(luma + m.rv * (cr - 128)), 1.5);
-          ASSERT_NEAR(pixel.g / 256, clip(luma + m.gu * (cb - 128) + m.gv * (cr - 128)), 1.5);
-          ASSERT_NEAR(pixel.b / 256, clip(luma + m.bu * (cb - 128)), 1.5);
+          ASSERT_NEAR(pixel.r >> 8, clip(luma + m.rv * (cr - 128)), 1.5);
+          ASSERT_NEAR(pixel.g >> 8, clip(luma + m.gu * (cb - 128) + m.gv * (cr - 128)), 1.5);
+          ASSERT_NEAR(pixel.b >> 8, clip(luma + m.bu * (cb - 128)), 1.5);
           ASSERT_EQ((pixel.r | pixel.g | pixel.b) & 0xFF, 0);
         }
       }

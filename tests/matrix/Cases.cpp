@@ -13,7 +13,6 @@
 namespace Matrix {
 namespace {
 
-using TestSupport::Content;
 using TestSupport::Placement;
 using TestSupport::Random;
 
@@ -102,7 +101,7 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   conversion.filter =
       random.OneOf<unsigned>({kNoFilter, kNoFilter, kIdentityFilter, kNoiseFilter, kNoiseFilter, kGainFilter,
                               kBrighterFilter, kAlmostIdentityFilter});
-  using enum Content;
+  using enum TestSupport::Content;
   conversion.content = random.OneOf({Noise, Noise, Noise, Noise, Zeros, Ones, Ramp, Extremes});
   conversion.seed = random.Next();
   conversion.source = Place(random);
