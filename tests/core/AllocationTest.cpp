@@ -1,5 +1,4 @@
-// Replaces the allocator of the whole program, the library's included, by one that counts, can be made to
-// fail and can hold threads until they meet in it.
+// What becomes of allocations that fail, and of allocations that meet.
 
 #include <ZrConvertersLib/ComplexConverter.h>
 #include <ZrConvertersLib/PixelType.h>
@@ -7,100 +6,28 @@
 #include <ZrConvertersLib/RGBFilter.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <barrier>
-#include <chrono>
-#include <cstdlib>
-#include <limits>
-#include <memory>
 #include <new>
 #include <thread>
-#include <vector>
 
 #include "core/Recorder.h"
-
-namespace {
-
-/// Allocations that still succeed.
-std::atomic<int> sAllocationsLeft = std::numeric_limits<int>::max();
-/// Allocations of at least so many bytes always fail.
-std::atomic<std::size_t> sTooLarge = std::numeric_limits<std::size_t>::max();
-/// Threads that still have to come before any that allocates may go on.
-std::atomic<int> sAwaited = 0;
-/// Allocations that have not been freed.
-std::atomic<int> sAlive = 0;
-
-void Meet() noexcept {
-  if (sAwaited <= 0) return;
-  --sAwaited;
-  for (int i = 0; i < 10000 && sAwaited > 0; ++i) std::this_thread::sleep_for(std::chrono::microseconds(100));
-}
-
-void* Allocate(std::size_t size) noexcept {
-  Meet();
-  if (size >= sTooLarge || sAllocationsLeft == 0) return nullptr;
-  if (sAllocationsLeft != std::numeric_limits<int>::max()) --sAllocationsLeft;
-  ++sAlive;
-  return std::malloc(size);
-}
-
-void Free(void* memory) noexcept {
-  if (memory != nullptr) --sAlive;
-  std::free(memory);
-}
-
-void* AllocateOrThrow(std::size_t size) {
-  void* memory = Allocate(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-// GCC takes one side that is inlined for a mismatch with the other.
-#define ZR_NOT_INLINED __attribute__((noinline))
-
-void* operator new(std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-ZR_NOT_INLINED void operator delete(void* memory) noexcept {
-  Free(memory);
-}
-ZR_NOT_INLINED void operator delete[](void* memory) noexcept {
-  Free(memory);
-}
-ZR_NOT_INLINED void operator delete(void* memory, std::size_t) noexcept {
-  Free(memory);
-}
-ZR_NOT_INLINED void operator delete[](void* memory, std::size_t) noexcept {
-  Free(memory);
-}
+#include "support/Allocations.h"
 
 namespace ZrConvertersLib {
 namespace {
 
+using TestSupport::sAllocations;
+
 class Allocation : public testing::Test {
  protected:
   void TearDown() override { Recover(); }
-  static void Recover() {
-    sAllocationsLeft = std::numeric_limits<int>::max();
-    sTooLarge = std::numeric_limits<std::size_t>::max();
-  }
+  static void Recover() { sAllocations.Recover(); }
 };
 
 /// Every allocation of the constructor fails in turn; a leak would show under AddressSanitizer.
 TEST_F(Allocation, MissingForAFilter) {
   for (int left = 0; left < 3; ++left) {
-    sAllocationsLeft = left;
+    sAllocations.left = left;
     EXPECT_THROW(const RGBFilter filter, std::bad_alloc);
   }
   Recover();
@@ -111,7 +38,7 @@ TEST_F(Allocation, MissingForAType) {
   const PixelType type(-1, 1, 1, false);
   // First the clone, then the entry in the registry.
   for (int left = 0; left < 2; ++left) {
-    sAllocationsLeft = left;
+    sAllocations.left = left;
     EXPECT_THROW(PixelTypeFactory::RegisterPixelType(-1, &type, nullptr), std::bad_alloc);
     Recover();
     EXPECT_FALSE(PixelTypeFactory::HasPixelType(-1));
@@ -124,7 +51,7 @@ TEST_F(Allocation, MissingForTheRegistry) {
   const PixelType type(-1, 1, 1, false);
   static const PixelConverter converter(-1, -2, 1, 1, 1, 1, false);
   const auto code = [&](auto action) {
-    sAllocationsLeft = 1;  // the lock, but not what it guards
+    sAllocations.left = 1;  // the lock, but not what it guards
     const auto result = action();
     Recover();
     { const PixelTypeFactoryCleanup cleanup; }
@@ -140,8 +67,8 @@ TEST_F(Allocation, MissingForTheRegistry) {
 /// freed.
 TEST_F(Allocation, HappensOnceForTheLock) {
   { const PixelTypeFactoryCleanup cleanup; }
-  const int before = sAlive;
-  int after = 0;
+  const long before = sAllocations.alive;
+  long after = 0;
   bool met = false;
   {
     std::barrier start(2);
@@ -151,15 +78,15 @@ TEST_F(Allocation, HappensOnceForTheLock) {
       EXPECT_TRUE(PixelTypeFactory::RegisterPixelType(id, &type, nullptr).IsSuccess());
     };
     std::thread other(first, -31);
-    sAwaited = 2;
+    sAllocations.awaited = 2;
     first(-32);
     other.join();
-    met = sAwaited == 0;
+    met = sAllocations.awaited == 0;
     EXPECT_TRUE(PixelTypeFactory::HasPixelType(-31));
     EXPECT_TRUE(PixelTypeFactory::HasPixelType(-32));
     { const PixelTypeFactoryCleanup cleanup; }
   }
-  after = sAlive;
+  after = sAllocations.alive;
   EXPECT_TRUE(met);
   EXPECT_EQ(after, before);
 }
@@ -169,7 +96,7 @@ TEST_F(Allocation, HappensNotForALargeEnoughBuffer) {
   PixelConverter stage(-20, -21, 1, 2, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);
   ZrTest::Pipeline pipeline((10 + 4) * 16 * 2);
-  sAllocationsLeft = 0;
+  sAllocations.left = 0;
   for (const std::uint32_t flags : {0u, PixelConverter::FLAG_BAND_MIDDLE}) {
     EXPECT_NO_THROW(chain.Convert(nullptr, 16, 10, nullptr, 16, 10, 16, 10, flags, 0, &pipeline.buffer,
                                   &pipeline.size, 0, false, nullptr));
@@ -185,7 +112,7 @@ TEST_F(Allocation, MissingForTheBufferOfAChain) {
     return chain.Convert(nullptr, 1000, 10, nullptr, 1000, 10, 1000, 10, 0, 0,
                          own ? nullptr : &pipeline.buffer, &pipeline.size, 0, false, nullptr);
   };
-  sTooLarge = 10000;
+  sAllocations.tooLarge = 10000;
   EXPECT_THROW(convert(false), std::bad_alloc);
   EXPECT_EQ(pipeline.buffer, nullptr);
   EXPECT_EQ(pipeline.size, 0u);

@@ -3,211 +3,116 @@
 
 #include <ZrConvertersLib/BMPSaver.h>
 #include <ZrConvertersLib/ComplexConverter.h>
+#include <ZrConvertersLib/PixelConverterContext.h>
 #include <ZrConvertersLib/PixelType.h>
 #include <ZrConvertersLib/RGBFilter.h>
 #include <ZrConvertersLib/YCbCr.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <cstring>
-#include <iterator>
-#include <string>
 
-#include "core/Recorder.h"
-
-namespace ZrTest {
+namespace ZrConvertersLib {
 namespace {
 
-using ZrConvertersLib::PixelType;
-using ZrConvertersLib::RGBFilter;
+using ZrUtilsLib::Result;
 
-/// Calls slot `slot` of the object's virtual table; slots 0 and 1 are the destructors.
-template <class Return, class... Arguments>
-__attribute__((no_sanitize("undefined"))) Return CallSlot(const void* object, std::size_t slot,
-                                                          Arguments... arguments) {
-  using Function = Return (*)(const void*, Arguments...);
-  void* const* table = nullptr;
-  std::memcpy(&table, object, sizeof table);
-  Function function = nullptr;
-  std::memcpy(&function, &table[slot], sizeof function);
-  return function(object, arguments...);
+/// The slot of a virtual function in its table, where 0 and 1 are the destructors. A pointer to a virtual
+/// member holds its offset in the table, plus one on some architectures.
+template <class Member>
+std::size_t SlotOf(Member member) {
+  static_assert(sizeof member == 2 * sizeof(std::size_t));
+  std::array<std::size_t, 2> words{};
+  std::memcpy(words.data(), &member, sizeof member);
+  return words[0] / sizeof(void*);
 }
-
-class SlotConverter final : public PixelConverter {
- public:
-  SlotConverter() : PixelConverter(1, 2, 3, 4, 5, 6, false) {}
-
-  const long& GetSourceType() const override { return Id("GetSourceType"); }
-  const long& GetDestinationType() const override { return Id("GetDestinationType"); }
-  std::uint32_t GetSourceByteSize() const override { return Say("GetSourceByteSize"); }
-  std::uint32_t GetSourceByteSize(std::uint32_t) const override { return Say("GetSourceByteSize(w)"); }
-  std::uint32_t GetDestinationByteSize() const override { return Say("GetDestinationByteSize"); }
-  std::uint32_t GetDestinationByteSize(std::uint32_t) const override {
-    return Say("GetDestinationByteSize(w)");
-  }
-  std::uint32_t GetPipeliningSize() const override { return Say("GetPipeliningSize"); }
-  std::uint32_t GetLinesPerConvert() const override { return Say("GetLinesPerConvert"); }
-  std::uint32_t GetWidthMultiplier() const override { return Say("GetWidthMultiplier"); }
-  Result ConvertLastLine(const PixelConverterContext&, std::uint32_t) const override {
-    return Say("ConvertLastLine");
-  }
-  Result Convert(const PixelConverterContext&, unsigned char*) const override {
-    return Say("Convert(context)");
-  }
-  Result ConvertLine(const PixelConverterContext&, std::uint32_t) const override {
-    return Say("ConvertLine");
-  }
-  Result Convert(const unsigned char*, std::uint32_t, std::uint32_t, unsigned char*, std::uint32_t,
-                 std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, unsigned char**,
-                 std::uint32_t*, std::uint32_t, bool, const RGBFilter*) const override {
-    return Say("Convert(15)");
-  }
-
-  mutable std::string called;
-
- private:
-  std::uint32_t Say(const char* name) const {
-    called = name;
-    return 0;
-  }
-  const long& Id(const char* name) const {
-    static const long id = 0;
-    called = name;
-    return id;
-  }
-};
 
 TEST(Vtable, ConverterSlots) {
-  const SlotConverter converter;
-  const PixelConverterContext context;
-  // Slots without argument take no notice of the one they get here.
-  const char* const names[] = {"GetSourceType",        "GetDestinationType",     "GetSourceByteSize",
-                               "GetSourceByteSize(w)", "GetDestinationByteSize", "GetDestinationByteSize(w)",
-                               "GetPipeliningSize",    "GetLinesPerConvert",     "GetWidthMultiplier"};
-  for (std::size_t i = 0; i < std::size(names); ++i) {
-    CallSlot<std::uintptr_t>(&converter, 2 + i, 1u);
-    EXPECT_EQ(converter.called, names[i]);
-  }
-  CallSlot<Result>(&converter, 11, &context, 1u);
-  EXPECT_EQ(converter.called, "ConvertLastLine");
-  CallSlot<Result>(&converter, 12, &context, static_cast<unsigned char*>(nullptr));
-  EXPECT_EQ(converter.called, "Convert(context)");
-  CallSlot<Result>(&converter, 13, &context, 1u);
-  EXPECT_EQ(converter.called, "ConvertLine");
-  CallSlot<Result>(&converter, 14, static_cast<const unsigned char*>(nullptr), 0u, 0u,
-                   static_cast<unsigned char*>(nullptr), 0u, 0u, 0u, 0u, 0u, 0u,
-                   static_cast<unsigned char**>(nullptr), static_cast<std::uint32_t*>(nullptr), 0u, false,
-                   static_cast<const RGBFilter*>(nullptr));
-  EXPECT_EQ(converter.called, "Convert(15)");
+  using Size = std::uint32_t (PixelConverter::*)() const;
+  using SizeOfWidth = std::uint32_t (PixelConverter::*)(std::uint32_t) const;
+  using ConvertFrame = Result (PixelConverter::*)(
+      const unsigned char*, std::uint32_t, std::uint32_t, unsigned char*, std::uint32_t, std::uint32_t,
+      std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, unsigned char**, std::uint32_t*,
+      std::uint32_t, bool, const RGBFilter*) const;
+  EXPECT_EQ(SlotOf(&PixelConverter::GetSourceType), 2u);
+  EXPECT_EQ(SlotOf(&PixelConverter::GetDestinationType), 3u);
+  EXPECT_EQ(SlotOf<Size>(&PixelConverter::GetSourceByteSize), 4u);
+  EXPECT_EQ(SlotOf<SizeOfWidth>(&PixelConverter::GetSourceByteSize), 5u);
+  EXPECT_EQ(SlotOf<Size>(&PixelConverter::GetDestinationByteSize), 6u);
+  EXPECT_EQ(SlotOf<SizeOfWidth>(&PixelConverter::GetDestinationByteSize), 7u);
+  EXPECT_EQ(SlotOf(&PixelConverter::GetPipeliningSize), 8u);
+  EXPECT_EQ(SlotOf(&PixelConverter::GetLinesPerConvert), 9u);
+  EXPECT_EQ(SlotOf(&PixelConverter::GetWidthMultiplier), 10u);
+  EXPECT_EQ(SlotOf(&PixelConverter::ConvertLastLine), 11u);
+  EXPECT_EQ(SlotOf<Result (PixelConverter::*)(const PixelConverterContext&, unsigned char*) const>(
+                &PixelConverter::Convert),
+            12u);
+  EXPECT_EQ(SlotOf(&PixelConverter::ConvertLine), 13u);
+  EXPECT_EQ(SlotOf<ConvertFrame>(&PixelConverter::Convert), 14u);
 }
-
-class SlotType final : public PixelType {
- public:
-  SlotType() : PixelType(1, 2, 3, false) {}
-  PixelType* Clone() const override { return Say<PixelType*>("Clone"); }
-  const long& GetTypeID() const override {
-    called = "GetTypeID";
-    return PixelType::GetTypeID();
-  }
-  unsigned short GetPixelBitSize() const override { return Say<unsigned short>("GetPixelBitSize"); }
-  unsigned short GetPixelByteSize() const override { return Say<unsigned short>("GetPixelByteSize"); }
-  bool IsBayerPattern() const override { return Say<bool>("IsBayerPattern"); }
-  unsigned GetBufferSizeFor(unsigned, unsigned) const override { return Say<unsigned>("GetBufferSizeFor"); }
-
-  mutable std::string called;
-
- private:
-  template <class T>
-  T Say(const char* name) const {
-    called = name;
-    return T{};
-  }
-};
 
 TEST(Vtable, TypeSlots) {
-  const SlotType type;
-  const char* const names[] = {"Clone",          "GetTypeID",       "GetPixelBitSize", "GetPixelByteSize",
-                               "IsBayerPattern", "GetBufferSizeFor"};
-  for (std::size_t i = 0; i < std::size(names); ++i) {
-    CallSlot<std::uintptr_t>(&type, 2 + i, 1u, 1u);
-    EXPECT_EQ(type.called, names[i]);
-  }
+  EXPECT_EQ(SlotOf(&PixelType::Clone), 2u);
+  EXPECT_EQ(SlotOf(&PixelType::GetTypeID), 3u);
+  EXPECT_EQ(SlotOf(&PixelType::GetPixelBitSize), 4u);
+  EXPECT_EQ(SlotOf(&PixelType::GetPixelByteSize), 5u);
+  EXPECT_EQ(SlotOf(&PixelType::IsBayerPattern), 6u);
+  EXPECT_EQ(SlotOf(&PixelType::GetBufferSizeFor), 7u);
 }
 
-TEST(Layout, Sizes) {
-  EXPECT_EQ(sizeof(PixelType), 24u);
-  EXPECT_EQ(sizeof(PixelConverter), 40u);
-  EXPECT_EQ(sizeof(PixelConverterContext), 56u);
-  EXPECT_EQ(sizeof(RGBFilter), 32u);
-  EXPECT_EQ(sizeof(ZrConvertersLib::BMPSaver), 8u);
-  EXPECT_EQ(sizeof(ZrConvertersLib::ComplexConverter), 72u);
+/// What follows the pointer to the table in an object's memory.
+template <class Fields, class Object>
+Fields FieldsOf(const Object& object) {
+  Fields fields{};
+  static_assert(sizeof(void*) + sizeof fields == sizeof object);
+  std::memcpy(&fields, reinterpret_cast<const char*>(&object) + sizeof(void*), sizeof fields);
+  return fields;
 }
 
 TEST(Layout, FieldsOfAConverter) {
   struct Fields {
-    const void* table;
-    long sourceType;
-    long destinationType;
-    std::uint32_t sourceByteSize;
-    std::uint32_t destinationByteSize;
-    std::uint32_t pipeliningSize;
-    std::uint32_t linesPerConvert;
-  } fields{};
+    long sourceType, destinationType;
+    std::uint32_t sourceByteSize, destinationByteSize, pipeliningSize, linesPerConvert;
+    bool operator==(const Fields&) const = default;
+  };
   const PixelConverter converter(11, 12, 13, 14, 15, 16, false);
-  static_assert(sizeof fields == sizeof converter);
-  std::memcpy(&fields, static_cast<const void*>(&converter), sizeof fields);
-  EXPECT_EQ(fields.sourceType, 11);
-  EXPECT_EQ(fields.destinationType, 12);
-  EXPECT_EQ(fields.sourceByteSize, 13u);
-  EXPECT_EQ(fields.destinationByteSize, 14u);
-  EXPECT_EQ(fields.pipeliningSize, 15u);
-  EXPECT_EQ(fields.linesPerConvert, 16u);
+  EXPECT_EQ(FieldsOf<Fields>(converter), (Fields{11, 12, 13, 14, 15, 16}));
   EXPECT_EQ(converter.GetSourceByteSize(10), 130u);
   EXPECT_EQ(converter.GetDestinationByteSize(10), 140u);
   EXPECT_EQ(converter.GetPipeliningSize(), 15u);
   EXPECT_EQ(converter.GetWidthMultiplier(), 1u);
 }
 
-TEST(Layout, FieldsOfAContext) {
-  EXPECT_EQ(offsetof(PixelConverterContext, mReserved), 0u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mSourceStride), 4u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mSourceHeight), 8u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mDestinationStride), 12u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mDestinationHeight), 16u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mFlags), 20u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mFilter), 24u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mLine), 32u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mSource), 40u);
-  EXPECT_EQ(offsetof(PixelConverterContext, mDestination), 48u);
-}
-
 TEST(Layout, FieldsOfAType) {
   struct Fields {
-    const void* table;
     long id;
-    unsigned short bits;
-    unsigned short bytes;
+    unsigned short bits, bytes;
     bool bayer;
-  } fields{};
-  const PixelType type(21, 22, 23, true);
-  static_assert(sizeof fields == sizeof type);
-  std::memcpy(&fields, static_cast<const void*>(&type), sizeof fields);
-  EXPECT_EQ(fields.id, 21);
-  EXPECT_EQ(fields.bits, 22);
-  EXPECT_EQ(fields.bytes, 23);
-  EXPECT_TRUE(fields.bayer);
+    bool operator==(const Fields&) const = default;
+  };
+  EXPECT_EQ(FieldsOf<Fields>(PixelType(21, 22, 23, true)), (Fields{21, 22, 23, true}));
 }
 
-TEST(Layout, FieldsOfAYCbCrPixel) {
-  using ZrConvertersLib::YUVPixelContext;
-  EXPECT_EQ(sizeof(YUVPixelContext), 24u);
-  EXPECT_EQ(offsetof(YUVPixelContext, y), 0u);
-  EXPECT_EQ(offsetof(YUVPixelContext, cb), 4u);
-  EXPECT_EQ(offsetof(YUVPixelContext, cr), 8u);
-  EXPECT_EQ(offsetof(YUVPixelContext, r), 12u);
-  EXPECT_EQ(offsetof(YUVPixelContext, g), 16u);
-  EXPECT_EQ(offsetof(YUVPixelContext, b), 20u);
-}
+// Callers hold objects of these by value.
+static_assert(sizeof(RGBFilter) == 32 && sizeof(BMPSaver) == 8 && sizeof(ComplexConverter) == 72);
+
+static_assert(sizeof(PixelConverterContext) == 56);
+static_assert(offsetof(PixelConverterContext, mReserved) == 0);
+static_assert(offsetof(PixelConverterContext, mSourceStride) == 4);
+static_assert(offsetof(PixelConverterContext, mSourceHeight) == 8);
+static_assert(offsetof(PixelConverterContext, mDestinationStride) == 12);
+static_assert(offsetof(PixelConverterContext, mDestinationHeight) == 16);
+static_assert(offsetof(PixelConverterContext, mFlags) == 20);
+static_assert(offsetof(PixelConverterContext, mFilter) == 24);
+static_assert(offsetof(PixelConverterContext, mLine) == 32);
+static_assert(offsetof(PixelConverterContext, mSource) == 40);
+static_assert(offsetof(PixelConverterContext, mDestination) == 48);
+
+static_assert(sizeof(YUVPixelContext) == 24);
+static_assert(offsetof(YUVPixelContext, y) == 0 && offsetof(YUVPixelContext, cb) == 4);
+static_assert(offsetof(YUVPixelContext, cr) == 8 && offsetof(YUVPixelContext, r) == 12);
+static_assert(offsetof(YUVPixelContext, g) == 16 && offsetof(YUVPixelContext, b) == 20);
 
 }  // namespace
-}  // namespace ZrTest
+}  // namespace ZrConvertersLib

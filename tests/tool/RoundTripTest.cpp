@@ -136,13 +136,6 @@ class RoundTripTest : public ToolTest, public testing::WithParamInterface<const 
   }
 };
 
-TEST_P(RoundTripTest, ChartHasTheSizeOfAFrame) {
-  RunWell("chart in.raw" + Words(64, 31));
-  FrameLayout layout;
-  ASSERT_TRUE(DescribeFrame(Format().id, 64, 31, 0, layout).IsSuccess());
-  EXPECT_EQ(Read("in.raw").size(), layout.frameBytes);
-}
-
 TEST_P(RoundTripTest, ChartComesBack) {
   for (const std::string& meaning : MeaningsOf(Format())) {
     SCOPED_TRACE(meaning);
@@ -216,15 +209,5 @@ const auto cName = [](const auto& test) { return std::string(test.param->name); 
 
 INSTANTIATE_TEST_SUITE_P(Sources, RoundTripTest, testing::ValuesIn(SourcesOf(IsAny)), cName);
 INSTANTIATE_TEST_SUITE_P(Sources, MosaicTest, testing::ValuesIn(SourcesOf(IsMosaic)), cName);
-
-TEST(SourceLayout, EverySourceOfTheLibraryHasOne) {
-  std::size_t sources = 0;
-  for (const FormatInfo& format : Formats()) {
-    if (!format.isSource) continue;
-    EXPECT_NE(zrconvert::FindLayout(format.name), nullptr) << format.name;
-    ++sources;
-  }
-  EXPECT_GE(sources, 63U);
-}
 
 }  // namespace
