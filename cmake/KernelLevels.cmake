@@ -17,13 +17,15 @@ function(zr_add_kernel_levels target)
     set(flags_V3 -march=x86-64-v3)
     set(flags_V4 -march=x86-64-v4 -mavx512vbmi -mavx512vbmi2 -mavx512vnni -mprefer-vector-width=512)
   endif()
+  # Optimised away lines would not count as executed.
+  set(optimisation $<IF:$<BOOL:${ZR_COVERAGE}>,-O0,-O2>)
   foreach(level IN LISTS levels)
     set(objects ${target}Kernels${level})
     add_library(${objects} OBJECT ${ARG_SOURCES})
     zr_warnings(${objects})
     target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR}/src)
     target_compile_definitions(${objects} PRIVATE ZR_LEVEL=${level})
-    target_compile_options(${objects} PRIVATE ${flags_${level}} -O2 -fno-exceptions -fno-rtti -fno-math-errno
+    target_compile_options(${objects} PRIVATE ${flags_${level}} ${optimisation} -fno-exceptions -fno-rtti -fno-math-errno
                                               -fvisibility=hidden)
     # Sanitizers would make these files take many minutes; buffers that end at unmapped pages, with every kernel at
     # every level, find what they would.

@@ -93,7 +93,7 @@ Image Collect(png_structp png, png_infop info) {
   const bool deep = png_get_bit_depth(png, info) == 16;
   image.greatest = deep ? 65535 : 255;
   for (unsigned y = 0; y < image.height; ++y) {
-    const png_bytep row = png_get_rows(png, info)[y];
+    const png_byte* const row = png_get_rows(png, info)[y];
     for (std::size_t i = 0; i < std::size_t{image.width} * image.channels; ++i) {
       image.samples.push_back(deep ? static_cast<std::uint16_t>(row[2 * i] | row[2 * i + 1] << 8)
                                    : std::uint16_t{row[i]});
