@@ -50,8 +50,7 @@ void SamplePlan::RunLine(const Strip& strip) const {
     const std::size_t part = mPixels.IsLarge() ? kPart : kPiece;
     for (std::size_t y = 0; y < pixels; y += part) {
       const std::size_t count = std::min(part, pixels - y);
-      if (mPixels.IsLarge())
-        CallToCache(strip.source[0] + SourceBytes(x + y + kPiece), SourceBytes(count));
+      if (mPixels.IsLarge()) CallToCache(strip.source[0] + SourceBytes(x + y + kPiece), SourceBytes(count));
       mPixels.Run(
           {{bytes + mPixels.SourceBytes(y)}, {strip.destination[0] + DestinationBytes(x + y)}, count});
     }

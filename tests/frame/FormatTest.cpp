@@ -100,7 +100,9 @@ TEST(FormatTest, WhatCannotBeIsRefusedAndLeavesTheLayout) {
 }
 
 TEST(FormatTest, FamiliesHaveNames) {
-  EXPECT_EQ(FamilyName(FormatFamily::YCbCr), "YCbCr");
+  std::set<std::string_view> names;
+  for (const FormatInfo& info : Formats()) names.insert(FamilyName(info.family));
+  EXPECT_EQ(names, (std::set<std::string_view>{"BiColor", "Bayer", "Mono", "RGB", "SCF1", "YCbCr"}));
   EXPECT_EQ(FamilyName(static_cast<FormatFamily>(99)), "");
 }
 

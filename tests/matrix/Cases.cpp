@@ -109,6 +109,7 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   using enum Between;
   conversion.between = random.OneOf({Library, Library, Caller, CallerTooSmall});
   conversion.streaming = random.Below(3) == 0;
+  conversion.lineByLine = !IsChain(pair) && random.Below(4) == 0;
   return conversion;
 }
 
@@ -165,14 +166,14 @@ std::string Describe(const Case& conversion) {
   std::snprintf(text, sizeof text,
                 "%ux%u of a source %ux%u padding %u, into %ux%u padding %u, flags %08x%s, filter %s, content "
                 "%s seed %llx, "
-                "source %s (%zu), destination %s (%zu), intermediate %d%s",
+                "source %s (%zu), destination %s (%zu), intermediate %d%s%s",
                 call.width, call.height, call.sourceWidth, call.sourceHeight, call.sourcePadding,
                 call.destinationWidth, call.destinationHeight, call.destinationPadding, call.flags,
                 call.flip ? " flipped" : "", GetFilter(conversion.filter).name, NameOf(conversion.content),
                 static_cast<unsigned long long>(conversion.seed), NameOf(conversion.source.at),
                 conversion.source.misalignment, NameOf(conversion.destination.at),
                 conversion.destination.misalignment, static_cast<int>(conversion.between),
-                conversion.streaming ? ", streaming" : "");
+                conversion.streaming ? ", streaming" : "", conversion.lineByLine ? ", line by line" : "");
   return text;
 }
 

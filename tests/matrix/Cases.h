@@ -22,6 +22,8 @@ struct Case {
   TestSupport::Placement source, destination;
   Between between = Between::Library;
   bool streaming = false;  ///< written past the caches, as large frames are
+  bool lineByLine =
+      false;  ///< by the inherited Convert, which calls ConvertLine for each line; not for chains
 };
 
 std::string Describe(const Case& conversion);

@@ -71,13 +71,15 @@ std::string Convert(const PixelConverter& converter, const Case& conversion, std
                     const std::uint8_t* source, std::uint8_t* destination) {
   const Model::Call& call = conversion.call;
   CallersBuffer between(conversion);
-  const std::uint32_t code =
-      converter
-          .Convert(source, call.sourceWidth, call.sourceHeight, destination, call.destinationWidth,
-                   call.destinationHeight, call.width, call.height, call.flags, call.destinationPadding,
-                   between.Bytes(), between.Size(), call.sourcePadding, call.flip,
-                   GetFilter(conversion.filter).object.get())
-          .GetCode();
+  const auto convert = [&](const auto&... arguments) {
+    return conversion.lineByLine ? converter.PixelConverter::Convert(arguments...)
+                                 : converter.Convert(arguments...);
+  };
+  const std::uint32_t code = convert(source, call.sourceWidth, call.sourceHeight, destination,
+                                     call.destinationWidth, call.destinationHeight, call.width, call.height,
+                                     call.flags, call.destinationPadding, between.Bytes(), between.Size(),
+                                     call.sourcePadding, call.flip, GetFilter(conversion.filter).object.get())
+                                 .GetCode();
   return code != 0 ? "the result code is " + std::to_string(code) : between.FindFault(intermediateSize);
 }
 

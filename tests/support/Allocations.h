@@ -6,8 +6,8 @@
 
 namespace TestSupport {
 
-/// A program that uses this has its allocator replaced, the library's included, by one that counts, can be made to
-/// fail and can hold threads until they meet in it.
+/// A program that uses this has its allocator replaced, the library's included, by one that counts, can be
+/// made to fail and can hold threads until they meet in it.
 struct Allocations {
   static constexpr long kUnlimited = std::numeric_limits<long>::max();
 

@@ -28,7 +28,8 @@ TEST_F(OutputTest, FullDiskIsToldForEveryContainer) {
   EXPECT_EQ(FilesLeft(), Names{"in.raw"});
 }
 
-// Files may have 1024 bytes and not one more. Counts of executed lines would be cut too, so they go elsewhere.
+// Files may have 1024 bytes and not one more. Counts of executed lines would be cut too, so they go
+// elsewhere.
 const std::string cLimit = "ulimit -f 2 && GCOV_PREFIX=../streams";
 
 TEST_F(OutputTest, TruncatedWriteLeavesNoFile) {

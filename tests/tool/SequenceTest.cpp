@@ -32,6 +32,14 @@ TEST_F(SequenceTest, NumberedNamesTakeEveryFrame) {
   EXPECT_NE(Read("f_000.pgm"), Read("f_001.pgm"));
 }
 
+TEST_F(SequenceTest, TerminalShowsABar) {
+  const std::string onTerminal = "sh -c 'script -qec \"$*\" /dev/null' sh";
+  const ToolRun run = Run("convert three.raw f_%d.pgm" + cFrame, {}, onTerminal);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_NE(run.output.find("\r\033[K[##########"), std::string::npos) << run.output;
+  EXPECT_NE(run.output.find("] 3/3 frames, "), std::string::npos) << run.output;
+}
+
 TEST_F(SequenceTest, QuietSaysNothing) {
   EXPECT_EQ(Run("convert three.raw f_%d.pgm -q" + cFrame).errors, "");
 }
@@ -57,6 +65,13 @@ TEST_F(SequenceTest, SinglePictureTakesTheFirstFrameAndSaysSo) {
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_NE(run.errors.find("of 3 frames only the first"), std::string::npos) << run.errors;
   EXPECT_EQ(ReadPnm(Read("one.pgm")).height, 48U);
+}
+
+TEST_F(SequenceTest, CutMosaicTellsItsNewPattern) {
+  RunWell("chart mosaic.raw -f BayerRG12p -s 64x48");
+  const std::string words = "convert mosaic.raw cut.raw -f BayerRG12p -s 64x48 -t Bayer16 --region ";
+  EXPECT_NE(Run(words + "1,0,9,9").errors.find("the pattern of the mosaic is now GRBG"), std::string::npos);
+  EXPECT_EQ(Run(words + "2,4,9,9").errors, "");
 }
 
 TEST_F(SequenceTest, ManyInputsAreOneSequence) {
