@@ -48,12 +48,15 @@ TEST(MosaicPatternTest, FollowsFlipsAndRegions) {
     options.flipVertical = (which & 8) != 0;
     options.region = {which >> 4 & 1, which >> 5 & 1, 3 + (which >> 6 & 1), 3 + (which >> 7 & 1)};
     FrameConverter converter;
-    ASSERT_TRUE(converter.Configure(PixelTypeIds::Bayer12p, PixelTypeIds::Bayer16, kWidth, kHeight, options).IsSuccess());
+    ASSERT_TRUE(converter.Configure(PixelTypeIds::Bayer12p, PixelTypeIds::Bayer16, kWidth, kHeight, options)
+                    .IsSuccess());
     const std::vector<std::uint8_t> frame = LettersOf(SitesOf(options.pattern));
     std::vector<std::uint8_t> picture(converter.DestinationLayout().frameBytes);
     const std::uint32_t width = converter.Width();
-    ASSERT_TRUE(converter.Convert(SourceView::Of(frame, kWidth, kHeight),
-                                  DestinationView::Of(picture, width, converter.Height())).IsSuccess());
+    ASSERT_TRUE(converter
+                    .Convert(SourceView::Of(frame, kWidth, kHeight),
+                             DestinationView::Of(picture, width, converter.Height()))
+                    .IsSuccess());
     EXPECT_EQ(SitesOf(converter.DestinationPattern()), FirstSites(picture, width)) << which;
   }
   EXPECT_EQ(FrameConverter().DestinationPattern(), MosaicPattern::GRBG);

@@ -1,4 +1,5 @@
 #include <ZrConvertersLib/FrameConverter.h>
+#include <ZrConvertersLib/PixelConverter.h>
 #include <ZrConvertersLib/PixelTypes.h>
 #include <gtest/gtest.h>
 
@@ -95,6 +96,16 @@ INSTANTIATE_TEST_SUITE_P(
         Setup{"RegionOfHalfAPair", FrameCode::RegionNotAllowed, Ids::YCbCr422_12p, Ids::YCbCr422_8, 8, 4,
               WithRegion({2, 0, 3, 4})}),
     NameOf);
+
+/// A caller's own converters may have rules of their own.
+TEST(ConfigureTest, PairsOfCallersWithUnknownRulesAreRefused) {
+  static const PixelConverter toPacked(Ids::Mono8, Ids::Mono12p, 1, 2, 1, 1, true);
+  static const PixelConverter byTriples(Ids::Mono8, Ids::Mono32, 1, 4, 1, 3, true);
+  FrameConverter converter;
+  for (const PixelConverter* own : {&toPacked, &byTriples})
+    EXPECT_EQ(converter.Configure(Ids::Mono8, own->GetDestinationType(), 8, 6).GetCode(),
+              FrameCode::NoConverter);
+}
 
 /// A call of a converter for 8 x 4 pixels of Mono8 to RGB8, all right until it is changed.
 struct Call {
