@@ -7,11 +7,12 @@ namespace ZrConvertersLib {
 namespace {
 
 /// Whether the lines follow one another without a gap in either image, so that they may be converted as one.
-bool LinesJoin(const LineDriver& driver, std::size_t pixels, std::size_t sourceBytes,
-               std::size_t destinationBytes, const SourceLines& lines) {
-  const LineDriver::Steps steps = driver.BlockSteps();
-  return pixels == driver.Width() && lines.step == static_cast<std::ptrdiff_t>(sourceBytes) &&
-         steps.destination == static_cast<std::ptrdiff_t>(destinationBytes);
+template <class Plan>
+bool LinesJoin(const Plan& plan, const LineDriver& driver, const Strip& strip) {
+  return strip.pixels == driver.Width() &&
+         strip.sourceStep == static_cast<std::ptrdiff_t>(plan.SourceBytes(strip.pixels)) &&
+         strip.destinationStep == static_cast<std::ptrdiff_t>(plan.DestinationBytes(strip.pixels)) &&
+         plan.PlanesApart(strip.pixels * strip.lines);
 }
 
 Strip AllLines(const LineDriver& driver, const SourceLines& lines, std::size_t pixels) {
@@ -29,9 +30,7 @@ template <class Plan>
 void RunLines(const Plan& plan, const LineDriver& driver, const SourceLines& lines, std::size_t pixels,
               bool mayJoin) {
   const Strip strip = AllLines(driver, lines, pixels);
-  const bool join =
-      mayJoin && LinesJoin(driver, pixels, plan.SourceBytes(pixels), plan.DestinationBytes(pixels), lines);
-  plan.Run(join ? Joined(strip) : strip);
+  plan.Run(mayJoin && LinesJoin(plan, driver, strip) ? Joined(strip) : strip);
   plan.Finish();
 }
 

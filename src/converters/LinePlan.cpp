@@ -171,14 +171,8 @@ LinePlan::LinePlan(const PixelConverterContext& context, const SampleRecipe& rec
 
 void LinePlan::Run(const Strip& strip) const {
   if (strip.pixels == 0 || strip.lines == 0) return;
-  if (mSources == 1)
-    RunLines(Joined(strip, SourceBytes(strip.pixels), DestinationBytes(strip.pixels)));
-  else
-    RunLines(strip);
-}
-
-void LinePlan::RunLines(const Strip& strip) const {
-  if (mStream == nullptr && strip.pixels >= mBlock && !PlanesOverlap(strip.pixels)) return RunWhole(strip);
+  if (mStream == nullptr && strip.pixels >= mBlock && !BlockPlanesOverlap(strip.pixels))
+    return RunWhole(strip);
   Strip line = strip;
   for (std::size_t left = strip.lines;; --left) {
     RunLine(line);
@@ -190,7 +184,7 @@ void LinePlan::RunLines(const Strip& strip) const {
 }
 
 void LinePlan::RunLine(const Strip& strip) const {
-  if (strip.pixels < mBlock || PlanesOverlap(strip.pixels))
+  if (strip.pixels < mBlock || BlockPlanesOverlap(strip.pixels))
     RunPadded(strip);
   else
     RunStaged(strip);
@@ -215,10 +209,14 @@ void LinePlan::RunWhole(const Strip& strip) const {
 
 /// Whether a short line's pixels reach into the next plane, as the last group of an image of one line may. In
 /// a line longer than a block such pixels are written last anyway.
-bool LinePlan::PlanesOverlap(std::size_t pixels) const {
+bool LinePlan::BlockPlanesOverlap(std::size_t pixels) const {
+  return pixels <= kLargestBlock && !PlanesApart(pixels);
+}
+
+bool LinePlan::PlanesApart(std::size_t pixels) const {
   const auto distance =
       static_cast<std::size_t>(mJob.planeDistance < 0 ? -mJob.planeDistance : mJob.planeDistance);
-  return mPlanes > 1 && pixels <= kLargestBlock && DestinationBytes(pixels) > distance;
+  return mPlanes == 1 || DestinationBytes(pixels) <= distance;
 }
 
 /// Lines shorter than a block: the kernel works on copies that are as long as one.
@@ -247,7 +245,7 @@ void LinePlan::RunPadded(const Strip& strip) const {
 /// Pixel by pixel where planes overlap, so that they come out as if each pixel had been stored in turn.
 void LinePlan::CopyOut(const std::uint8_t* staged, std::ptrdiff_t stagedPlane, std::uint8_t* destination,
                        std::size_t pixels) const {
-  const std::size_t step = PlanesOverlap(pixels) ? 1 : pixels;
+  const std::size_t step = BlockPlanesOverlap(pixels) ? 1 : pixels;
   for (std::size_t x = 0; x < pixels; x += step) {
     for (std::ptrdiff_t plane = 0; plane < mPlanes; ++plane) {
       std::memcpy(destination + plane * mJob.planeDistance + DestinationBytes(x),

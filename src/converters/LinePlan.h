@@ -46,17 +46,6 @@ struct Strip {
   std::ptrdiff_t sourceStep = 0, destinationStep = 0;
 };
 
-/// Lines that follow one another without gaps are one long line: that many bytes a line has in the source and
-/// in each plane of the destination.
-inline Strip Joined(Strip strip, std::size_t sourceBytes, std::size_t destinationBytes) {
-  if (strip.sourceStep == static_cast<std::ptrdiff_t>(sourceBytes) &&
-      strip.destinationStep == static_cast<std::ptrdiff_t>(destinationBytes)) {
-    strip.pixels *= strip.lines;
-    strip.lines = 1;
-  }
-  return strip;
-}
-
 /// Everything about a conversion that does not vary from line to line, found once per frame: the kernel for
 /// this machine and filter, the distance of planes, whether to write past the caches.
 class LinePlan {
@@ -74,6 +63,10 @@ class LinePlan {
 
   const Group& GroupOfSource() const { return mGroup; }
 
+  /// Whether planes of so many pixels lie beside one another. Where they overlap, lines are to be stored in
+  /// turn.
+  bool PlanesApart(std::size_t pixels) const;
+
   simd::LineJob& Job() { return mJob; }
 
   /// Whether the frame exceeds the caches, so that memory is asked for what comes next.
@@ -84,14 +77,13 @@ class LinePlan {
 
  private:
   void SetTables(const RGBFilter& filter);
-  void RunLines(const Strip& strip) const;
   void RunWhole(const Strip& strip) const;
   void RunLine(const Strip& strip) const;
   void RunPadded(const Strip& strip) const;
   void RunStaged(const Strip& strip) const;
   void CopyOut(const std::uint8_t* staged, std::ptrdiff_t stagedPlane, std::uint8_t* destination,
                std::size_t pixels) const;
-  bool PlanesOverlap(std::size_t pixels) const;
+  bool BlockPlanesOverlap(std::size_t pixels) const;
 
   simd::LineJob mJob;
   simd::LineFunction mFunction;

@@ -32,8 +32,8 @@ SamplePlan::SamplePlan(const PixelConverterContext& context, const LineRecipe& r
     : mSamples(context, *recipe.samples), mPixels(context, recipe) {}
 
 void SamplePlan::Run(const Strip& strip) const {
-  Strip line = Joined(strip, SourceBytes(strip.pixels), DestinationBytes(strip.pixels));
-  for (std::size_t i = 0; i < line.lines; ++i) {
+  Strip line = strip;
+  for (std::size_t i = 0; i < strip.lines; ++i) {
     RunLine(line);
     line.source[0] = OffsetBy(line.source[0], strip.sourceStep);
     line.destination[0] = OffsetBy(line.destination[0], strip.destinationStep);

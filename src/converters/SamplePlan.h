@@ -20,6 +20,8 @@ class SamplePlan {
   }
   std::size_t DestinationBytes(std::size_t pixels) const { return mPixels.DestinationBytes(pixels); }
 
+  bool PlanesApart(std::size_t pixels) const { return mPixels.PlanesApart(pixels); }
+
   /// Whether the samples of `pixels` fill whole groups, so that the next line's may follow at once.
   bool FillsGroups(std::size_t pixels) const {
     return mPixels.SourceBytes(pixels) % mSamples.GroupOfSource().pixels == 0;

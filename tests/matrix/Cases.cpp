@@ -86,7 +86,9 @@ Model::Call RandomCall(const Model::Pair& pair, std::uint32_t width, Random& ran
   // A single last line goes back by one: before the intermediate image of a chain there is nothing to go back
   // to.
   if (call.height > 1 || !IsChain(pair)) call.sourceHeight += random.OneOf({0u, 0u, 0u, 0u, 1u});
-  call.destinationHeight = call.height + random.OneOf({0u, 0u, 0u, 0u, 1u});
+  // Planes of a destination that is said to be lower than what is converted overlap.
+  call.destinationHeight = random.OneOf(
+      {call.height, call.height, call.height, call.height, call.height + 1, call.height / 2, 1u});
   call.flags = Flags(pair, random);
   call.sourcePadding = Padding(random);
   call.destinationPadding = Padding(random);
