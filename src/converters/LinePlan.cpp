@@ -184,10 +184,10 @@ void LinePlan::Run(const Strip& strip) const {
 }
 
 void LinePlan::RunLine(const Strip& strip) const {
-  if (strip.pixels < mBlock || BlockPlanesOverlap(strip.pixels))
-    RunPadded(strip);
-  else
+  if (mStream != nullptr && strip.pixels >= mBlock && !BlockPlanesOverlap(strip.pixels))
     RunStaged(strip);
+  else
+    RunPadded(strip);
 }
 
 void LinePlan::Finish() const {
