@@ -150,6 +150,16 @@ void LinePlan::SetTables(const RGBFilter& filter) {
   mJob.tables[2] = orRed(filter.GetBlue());
 }
 
+Strip Strip::Line(std::size_t line) const {
+  const auto down = static_cast<std::ptrdiff_t>(line);
+  Strip one{{}, {}, pixels};
+  for (std::size_t i = 0; i < std::size(source); ++i)
+    one.source[i] = OffsetBy(simd::Alone(source[i]), down * sourceStep);
+  for (std::size_t i = 0; i < std::size(destination); ++i)
+    one.destination[i] = OffsetBy(simd::Alone(destination[i]), down * destinationStep);
+  return one;
+}
+
 bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples) {
   const auto fused = FusedReading(recipe.reading, samples.reading);
   if (!fused) return false;
@@ -173,14 +183,7 @@ void LinePlan::Run(const Strip& strip) const {
   if (strip.pixels == 0 || strip.lines == 0) return;
   if (mStream == nullptr && strip.pixels >= mBlock && !BlockPlanesOverlap(strip.pixels))
     return RunWhole(strip);
-  Strip line = strip;
-  for (std::size_t left = strip.lines;; --left) {
-    RunLine(line);
-    if (left == 1) return;
-    for (std::size_t i = 0; i < mSources; ++i) line.source[i] = OffsetBy(line.source[i], strip.sourceStep);
-    for (std::size_t i = 0; i < mDestinations; ++i)
-      line.destination[i] = OffsetBy(line.destination[i], strip.destinationStep);
-  }
+  for (std::size_t i = 0; i < strip.lines; ++i) RunLine(strip.Line(i));
 }
 
 void LinePlan::RunLine(const Strip& strip) const {
@@ -198,8 +201,9 @@ void LinePlan::Finish() const {
 
 void LinePlan::RunWhole(const Strip& strip) const {
   simd::LineJob job = mJob;
-  std::copy_n(strip.source, mSources, job.source);
-  std::copy_n(strip.destination, mDestinations, job.destination);
+  for (std::size_t i = 0; i < std::size(job.source); ++i) job.source[i] = simd::Alone(strip.source[i]);
+  for (std::size_t i = 0; i < std::size(job.destination); ++i)
+    job.destination[i] = simd::Alone(strip.destination[i]);
   job.width = strip.pixels;
   job.lines = strip.lines;
   job.sourceStep = strip.sourceStep;
@@ -268,7 +272,7 @@ void LinePlan::RunStaged(const Strip& strip) const {
     const std::size_t left = strip.pixels - x;
     // The rest after a part must not be shorter than a block.
     job.width = left <= longest ? left : left < longest + kLargestBlock ? longest - kLargestBlock : longest;
-    for (std::size_t i = 0; i < mSources; ++i) job.source[i] = strip.source[i] + SourceBytes(x);
+    for (std::size_t i = 0; i < mSources; ++i) job.source[i] = simd::Alone(strip.source[i]) + SourceBytes(x);
     mFunction(job);
     for (std::size_t i = 0; i < mDestinations; ++i) {
       for (std::ptrdiff_t plane = 0; plane < mPlanes; ++plane)

@@ -2,6 +2,7 @@
 
 #include <ZrConvertersLib/PixelConverterContext.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -44,6 +45,9 @@ struct Strip {
   std::size_t pixels;  ///< a whole number of groups
   std::size_t lines = 1;
   std::ptrdiff_t sourceStep = 0, destinationStep = 0;
+
+  /// One of its lines, or pairs of them.
+  Strip Line(std::size_t line) const;
 };
 
 /// Everything about a conversion that does not vary from line to line, found once per frame: the kernel for
@@ -58,7 +62,7 @@ class LinePlan {
   void Run(const Strip& strip) const;
 
   /// Bytes of a whole number of groups.
-  std::size_t SourceBytes(std::size_t pixels) const { return pixels / mGroup.pixels * mGroup.bytes; }
+  std::size_t SourceBytes(std::size_t pixels) const { return (pixels >> std::countr_zero(mGroup.pixels)) * mGroup.bytes; }
   std::size_t DestinationBytes(std::size_t pixels) const { return pixels * mPixelBytes; }
 
   const Group& GroupOfSource() const { return mGroup; }

@@ -33,7 +33,7 @@ constexpr std::size_t PitchOf(std::uint32_t columns) {
 
 /// Lines of samples that are kept at a time: six, or more of short lines, which few calls then handle. All of
 /// them and what is made of them are to stay in the first-level cache.
-constexpr std::size_t kScratch = 6 * PitchOf(kColumns), kScratchOfShortLines = std::size_t{12} << 10;
+constexpr std::size_t kScratch = 6 * PitchOf(kColumns), kScratchOfShortLines = std::size_t{16} << 10;
 
 constexpr std::size_t LinesKept(std::size_t pitch) {
   return std::max<std::size_t>(6, kScratchOfShortLines / pitch);
@@ -252,50 +252,51 @@ void MosaicPlan::Interpolate(const PixelConverterContext& context, const Pairs& 
     InterpolateColumns(context, pairs, {x, std::min(x + kColumns, even)});
 }
 
-/// Lines of bytes in the scratch: those of some pairs with one above and one below them, at equal distances.
-/// A pair that reaches past the image has neighbours of its own for each line, as the one below the upper
-/// line is mirrored while the lower line itself is not.
+namespace {
+
+/// The lines about pairs that follow one another inside the image, as rows: row 0 is the line above the first
+/// pair, the last row the one below the last pair. Memory holds so many of them as a ring, each made once.
 class NeighbourRows {
  public:
-  NeighbourRows(const PixelConverterContext& context, std::ptrdiff_t first, std::uint32_t left,
-                std::size_t fit)
-      : mContext(context), mFirst(first) {
-    const std::ptrdiff_t height = std::max<std::ptrdiff_t>(context.mSourceHeight, 2);
-    mShared = first + 1 < height;
-    if (!mShared) return;
-    const auto inside = static_cast<std::uint32_t>((height - first) / 2);
-    mPairs = std::min({left, inside, static_cast<std::uint32_t>((fit - 2) / 2)});
+  NeighbourRows(const PixelConverterContext& context, std::uint32_t pairs, std::size_t fit)
+      : mContext(context), mFit(fit / 2 * 2) {
+    const std::ptrdiff_t left = std::max<std::ptrdiff_t>(context.mSourceHeight, 2) - FirstLine(context);
+    mPairs = left < 2 ? 0 : static_cast<std::uint32_t>(std::min<std::ptrdiff_t>(pairs, left / 2));
   }
 
+  /// How many pairs have both of their lines in the image.
   std::uint32_t Pairs() const { return mPairs; }
-  std::size_t Rows() const { return mShared ? std::size_t{2} * mPairs + 2 : 6; }
+
+  /// The place in memory of a row.
+  std::size_t PlaceOf(std::size_t row) const { return row % mFit; }
+
+  /// How many pairs from this one on have all of their rows in order in memory; one in any case.
+  std::uint32_t InOrder(std::uint32_t pair) const {
+    const auto fit = static_cast<std::uint32_t>((mFit - 2 - PlaceOf(2 * std::size_t{pair})) / 2);
+    return std::clamp<std::uint32_t>(fit, 1, mPairs - pair);
+  }
 
   /// The line of the image that stands in a row.
-  std::ptrdiff_t Line(std::size_t row) const {
-    const auto at = static_cast<std::ptrdiff_t>(row);
-    if (!mShared)
-      return at % 3 == 1 ? mFirst + at / 3 : NeighbourLine(mContext, mFirst + at / 3 + at % 3 - 1);
-    const bool beside = row == 0 || row + 1 == Rows();
-    return beside ? NeighbourLine(mContext, mFirst + at - 1) : mFirst + at - 1;
+  std::ptrdiff_t LineOf(std::size_t row) const {
+    const std::ptrdiff_t line = FirstLine(mContext) - 1 + static_cast<std::ptrdiff_t>(row);
+    return row == 0 || row == 2 * std::size_t{mPairs} + 1 ? NeighbourLine(mContext, line) : line;
   }
 
-  /// How many rows from this one on hold lines that follow one another in the image.
-  std::size_t Following(std::size_t row) const {
+  /// How many rows from this one up to `end` follow one another both in memory and in the image.
+  std::size_t Following(std::size_t row, std::size_t end) const {
+    const std::size_t most = std::min(end - row, mFit - PlaceOf(row));
     std::size_t count = 1;
-    while (row + count < Rows() && Line(row + count) == Line(row) + static_cast<std::ptrdiff_t>(count))
-      ++count;
+    while (count < most && LineOf(row + count) == LineOf(row) + static_cast<std::ptrdiff_t>(count)) ++count;
     return count;
   }
 
-  /// The row above the upper (0) or lower (1) line of the first pair; line and row below follow.
-  std::size_t Above(std::size_t line) const { return mShared ? line : 3 * line; }
-
  private:
   const PixelConverterContext& mContext;
-  std::ptrdiff_t mFirst;
-  std::uint32_t mPairs = 1;
-  bool mShared;
+  std::size_t mFit;
+  std::uint32_t mPairs;
 };
+
+}  // namespace
 
 void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs,
                                     const Columns& columns) {
@@ -306,25 +307,45 @@ void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const 
   mBilinear.Job().redBelow = tile.redBelow;
   mBilinear.Job().redAtEvenColumn = tile.redRight == fromOdd;
   const auto destinations = Destinations(context, mBilinear.DestinationBytes(columns.first), tile.redBelow);
-  for (std::uint32_t i = 0; i < pairs.count;) {
-    const NeighbourRows rows(context, FirstLine(context) + 2 * std::ptrdiff_t{i}, pairs.count - i,
-                             LinesKept(pitch));
-    for (std::size_t row = 0; row < rows.Rows();) {
-      const std::size_t count = rows.Following(row);
-      Reduce(pairs.lines.From(rows.Line(row)), count, columns, pairs.width, scratch + row * pitch + kBeside,
-             pitch);
-      row += count;
-    }
-    const std::uint8_t* const red = scratch + kBeside + rows.Above(tile.redBelow) * pitch;
-    const std::uint8_t* const blue = scratch + kBeside + rows.Above(!tile.redBelow) * pitch;
-    mBilinear.Run({{red, red + pitch, red + 2 * pitch, blue, blue + pitch, blue + 2 * pitch},
-                   {OffsetBy(destinations[0], i * pairs.destinationStep),
-                    OffsetBy(destinations[1], i * pairs.destinationStep)},
+  const auto interpolate = [&](std::uint32_t pair, std::uint32_t count, const auto& row) {
+    const std::ptrdiff_t down = pair * pairs.destinationStep;
+    const std::size_t red = tile.redBelow ? 1 : 0, blue = 1 - red;
+    mBilinear.Run({{row(red, 0), row(red, 1), row(red, 2), row(blue, 0), row(blue, 1), row(blue, 2)},
+                   {OffsetBy(destinations[0], down), OffsetBy(destinations[1], down)},
                    columns.Count(),
-                   rows.Pairs(),
+                   count,
                    static_cast<std::ptrdiff_t>(2 * pitch),
                    pairs.destinationStep});
-    i += rows.Pairs();
+  };
+
+  std::uint8_t* const place = scratch + kBeside;
+  const NeighbourRows rows(context, pairs.count, LinesKept(pitch));
+  std::uint32_t pair = 0;
+  for (std::size_t row = 0; pair < rows.Pairs();) {
+    const std::uint32_t count = rows.InOrder(pair);
+    const std::size_t above = 2 * std::size_t{pair}, end = above + 2 * count + 2;
+    for (std::size_t following = 0; row < end; row += following) {
+      following = rows.Following(row, end);
+      Reduce(pairs.lines.From(rows.LineOf(row)), following, columns, pairs.width,
+             place + rows.PlaceOf(row) * pitch, pitch);
+    }
+    interpolate(pair, count, [&](std::size_t line, std::size_t neighbour) {
+      return place + rows.PlaceOf(above + line + neighbour) * pitch;
+    });
+    pair += count;
+  }
+  // A pair that reaches past the image has neighbours of its own for each line, as the one below the upper
+  // line is mirrored while the lower line itself is not.
+  for (; pair < pairs.count; ++pair) {
+    const std::ptrdiff_t first = FirstLine(context) + 2 * std::ptrdiff_t{pair};
+    for (std::size_t row = 0; row < 6; ++row) {
+      const std::ptrdiff_t line = first + static_cast<std::ptrdiff_t>(row / 3 + row % 3) - 1;
+      const std::ptrdiff_t there = row % 3 == 1 ? line : NeighbourLine(context, line);
+      Reduce(pairs.lines.From(there), 1, columns, pairs.width, place + row * pitch, pitch);
+    }
+    interpolate(pair, 1, [&](std::size_t line, std::size_t neighbour) {
+      return place + (3 * line + neighbour) * pitch;
+    });
   }
 }
 

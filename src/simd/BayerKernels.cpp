@@ -108,11 +108,11 @@ void FastLines(const LineJob& job) {
   const Phase phase(job);
   const Writer writer(job);
   BlockBytes<Samples> redBytes, blueBytes;
-  EachLine<2, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
+  EachLine<2, 2>(job, [&](const auto& line) ZR_ALWAYS {
     constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
     EachBlock<Writer::kStep, kGroup>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      const U8 withRed = samples.Read(redBytes.At(line, line.source[0], x));
-      const U8 withBlue = samples.Read(blueBytes.At(line, line.source[1], x));
+      const U8 withRed = samples.Read(redBytes.At(line, 0, x));
+      const U8 withBlue = samples.Read(blueBytes.At(line, 1, x));
       const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
                                      MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
                                      Cast<Channel>::From(phase.BesideRed(withBlue))};
@@ -217,7 +217,7 @@ ZR_INLINE void BilinearPairs(const LineJob& job) {
   using Channel = typename Writer::Channel;
   const Bilinear<Channel> upper(job.redAtEvenColumn == redBelow), lower(job.redAtEvenColumn != redBelow);
   const Writer writer(job);
-  EachLine<6, 2>(job, [&](const LineJob& line) ZR_ALWAYS {
+  EachLine<6, 2>(job, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       constexpr int kUpper = redBelow ? 1 : 0, kLower = 1 - kUpper;
       writer.Write(line.destination[kUpper] + x * Writer::kStep,
@@ -243,9 +243,9 @@ template <class Samples>
 void InvertedLines(const LineJob& job) {
   const Samples samples(job);
   BlockBytes<Samples> block;
-  EachLine<1, 1>(job, [&](const LineJob& line) ZR_ALWAYS {
+  EachLine<1, 1>(job, [&](const auto& line) ZR_ALWAYS {
     EachBlock<1, Samples::kGroupPixels>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      Store(line.destination[0] + x, ~samples.Read(block.At(line, line.source[0], x)));
+      Store(line.destination[0] + x, ~samples.Read(block.At(line, 0, x)));
     });
   });
 }

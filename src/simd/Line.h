@@ -37,15 +37,30 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
-/// Calls `convert` with the job of each line, or pair of lines, in turn.
-template <int sources, int destinations, class F>
+/// A line, or pair of lines, of a job; apart from the job, so that it stays in registers.
+template <std::size_t sources, std::size_t destinations>
+struct JobLine {
+  const std::uint8_t* source[sources];
+  std::uint8_t* destination[destinations];
+  std::size_t width;
+  std::ptrdiff_t ahead;
+
+  explicit ZR_INLINE JobLine(const LineJob& job) : width(job.width), ahead(job.ahead) {
+    for (std::size_t i = 0; i < sources; ++i) source[i] = Alone(job.source[i]);
+    for (std::size_t i = 0; i < destinations; ++i) destination[i] = Alone(job.destination[i]);
+  }
+};
+
+/// Calls `convert` with each line, or pair of lines, of a job in turn.
+template <std::size_t sources, std::size_t destinations, class F>
 ZR_INLINE void EachLine(const LineJob& job, F convert) {
-  LineJob line = job;
-  for (std::size_t left = job.lines; left > 0;) {
+  JobLine<sources, destinations> line(job);
+  const std::ptrdiff_t sourceStep = job.sourceStep, destinationStep = job.destinationStep;
+  for (std::size_t left = job.lines;;) {
     convert(line);
-    if (--left == 0) break;
-    for (int i = 0; i < sources; ++i) line.source[i] += job.sourceStep;
-    for (int i = 0; i < destinations; ++i) line.destination[i] += job.destinationStep;
+    if (--left == 0) return;
+    for (const std::uint8_t*& source : line.source) source += sourceStep;
+    for (std::uint8_t*& destination : line.destination) destination += destinationStep;
   }
 }
 
@@ -63,11 +78,13 @@ ZR_INLINE void CallAhead(const std::uint8_t* p, std::ptrdiff_t ahead) {
 template <class Source>
 class BlockBytes {
  public:
-  ZR_INLINE const std::uint8_t* At(const LineJob& job, const std::uint8_t* line, std::size_t x) {
-    const std::uint8_t* bytes = line + x / Source::kGroupPixels * Source::kGroupBytes;
-    CallAhead<kBlock>(bytes, job.ahead);
+  /// Of source `from` of the line, from pixel x on.
+  template <class Line>
+  ZR_INLINE const std::uint8_t* At(const Line& line, int from, std::size_t x) {
+    const std::uint8_t* bytes = line.source[from] + x / Source::kGroupPixels * Source::kGroupBytes;
+    CallAhead<kBlock>(bytes, line.ahead);
     if constexpr (Source::kOverread > 0) {
-      const std::size_t after = (job.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
+      const std::size_t after = (line.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
       if (after < Source::kOverread) {
         std::memcpy(mCopy, bytes, kBlock);
         return mCopy;
@@ -87,12 +104,12 @@ void Lines(const LineJob& job) {
   const Source source(job);
   const Writer writer(job);
   BlockBytes<Source> block;
-  EachLine<1, 1>(job, [&](const LineJob& line) ZR_ALWAYS {
+  EachLine<1, 1>(job, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, Source::kGroupPixels>(
         line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
           using Channel = typename Writer::Channel;
           writer.Write(line.destination[0] + x * Writer::kStep,
-                       In<Channel>(source.template Read<Channel>(block.At(line, line.source[0], x))));
+                       In<Channel>(source.template Read<Channel>(block.At(line, 0, x))));
         });
   });
 }

@@ -109,6 +109,15 @@ struct LineJob {
 
 using LineFunction = void (*)(const LineJob&);
 
+/// A pointer loaded by itself, as it was stored. A load of several that were stored one by one has to wait until
+/// all of the processor's store buffer is written, streaming stores included, and then nothing is computed
+/// meanwhile.
+template <class Byte>
+inline Byte* Alone(Byte* pointer) {
+  asm("" : "+r"(pointer));
+  return pointer;
+}
+
 /// The kernels of one family at one level: row = reading counted from `first`, column = writing.
 struct FamilyKernels {
   Reading first;
