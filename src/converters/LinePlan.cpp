@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "converters/StagedLines.h"
 #include "core/OutputWriters.h"
 #include "core/PointerOffset.h"
 
@@ -23,9 +24,9 @@ namespace {
 /// touch.
 constexpr std::size_t kLargestBlock = 64, kLargestPixel = 8, kSlack = 64;
 
-/// Bytes of a frame staged at a time when it is written past the caches: so few that the processor's write
-/// buffers empty while the next ones are made, and room for two blocks of the longest pixels.
-constexpr std::size_t kStage = 1536;
+/// Bytes of a frame that are converted at a time when it is written past the caches: so few that the
+/// processor's write buffers empty while the next ones are made, and two blocks of the longest pixels.
+constexpr std::size_t kPiece = 1536;
 
 /// How far ahead of the bytes that are read memory is asked for the next ones, in frames larger than the
 /// caches.
@@ -258,28 +259,32 @@ void LinePlan::CopyOut(const std::uint8_t* staged, std::ptrdiff_t stagedPlane, s
   }
 }
 
-/// Parts of a line converted in the first-level cache and copied from there past all caches.
+/// Pieces of a line converted in the first-level cache and copied from there past all caches.
 void LinePlan::RunStaged(const Strip& strip) const {
-  alignas(64) std::uint8_t stage[kStage];
+  StagedLines staged({mDestinations, mPlanes, mJob.planeDistance}, strip.destination, mStream);
   const std::size_t longest =
-      kStage / (std::size_t{mPixelBytes} * mPlanes * mDestinations) / kLargestBlock * kLargestBlock;
+      kPiece / (std::size_t{mPixelBytes} * mPlanes * mDestinations) / kLargestBlock * kLargestBlock;
   simd::LineJob job = mJob;
-  job.planeDistance = static_cast<std::ptrdiff_t>(DestinationBytes(longest));
-  for (std::size_t i = 0; i < mDestinations; ++i)
-    job.destination[i] = stage + i * mPlanes * DestinationBytes(longest);
-
-  for (std::size_t x = 0; x < strip.pixels; x += job.width) {
+  job.planeDistance = staged.PlaneDistance();
+  // Pieces begin with whole groups, and in mosaics with whole tiles.
+  const std::size_t unit = std::max<std::size_t>(mGroup.pixels, 2);
+  job.width = staged.PieceToCacheLine(DestinationBytes(unit), DestinationBytes(kLargestBlock),
+                                      DestinationBytes(longest)) /
+              mPixelBytes;
+  for (std::size_t x = 0; x < strip.pixels; x += job.width, job.width = longest) {
     const std::size_t left = strip.pixels - x;
-    // The rest after a part must not be shorter than a block.
-    job.width = left <= longest ? left : left < longest + kLargestBlock ? longest - kLargestBlock : longest;
+    // The rest after a piece must not be shorter than a block.
+    if (left <= longest)
+      job.width = left;
+    else if (left < job.width + kLargestBlock)
+      job.width = longest - kLargestBlock;
+    staged.Reserve(DestinationBytes(job.width));
     for (std::size_t i = 0; i < mSources; ++i) job.source[i] = simd::Alone(strip.source[i]) + SourceBytes(x);
+    for (std::size_t i = 0; i < mDestinations; ++i) job.destination[i] = simd::Alone(staged.Next(i));
     mFunction(job);
-    for (std::size_t i = 0; i < mDestinations; ++i) {
-      for (std::ptrdiff_t plane = 0; plane < mPlanes; ++plane)
-        mStream(strip.destination[i] + DestinationBytes(x) + plane * mJob.planeDistance,
-                job.destination[i] + plane * job.planeDistance, DestinationBytes(job.width));
-    }
+    staged.Advance(DestinationBytes(job.width));
   }
+  staged.Finish();
 }
 
 }  // namespace ZrConvertersLib

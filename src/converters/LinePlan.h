@@ -62,7 +62,9 @@ class LinePlan {
   void Run(const Strip& strip) const;
 
   /// Bytes of a whole number of groups.
-  std::size_t SourceBytes(std::size_t pixels) const { return (pixels >> std::countr_zero(mGroup.pixels)) * mGroup.bytes; }
+  std::size_t SourceBytes(std::size_t pixels) const {
+    return (pixels >> std::countr_zero(mGroup.pixels)) * mGroup.bytes;
+  }
   std::size_t DestinationBytes(std::size_t pixels) const { return pixels * mPixelBytes; }
 
   const Group& GroupOfSource() const { return mGroup; }

@@ -109,9 +109,9 @@ struct LineJob {
 
 using LineFunction = void (*)(const LineJob&);
 
-/// A pointer loaded by itself, as it was stored. A load of several that were stored one by one has to wait until
-/// all of the processor's store buffer is written, streaming stores included, and then nothing is computed
-/// meanwhile.
+/// A pointer loaded by itself, as it was stored. A load of several that were stored one by one has to wait
+/// until all of the processor's store buffer is written, streaming stores included, and then nothing is
+/// computed meanwhile.
 template <class Byte>
 inline Byte* Alone(Byte* pointer) {
   asm("" : "+r"(pointer));
@@ -125,7 +125,7 @@ struct FamilyKernels {
   const LineFunction (*rows)[kWritings];
 };
 
-/// Copies `size` bytes past the caches, with non-temporal stores.
+/// Copies whole cache lines past the caches, with non-temporal stores; both sides begin with one.
 using StreamFunction = void (*)(std::uint8_t* destination, const std::uint8_t* source, std::size_t size);
 
 /// Copies pixels in reverse order.

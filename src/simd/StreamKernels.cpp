@@ -15,20 +15,9 @@ ZR_INLINE void StoreStreaming(std::uint8_t* p, U8 x) {
 #endif
 }
 
-/// Cache lines that the destination fills whole go past the caches; its first and last part do not.
+/// Whole cache lines.
 void Stream(std::uint8_t* destination, const std::uint8_t* source, std::size_t size) {
-  constexpr std::size_t kCacheLine = 64;
-  const std::size_t toLine = (0 - reinterpret_cast<std::uintptr_t>(destination)) % kCacheLine;
-  if (toLine >= size) {
-    std::memcpy(destination, source, size);
-    return;
-  }
-  std::memcpy(destination, source, toLine);
-  std::size_t at = toLine;
-  for (; at + kCacheLine <= size; at += kCacheLine)
-    for (std::size_t i = 0; i < kCacheLine; i += kWidth)
-      StoreStreaming(destination + at + i, Load(source + at + i));
-  std::memcpy(destination + at, source + at, size - at);
+  for (std::size_t at = 0; at < size; at += kWidth) StoreStreaming(destination + at, Load(source + at));
 }
 
 constexpr StreamFunction kFunction = Stream;
