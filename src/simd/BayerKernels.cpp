@@ -93,7 +93,7 @@ struct PackedSamples {
 
   explicit ZR_INLINE PackedSamples(const LineJob& job) : mForm{job.shift} {}
 
-  ZR_INLINE U8 Read(const std::uint8_t* p) const { return NarrowHigh(Packed<Form>::Read(mForm, p)); }
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return Packed<Form>::ReadHigh(mForm, p); }
 
  private:
   Form mForm;

@@ -68,8 +68,11 @@ struct PackedSource {
   explicit ZR_INLINE PackedSource(const LineJob& job) : mForm{job.shift} {}
 
   template <class Channel>
-  ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
-    return {Packed<Form>::Read(mForm, p)};
+  ZR_INLINE Grey<Channel> Read(const std::uint8_t* p) const {
+    if constexpr (std::is_same_v<Channel, U8>)
+      return {Packed<Form>::ReadHigh(mForm, p)};
+    else
+      return {Packed<Form>::Read(mForm, p)};
   }
 
  private:

@@ -22,7 +22,7 @@ ZR_INLINE U16 EveryFour() {
 
 /// Sample k of four stands at bits 10k to 10k + 9 of five bytes, least significant bits first.
 struct Form10p {
-  static constexpr int kPixels = 4, kBytes = 5;
+  static constexpr int kPixels = 4, kBytes = 5, kBits = 10;
   struct Map {
     static constexpr int kBytes = 5, kResult = 8;
     static constexpr int At(int j) { return j / 2 + j % 2; }
@@ -36,7 +36,7 @@ struct Form10p {
 
 /// Two samples in three bytes, least significant bits first; two such groups are taken as one.
 struct Form12p {
-  static constexpr int kPixels = 2, kBytes = 3;
+  static constexpr int kPixels = 2, kBytes = 3, kBits = 12;
   struct Map {
     static constexpr int kBytes = 6, kResult = 8;
     static constexpr int At(int j) { return j / 4 * 3 + j % 4 / 2 + j % 2; }
@@ -51,7 +51,7 @@ struct Form12p {
 /// Sample k of four stands at bits 14k to 14k + 13 of seven bytes. Up to three bytes hold a sample: the two
 /// that end with its top bit are moved up, and what then lacks comes from the byte before them.
 struct Form14p {
-  static constexpr int kPixels = 4, kBytes = 7;
+  static constexpr int kPixels = 4, kBytes = 7, kBits = 14;
   struct Upper {
     static constexpr int kBytes = 7, kResult = 8;
     static constexpr int At(int j) { return (14 * (j / 2) + 13) / 8 - 1 + j % 2; }
@@ -98,6 +98,44 @@ struct Packed {
   static ZR_INLINE Words Read(const Form& form, const std::uint8_t* p) {
     return {form.Scale(p), form.Scale(p + kHalf)};
   }
+
+  /// The upper 8 bits of the samples.
+  static ZR_INLINE U8 ReadHigh(const Form& form, const std::uint8_t* p) {
+#if defined(__AVX512VBMI__)
+    if constexpr (requires { Form::kBits; }) return Fields<Form::kBits>(p);
+#endif
+    return NarrowHigh(Read(form, p));
+  }
+
+#if defined(__AVX512VBMI__)
+ private:
+  /// Four samples that follow one another bit by bit fill whole bytes, which are put into 64 bits.
+  struct Four {
+    static constexpr int kBytes = 4 / Form::kPixels * Form::kBytes, kResult = 8;
+    static constexpr int At(int j) { return j; }
+  };
+
+  /// From 64 bits four samples' upper 8 bits, twice.
+  template <int bits>
+  struct Offsets {
+    static constexpr int At(int i) { return bits * (i % 4 + 1) - 8; }
+  };
+
+  /// Fours of the first and of the second half of the samples in turn, to natural order.
+  struct Halves {
+    static constexpr int At(int i) { return i / 4 % 8 * 8 + i / 32 * 4 + i % 4; }
+  };
+
+  template <int bits>
+  static ZR_INLINE U8 Fields(const std::uint8_t* p) {
+    const auto offsets = As<Native>(Constant<Offsets<bits>>::Get());
+    const auto first = As<Native>(Spread<Four>::Read(p)), second = As<Native>(Spread<Four>::Read(p + kHalf));
+    constexpr std::uint64_t kUpperFour = 0xF0F0F0F0F0F0F0F0;
+    const auto fours = _mm512_mask_multishift_epi64_epi8(_mm512_multishift_epi64_epi8(offsets, first),
+                                                         kUpperFour, offsets, second);
+    return ShuffleLanes<Halves>(As<U8>(fours));
+  }
+#endif
 };
 
 }  // namespace

@@ -185,7 +185,7 @@ struct Source422Packed {
   }
 
  private:
-  ZR_INLINE U8 Reduced(const std::uint8_t* p) const { return NarrowHigh(Packed<Form>::Read(mForm, p)); }
+  ZR_INLINE U8 Reduced(const std::uint8_t* p) const { return Packed<Form>::ReadHigh(mForm, p); }
 
   SharedConverter<lumaFirst> mConverter;
   Form mForm;
