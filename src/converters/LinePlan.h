@@ -74,6 +74,7 @@ class LinePlan {
   bool PlanesApart(std::size_t pixels) const;
 
   simd::LineJob& Job() { return mJob; }
+  const simd::LineJob& Job() const { return mJob; }
 
   /// Whether the frame exceeds the caches, so that memory is asked for what comes next.
   bool IsLarge() const { return mJob.ahead != 0; }

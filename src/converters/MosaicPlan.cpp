@@ -35,6 +35,8 @@ constexpr std::size_t PitchOf(std::uint32_t columns) {
 /// them and what is made of them are to stay in the first-level cache.
 constexpr std::size_t kScratch = 6 * PitchOf(kColumns), kScratchOfShortLines = std::size_t{16} << 10;
 
+static_assert(kScratchOfShortLines <= kScratch);
+
 constexpr std::size_t LinesKept(std::size_t pitch) {
   return std::max<std::size_t>(6, kScratchOfShortLines / pitch);
 }
@@ -301,69 +303,85 @@ class NeighbourRows {
 void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs,
                                     const Columns& columns) {
   alignas(64) std::uint8_t scratch[kScratch];
-  const std::size_t pitch = PitchOf(columns.Count());
   const MosaicTile tile = TileOf(context);
   const bool fromOdd = columns.first % 2 != 0;
   mBilinear.Job().redBelow = tile.redBelow;
   mBilinear.Job().redAtEvenColumn = tile.redRight == fromOdd;
-  const auto destinations = Destinations(context, mBilinear.DestinationBytes(columns.first), tile.redBelow);
-  const auto interpolate = [&](std::uint32_t pair, std::uint32_t count, const auto& row) {
-    const std::ptrdiff_t down = pair * pairs.destinationStep;
-    const std::size_t red = tile.redBelow ? 1 : 0, blue = 1 - red;
-    mBilinear.Run({{row(red, 0), row(red, 1), row(red, 2), row(blue, 0), row(blue, 1), row(blue, 2)},
-                   {OffsetBy(destinations[0], down), OffsetBy(destinations[1], down)},
-                   columns.Count(),
-                   count,
-                   static_cast<std::ptrdiff_t>(2 * pitch),
-                   pairs.destinationStep});
-  };
+  const Interpolation all{context, pairs, columns, scratch + kBeside, PitchOf(columns.Count())};
+  for (std::uint32_t pair = InterpolateInside(all); pair < pairs.count; ++pair) InterpolateBeyond(all, pair);
+}
 
-  std::uint8_t* const place = scratch + kBeside;
-  const NeighbourRows rows(context, pairs.count, LinesKept(pitch));
+/// The pairs that have both of their lines in the image; returns how many these are.
+std::uint32_t MosaicPlan::InterpolateInside(const Interpolation& all) const {
+  const NeighbourRows rows(all.context, all.pairs.count, LinesKept(all.pitch));
+  const auto place = [&](std::size_t row) { return all.rows + rows.PlaceOf(row) * all.pitch; };
   std::uint32_t pair = 0;
   for (std::size_t row = 0; pair < rows.Pairs();) {
     const std::uint32_t count = rows.InOrder(pair);
     const std::size_t above = 2 * std::size_t{pair}, end = above + 2 * count + 2;
     for (std::size_t following = 0; row < end; row += following) {
       following = rows.Following(row, end);
-      Reduce(pairs.lines.From(rows.LineOf(row)), following, columns, pairs.width,
-             place + rows.PlaceOf(row) * pitch, pitch);
+      Reduce(all, rows.LineOf(row), following, place(row));
     }
-    interpolate(pair, count, [&](std::size_t line, std::size_t neighbour) {
-      return place + rows.PlaceOf(above + line + neighbour) * pitch;
+    InterpolatePairs(all, pair, count, [&](std::size_t line, std::size_t neighbour) {
+      return place(above + line + neighbour);
     });
     pair += count;
   }
-  // A pair that reaches past the image has neighbours of its own for each line, as the one below the upper
-  // line is mirrored while the lower line itself is not.
-  for (; pair < pairs.count; ++pair) {
-    const std::ptrdiff_t first = FirstLine(context) + 2 * std::ptrdiff_t{pair};
-    for (std::size_t row = 0; row < 6; ++row) {
-      const std::ptrdiff_t line = first + static_cast<std::ptrdiff_t>(row / 3 + row % 3) - 1;
-      const std::ptrdiff_t there = row % 3 == 1 ? line : NeighbourLine(context, line);
-      Reduce(pairs.lines.From(there), 1, columns, pairs.width, place + row * pitch, pitch);
-    }
-    interpolate(pair, 1, [&](std::size_t line, std::size_t neighbour) {
-      return place + (3 * line + neighbour) * pitch;
-    });
-  }
+  return pair;
 }
 
-/// Of `count` lines the bytes of some columns and of those beside them, mirrored about the edge columns.
-/// reduced[0] is the first column of the first line; the next line's is `pitch` bytes on.
-void MosaicPlan::Reduce(const SourceLines& lines, std::size_t count, const Columns& columns,
-                        std::uint32_t width, std::uint8_t* reduced, std::size_t pitch) const {
+/// A pair that reaches past the image has neighbours of its own for each line, as the one below the upper
+/// line is mirrored while the lower line itself is not.
+void MosaicPlan::InterpolateBeyond(const Interpolation& all, std::uint32_t pair) const {
+  const auto place = [&](std::size_t line, std::size_t neighbour) {
+    return all.rows + (3 * line + neighbour) * all.pitch;
+  };
+  for (std::size_t line = 0; line < 2; ++line) {
+    const std::ptrdiff_t own =
+        FirstLine(all.context) + 2 * std::ptrdiff_t{pair} + static_cast<std::ptrdiff_t>(line);
+    Reduce(all, NeighbourLine(all.context, own - 1), 1, place(line, 0));
+    Reduce(all, own, 1, place(line, 1));
+    Reduce(all, NeighbourLine(all.context, own + 1), 1, place(line, 2));
+  }
+  InterpolatePairs(all, pair, 1, place);
+}
+
+/// `row` tells where the line above (0), the line itself and the line below (2) stand for the upper (0) and
+/// the lower line of the first pair; those of the next pairs are two rows on.
+template <class Row>
+void MosaicPlan::InterpolatePairs(const Interpolation& all, std::uint32_t pair, std::uint32_t count,
+                                  const Row& row) const {
+  const bool redBelow = mBilinear.Job().redBelow;
+  const std::size_t red = redBelow ? 1 : 0, blue = 1 - red;
+  const auto destinations =
+      Destinations(all.context, mBilinear.DestinationBytes(all.columns.first), redBelow);
+  const std::ptrdiff_t down = pair * all.pairs.destinationStep;
+  mBilinear.Run({{row(red, 0), row(red, 1), row(red, 2), row(blue, 0), row(blue, 1), row(blue, 2)},
+                 {OffsetBy(destinations[0], down), OffsetBy(destinations[1], down)},
+                 all.columns.Count(),
+                 count,
+                 static_cast<std::ptrdiff_t>(2 * all.pitch),
+                 all.pairs.destinationStep});
+}
+
+/// Of `count` lines from `line` on the bytes of the columns and of those beside them, mirrored about the edge
+/// columns. `row` is the place of the first column of the first line.
+void MosaicPlan::Reduce(const Interpolation& all, std::ptrdiff_t line, std::size_t count,
+                        std::uint8_t* row) const {
+  const Columns& columns = all.columns;
+  const SourceLines lines = all.pairs.lines.From(line);
   // Groups of samples may begin up to three columns before the neighbour.
   const std::uint32_t from = columns.first == 0 ? 0 : (columns.first - 1) / 4 * 4;
-  const std::uint32_t end = std::min(columns.end + 1, width);
-  std::uint8_t* const first = reduced - (columns.first - from);
+  const std::uint32_t end = std::min(columns.end + 1, all.pairs.width);
+  std::uint8_t* const first = row - (columns.first - from);
   if (mInverted)
-    Run(*mInverted, lines, count, {from, end}, first, pitch);
+    Run(*mInverted, lines, count, {from, end}, first, all.pitch);
   else
-    Samples(lines, count, {from, end}, first, pitch);
-  for (std::size_t i = 0; i < count; ++i, reduced += pitch) {
-    if (columns.first == 0) reduced[-1] = reduced[1];
-    if (columns.end == width) reduced[columns.Count()] = reduced[std::ptrdiff_t{columns.Count()} - 2];
+    Samples(lines, count, {from, end}, first, all.pitch);
+  for (std::size_t i = 0; i < count; ++i, row += all.pitch) {
+    if (columns.first == 0) row[-1] = row[1];
+    if (columns.end == all.pairs.width) row[columns.Count()] = row[std::ptrdiff_t{columns.Count()} - 2];
   }
 }
 

@@ -52,13 +52,26 @@ class MosaicPlan {
     std::uint32_t Count() const { return end - first; }
   };
 
+  /// Some columns of all pairs, and the memory for their samples as bytes.
+  struct Interpolation {
+    const PixelConverterContext& context;
+    const Pairs& pairs;
+    const Columns& columns;
+    std::uint8_t* rows;  ///< the first of the columns in the first row
+    std::size_t pitch;   ///< bytes from a row to the next
+  };
+
   LinePlan* Direct(std::uint32_t columns);
   void FastDirect(const PixelConverterContext& context, const Pairs& pairs, LinePlan& plan);
   void FastReduced(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
   void LastColumn(const PixelConverterContext& context, const Pairs& pairs);
   void InterpolateColumns(const PixelConverterContext& context, const Pairs& pairs, const Columns& columns);
-  void Reduce(const SourceLines& lines, std::size_t count, const Columns& columns, std::uint32_t width,
-              std::uint8_t* reduced, std::size_t pitch) const;
+  std::uint32_t InterpolateInside(const Interpolation& all) const;
+  void InterpolateBeyond(const Interpolation& all, std::uint32_t pair) const;
+  template <class Row>
+  void InterpolatePairs(const Interpolation& all, std::uint32_t pair, std::uint32_t count,
+                        const Row& row) const;
+  void Reduce(const Interpolation& all, std::ptrdiff_t line, std::size_t count, std::uint8_t* row) const;
   void Samples(const SourceLines& lines, std::size_t count, const Columns& columns, std::uint8_t* bytes,
                std::size_t pitch) const;
   static void Run(const LinePlan& plan, const SourceLines& lines, std::size_t count, const Columns& columns,

@@ -20,9 +20,8 @@ StagedLines::StagedLines(const Shape& shape, std::uint8_t* const* destinations, 
       mPlaneDistance(static_cast<std::ptrdiff_t>(
           mRoom + kCacheLine + static_cast<std::size_t>(shape.planeDistance) % kCacheLine)) {
   for (std::size_t line = 0; line < shape.lines; ++line) {
-    std::uint8_t* const begin = mBytes + line * shape.planes * (mRoom + 2 * kCacheLine);
     std::uint8_t* const destination = simd::Alone(destinations[line]);
-    mNext[line] = begin + InCacheLine(destination);
+    mNext[line] = Begin(line) + InCacheLine(destination);
     for (std::size_t plane = 0; plane < shape.planes; ++plane) {
       const auto i = static_cast<std::ptrdiff_t>(plane);
       std::uint8_t* const staged = mNext[line] + i * mPlaneDistance;
@@ -47,14 +46,11 @@ std::size_t StagedLines::PieceToCacheLine(std::size_t step, std::size_t least, s
 }
 
 void StagedLines::Reserve(std::size_t bytes) {
-  const std::uint8_t* const begin = mBytes;
-  if (static_cast<std::size_t>(mNext[0] - begin) + bytes <= mRoom) return;
+  if (static_cast<std::size_t>(mNext[0] - Begin(0)) + bytes <= mRoom) return;
   EachPlane([&](Rest& rest, const std::uint8_t* end) { StoreBefore(end, rest); });
   // What is left of each plane is less than a cache line and moves to where the first piece began.
-  for (std::size_t line = 0; line < mShape.lines; ++line) {
-    std::uint8_t* const first = mBytes + line * mShape.planes * (mRoom + 2 * kCacheLine);
-    mNext[line] = first + InCacheLine(mNext[line]);
-  }
+  for (std::size_t line = 0; line < mShape.lines; ++line)
+    mNext[line] = Begin(line) + InCacheLine(mNext[line]);
   EachPlane([&](Rest& rest, std::uint8_t* end) {
     std::uint8_t* const staged = end - InCacheLine(end);
     if (end != staged) std::memcpy(staged, rest.staged, kCacheLine);

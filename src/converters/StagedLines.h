@@ -10,8 +10,8 @@ namespace ZrConvertersLib {
 
 /// The lines that a kernel makes at a time, up to two of up to three planes, on their way past the caches.
 /// They are made piece by piece in the first-level cache, as far into a cache line there as in the
-/// destination, so that all but their ends is stored by whole cache lines, each of which is made before it is
-/// stored.
+/// destination, so that all but their ends is stored by whole cache lines. What a piece does not fill of its
+/// last one waits for the next piece.
 class StagedLines {
  public:
   struct Shape {
@@ -32,8 +32,7 @@ class StagedLines {
   /// Makes room for a piece of so many bytes a line.
   void Reserve(std::size_t bytes);
 
-  /// After a piece of so many bytes a line has been made: stores the ones before. The newest stay, as its
-  /// bytes are still on their way to the cache.
+  /// After a piece of so many bytes a line has been made: stores what whole cache lines it fills.
   void Advance(std::size_t bytes);
 
   /// Stores all that is left.
@@ -42,8 +41,8 @@ class StagedLines {
  private:
   static constexpr std::size_t kCacheLine = 64, kMostLines = 2, kMostPlanes = 3;
 
-  /// Bytes of all lines; what is added to each for its place within a cache line is less than twice that.
-  static constexpr std::size_t kRoom = 12288;
+  /// Bytes of all lines, not counting what each has to begin within a cache line.
+  static constexpr std::size_t kRoom = std::size_t{12} << 10;
 
   /// One plane of a line: the first byte that is not stored yet, and how far from there it goes.
   struct Rest {
@@ -57,6 +56,7 @@ class StagedLines {
     return reinterpret_cast<std::uintptr_t>(p) % kCacheLine;
   }
 
+  std::uint8_t* Begin(std::size_t line) { return mBytes + line * mShape.planes * (mRoom + 2 * kCacheLine); }
   template <class F>
   void EachPlane(F f);
   void StoreBefore(const std::uint8_t* end, Rest& rest) const;

@@ -5,8 +5,9 @@
 
 #include "core/YCbCrMatrix.h"
 
-/// The one header that both the baseline code and the kernel files see. Plain data only: an inline function
-/// compiled with wide instructions here could be the copy that the linker keeps for everybody.
+/// The one header that both the baseline code and the kernel files see. Plain data and nothing of
+/// external linkage: an inline function compiled with wide instructions here could be the copy that the
+/// linker keeps for everybody.
 
 namespace ZrConvertersLib::simd {
 
@@ -111,9 +112,9 @@ using LineFunction = void (*)(const LineJob&);
 
 /// A pointer loaded by itself, as it was stored. A load of several that were stored one by one has to wait
 /// until all of the processor's store buffer is written, streaming stores included, and then nothing is
-/// computed meanwhile.
+/// computed meanwhile. Of internal linkage, and part of whatever calls it.
 template <class Byte>
-inline Byte* Alone(Byte* pointer) {
+[[gnu::always_inline]] static inline Byte* Alone(Byte* pointer) {
   asm("" : "+r"(pointer));
   return pointer;
 }
