@@ -76,9 +76,6 @@ class LinePlan {
   simd::LineJob& Job() { return mJob; }
   const simd::LineJob& Job() const { return mJob; }
 
-  /// Whether the frame exceeds the caches, so that memory is asked for what comes next.
-  bool IsLarge() const { return mJob.ahead != 0; }
-
   /// Makes what was written past the caches visible to other threads in order. Call once after the last line.
   void Finish() const;
 

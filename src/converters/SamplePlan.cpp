@@ -2,14 +2,12 @@
 
 #include <algorithm>
 
-#include "core/PointerOffset.h"
-
 namespace ZrConvertersLib {
 
 namespace {
 
-/// Pixels converted at a time, and the most samples they have: together with what is written they stay in the
-/// first-level cache.
+/// Pixels converted at a time, and the most samples they have: two pieces of bytes and what is written stay in
+/// the first-level cache.
 constexpr std::size_t kPiece = 2048, kSamplesPerPixel = 3;
 
 /// Groups of samples reach past the piece; whole vectors are read beyond it.
@@ -33,6 +31,7 @@ void SamplePlan::RunLine(const Strip& strip) const {
     const std::size_t samples = (mPixels.SourceBytes(pixels) + group - 1) / group * group;
     mSamples.Run({{strip.source[0] + SourceBytes(x)}, {bytes[x / kPiece % 2]}, samples});
   };
+  // A piece ahead: the bytes that are read have left the store buffer.
   reduce(0);
   for (std::size_t x = 0; x < strip.pixels; x += kPiece) {
     if (x + kPiece < strip.pixels) reduce(x + kPiece);
