@@ -6,8 +6,8 @@ namespace ZrConvertersLib {
 
 namespace {
 
-/// Pixels converted at a time, and the most samples they have: two pieces of bytes and what is written stay in
-/// the first-level cache.
+/// Pixels converted at a time, and the most samples they have: two pieces of bytes and what is written stay
+/// in the first-level cache.
 constexpr std::size_t kPiece = 2048, kSamplesPerPixel = 3;
 
 /// Groups of samples reach past the piece; whole vectors are read beyond it.
