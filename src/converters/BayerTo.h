@@ -65,7 +65,7 @@ class BayerTo : public PixelConverter {
  private:
   MosaicRecipe Recipe() const {
     if (sizeof(T) == 1) return {Out::kIndex, {}, {}};
-    return {Out::kIndex, SampleRecipe{simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift}, mShift};
+    return {Out::kIndex, SampleRecipe{simd::SourceReader::Mono16, {1, sizeof(T)}, 8 - mShift}, mShift};
   }
 
   std::uint32_t mShift;

@@ -18,15 +18,15 @@ class RGBFilter;
 /// How samples that stand in words or are packed become the bytes that a kernel reads: by the kernel that
 /// would convert them to Mono8.
 struct SampleRecipe {
-  simd::Reading reading;
+  simd::SourceReader reader;
   Group group;          ///< samples and bytes of the smallest whole group
-  std::uint32_t shift;  ///< of the reading
+  std::uint32_t shift;  ///< of the reader
 };
 
 /// What a converter asks of its kernel; the same for every line it ever converts.
 struct LineRecipe {
-  simd::Reading reading;
-  Group group;               ///< pixels and bytes of the reading's smallest whole group
+  simd::SourceReader reader;
+  Group group;               ///< pixels and bytes of the reader's smallest whole group
   std::uint8_t destination;  ///< place in kDestinations
   std::uint32_t shift = 0;
   std::uint8_t flip = 0;
@@ -39,7 +39,7 @@ struct LineRecipe {
 bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples);
 
 /// What one kernel call needs of the image: pointers to the first pixel of its lines.
-struct Strip {
+struct LineBlock {
   const std::uint8_t* source[6];
   std::uint8_t* destination[2];
   std::size_t pixels;  ///< a whole number of groups
@@ -47,7 +47,7 @@ struct Strip {
   std::ptrdiff_t sourceStep = 0, destinationStep = 0;
 
   /// One of its lines, or pairs of them.
-  Strip Line(std::size_t line) const;
+  LineBlock Line(std::size_t line) const;
 };
 
 /// Everything about a conversion that does not vary from line to line, found once per frame: the kernel for
@@ -59,7 +59,7 @@ class LinePlan {
   /// The plan that makes bytes of samples.
   LinePlan(const PixelConverterContext& context, const SampleRecipe& recipe);
 
-  void Run(const Strip& strip) const;
+  void Run(const LineBlock& block) const;
 
   /// Bytes of a whole number of groups.
   std::size_t SourceBytes(std::size_t pixels) const {
@@ -73,23 +73,23 @@ class LinePlan {
   /// turn.
   bool PlanesApart(std::size_t pixels) const;
 
-  simd::LineJob& Job() { return mJob; }
-  const simd::LineJob& Job() const { return mJob; }
+  simd::KernelArgs& Args() { return mArgs; }
+  const simd::KernelArgs& Args() const { return mArgs; }
 
   /// Makes what was written past the caches visible to other threads in order. Call once after the last line.
   void Finish() const;
 
  private:
   void SetTables(const RGBFilter& filter);
-  void RunWhole(const Strip& strip) const;
-  void RunLine(const Strip& strip) const;
-  void RunPadded(const Strip& strip) const;
-  void RunStaged(const Strip& strip) const;
+  void RunWhole(const LineBlock& block) const;
+  void RunLine(const LineBlock& block) const;
+  void RunPadded(const LineBlock& block) const;
+  void RunStaged(const LineBlock& block) const;
   void CopyOut(const std::uint8_t* staged, std::ptrdiff_t stagedPlane, std::uint8_t* destination,
                std::size_t pixels) const;
   bool BlockPlanesOverlap(std::size_t pixels) const;
 
-  simd::LineJob mJob;
+  simd::KernelArgs mArgs;
   simd::LineFunction mFunction;
   simd::StreamFunction mStream;  ///< null when the frame is written through the caches
   std::size_t mBlock;

@@ -9,8 +9,8 @@
 namespace ZrConvertersLib {
 
 /// Densely packed samples, least significant bits first, in groups like those of the format `like`.
-template <class Out, long like, simd::Reading reading>
-class DensePackedTo : public KernelConverter<DensePackedTo<Out, like, reading>> {
+template <class Out, long like, simd::SourceReader reader>
+class DensePackedTo : public KernelConverter<DensePackedTo<Out, like, reader>> {
  public:
   explicit DensePackedTo(const FormatRow& source) : DensePackedTo(source, Out::kTypeId, true) {}
 
@@ -29,9 +29,9 @@ class DensePackedTo : public KernelConverter<DensePackedTo<Out, like, reading>> 
   std::uint32_t GetWidthMultiplier() const override { return mWidthMultiplier; }
 
   LineRecipe Recipe(std::uint32_t) const {
-    return {.reading = reading, .group = kGroup, .destination = Out::kIndex};
+    return {.reader = reader, .group = kGroup, .destination = Out::kIndex};
   }
-  SampleRecipe Samples() const { return {reading, kGroup, 0}; }
+  SampleRecipe Samples() const { return {reader, kGroup, 0}; }
   std::size_t Pixels(std::uint32_t width) const { return WholeGroups(width, kGroup.pixels); }
 
  private:
@@ -41,11 +41,11 @@ class DensePackedTo : public KernelConverter<DensePackedTo<Out, like, reading>> 
 };
 
 template <class Out>
-using Mono10pTo = DensePackedTo<Out, PixelTypeIds::Mono10p, simd::Reading::Mono10p>;
+using Mono10pTo = DensePackedTo<Out, PixelTypeIds::Mono10p, simd::SourceReader::Mono10p>;
 template <class Out>
-using Mono12pTo = DensePackedTo<Out, PixelTypeIds::Mono12p, simd::Reading::Mono12p>;
+using Mono12pTo = DensePackedTo<Out, PixelTypeIds::Mono12p, simd::SourceReader::Mono12p>;
 template <class Out>
-using Mono14pTo = DensePackedTo<Out, PixelTypeIds::Mono14p, simd::Reading::Mono14p>;
+using Mono14pTo = DensePackedTo<Out, PixelTypeIds::Mono14p, simd::SourceReader::Mono14p>;
 
 /// Pairs of samples in three bytes. The nibbles of the middle byte are shifted by 6 for Mono10Packed and by 4
 /// for every other source, so that the upper two bits of a 10-bit nibble meet the byte above: kept as it
@@ -66,10 +66,12 @@ class MonoPackedTo : public KernelConverter<MonoPackedTo<Out>> {
   }
 
   LineRecipe Recipe(std::uint32_t) const {
-    return {
-        .reading = simd::Reading::MonoPacked, .group = kGroup, .destination = Out::kIndex, .shift = mShift};
+    return {.reader = simd::SourceReader::MonoPacked,
+            .group = kGroup,
+            .destination = Out::kIndex,
+            .shift = mShift};
   }
-  SampleRecipe Samples() const { return {simd::Reading::MonoPacked, kGroup, mShift}; }
+  SampleRecipe Samples() const { return {simd::SourceReader::MonoPacked, kGroup, mShift}; }
   std::size_t Pixels(std::uint32_t width) const { return WholeGroups(width, kGroup.pixels); }
 
  private:
@@ -99,10 +101,10 @@ class MonoPTo : public KernelConverter<MonoPTo<Out>> {
   }
 
   LineRecipe Recipe(std::uint32_t) const {
-    const auto reading = mBitsPerPixel == 1   ? simd::Reading::Mono1p
-                         : mBitsPerPixel == 2 ? simd::Reading::Mono2p
-                                              : simd::Reading::Mono4p;
-    return {.reading = reading,
+    const auto reader = mBitsPerPixel == 1   ? simd::SourceReader::Mono1p
+                        : mBitsPerPixel == 2 ? simd::SourceReader::Mono2p
+                                             : simd::SourceReader::Mono4p;
+    return {.reader = reader,
             .group = {static_cast<std::uint8_t>(8 / mBitsPerPixel), 1},
             .destination = Out::kIndex};
   }

@@ -17,8 +17,8 @@ class MonoTo : public KernelConverter<MonoTo<T, Out>> {
         mShift(16u - source.depth) {}
 
   LineRecipe Recipe(std::uint32_t) const {
-    constexpr auto reading = sizeof(T) == 1 ? simd::Reading::Mono8 : simd::Reading::Mono16;
-    return {.reading = reading, .group = {1, sizeof(T)}, .destination = Out::kIndex, .shift = mShift};
+    constexpr auto reader = sizeof(T) == 1 ? simd::SourceReader::Mono8 : simd::SourceReader::Mono16;
+    return {.reader = reader, .group = {1, sizeof(T)}, .destination = Out::kIndex, .shift = mShift};
   }
 
   std::size_t Pixels(std::uint32_t width) const { return width; }
@@ -35,7 +35,7 @@ class Mono8sTo : public KernelConverter<Mono8sTo<Out>> {
       : KernelConverter<Mono8sTo>(source.id, Out::kTypeId, source.bytes, Out::kByteSize, 1, 1, true) {}
 
   LineRecipe Recipe(std::uint32_t) const {
-    return {.reading = simd::Reading::Mono8, .group = {1, 1}, .destination = Out::kIndex, .flip = 0x80};
+    return {.reader = simd::SourceReader::Mono8, .group = {1, 1}, .destination = Out::kIndex, .flip = 0x80};
   }
 
   std::size_t Pixels(std::uint32_t width) const { return width; }
@@ -49,7 +49,7 @@ class Mono32To : public KernelConverter<Mono32To<Out>> {
       : KernelConverter<Mono32To>(source.id, Out::kTypeId, source.bytes, Out::kByteSize, 1, 1, true) {}
 
   LineRecipe Recipe(std::uint32_t) const {
-    return {.reading = simd::Reading::Mono32, .group = {1, 4}, .destination = Out::kIndex};
+    return {.reader = simd::SourceReader::Mono32, .group = {1, 4}, .destination = Out::kIndex};
   }
 
   std::size_t Pixels(std::uint32_t width) const { return width; }

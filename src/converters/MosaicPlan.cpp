@@ -11,7 +11,7 @@
 
 namespace ZrConvertersLib {
 
-using simd::Reading;
+using simd::SourceReader;
 using ZrUtilsLib::Result;
 using ZrUtilsLib::ResultCode;
 
@@ -43,37 +43,39 @@ constexpr std::size_t LinesKept(std::size_t pitch) {
 
 LineRecipe FastRecipe(const MosaicRecipe& recipe) {
   if (recipe.shift)
-    return {.reading = Reading::BayerFast16,
+    return {.reader = SourceReader::BayerFast16,
             .group = {1, 2},
             .destination = recipe.destination,
             .shift = *recipe.shift};
-  return {.reading = Reading::BayerFast8, .group = {1, 1}, .destination = recipe.destination};
+  return {.reader = SourceReader::BayerFast8, .group = {1, 1}, .destination = recipe.destination};
 }
 
 LineRecipe BilinearRecipe(const MosaicRecipe& recipe) {
-  return {.reading = Reading::BayerBilinear, .group = {1, 1}, .destination = recipe.destination};
+  return {.reader = SourceReader::BayerBilinear, .group = {1, 1}, .destination = recipe.destination};
 }
 
 /// Samples of the depth that the bilinear kernel takes for byte channels.
-LineRecipe InvertedRecipe(const MosaicRecipe& recipe) {
-  LineRecipe inverted = {.reading = Reading::BayerInverted8,
-                         .group = {1, 1},
-                         .destination = OutputMono8::kIndex,
-                         .throughCaches = true};
+LineRecipe ComplementRecipe(const MosaicRecipe& recipe) {
+  LineRecipe complement = {.reader = SourceReader::BayerComplement8,
+                           .group = {1, 1},
+                           .destination = OutputMono8::kIndex,
+                           .throughCaches = true};
   if (recipe.shift) {
-    inverted.reading = Reading::BayerInverted16;
-    inverted.group = {1, 2};
-    inverted.shift = *recipe.shift;
+    complement.reader = SourceReader::BayerComplement16;
+    complement.group = {1, 2};
+    complement.shift = *recipe.shift;
   } else if (recipe.samples) {
-    ReadSamplesDirectly(inverted, *recipe.samples);
+    ReadSamplesDirectly(complement, *recipe.samples);
   }
-  return inverted;
+  return complement;
 }
 
 /// A colour on the 16-bit scale, as three words.
 LineRecipe SingleRecipe(const MosaicRecipe& recipe) {
-  return {
-      .reading = Reading::RGB16, .group = {1, 6}, .destination = recipe.destination, .throughCaches = true};
+  return {.reader = SourceReader::RGB16,
+          .group = {1, 6},
+          .destination = recipe.destination,
+          .throughCaches = true};
 }
 
 /// The tile at line 0, column 0; of several flags, BGGR wins, then RGGB, then GBRG.
@@ -129,7 +131,7 @@ MosaicPlan::MosaicPlan(const PixelConverterContext& context, const MosaicRecipe&
       mBilinear(context, BilinearRecipe(recipe)),
       mSingle(context, SingleRecipe(recipe)),
       mDirect(!recipe.samples || recipe.shift) {
-  if (kDestinations[recipe.destination].depth == 8) mInverted.emplace(context, InvertedRecipe(recipe));
+  if (kDestinations[recipe.destination].depth == 8) mComplement.emplace(context, ComplementRecipe(recipe));
   if (!recipe.samples) return;
   mSamples.emplace(context, *recipe.samples);
   LineRecipe fused = FastRecipe(recipe);
@@ -165,7 +167,7 @@ void MosaicPlan::FastDirect(const PixelConverterContext& context, const Pairs& p
   const MosaicTile tile = TileOf(context);
   const std::ptrdiff_t top = FirstLine(context);
   const auto destinations = Destinations(context, 0, false);
-  plan.Job().redAtEvenColumn = !tile.redRight;
+  plan.Args().redAtEvenColumn = !tile.redRight;
   plan.Run({{pairs.lines.At(top + (tile.redBelow ? 1 : 0)), pairs.lines.At(top + (tile.redBelow ? 0 : 1))},
             {destinations[0], destinations[1]},
             pairs.width - pairs.width % 2,
@@ -181,7 +183,7 @@ void MosaicPlan::FastReduced(const PixelConverterContext& context, const Pairs& 
   const auto pitch = static_cast<std::ptrdiff_t>(PitchOf(columns.Count()));
   const auto most = static_cast<std::uint32_t>(LinesKept(PitchOf(columns.Count())) / 2);
   const MosaicTile tile = TileOf(context);
-  mFast.Job().redAtEvenColumn = !tile.redRight;
+  mFast.Args().redAtEvenColumn = !tile.redRight;
   for (std::uint32_t i = 0; i < pairs.count; i += most) {
     const std::uint32_t count = std::min(most, pairs.count - i);
     Samples(pairs.lines.From(FirstLine(context) + 2 * std::ptrdiff_t{i}), std::size_t{2} * count, columns,
@@ -305,8 +307,8 @@ void MosaicPlan::InterpolateColumns(const PixelConverterContext& context, const 
   alignas(64) std::uint8_t scratch[kScratch];
   const MosaicTile tile = TileOf(context);
   const bool fromOdd = columns.first % 2 != 0;
-  mBilinear.Job().redBelow = tile.redBelow;
-  mBilinear.Job().redAtEvenColumn = tile.redRight == fromOdd;
+  mBilinear.Args().redBelow = tile.redBelow;
+  mBilinear.Args().redAtEvenColumn = tile.redRight == fromOdd;
   const Interpolation all{context, pairs, columns, scratch + kBeside, PitchOf(columns.Count())};
   for (std::uint32_t pair = InterpolateInside(all); pair < pairs.count; ++pair) InterpolateBeyond(all, pair);
 }
@@ -352,7 +354,7 @@ void MosaicPlan::InterpolateBeyond(const Interpolation& all, std::uint32_t pair)
 template <class Row>
 void MosaicPlan::InterpolatePairs(const Interpolation& all, std::uint32_t pair, std::uint32_t count,
                                   const Row& row) const {
-  const bool redBelow = mBilinear.Job().redBelow;
+  const bool redBelow = mBilinear.Args().redBelow;
   const std::size_t red = redBelow ? 1 : 0, blue = 1 - red;
   const auto destinations =
       Destinations(all.context, mBilinear.DestinationBytes(all.columns.first), redBelow);
@@ -375,8 +377,8 @@ void MosaicPlan::Reduce(const Interpolation& all, std::ptrdiff_t line, std::size
   const std::uint32_t from = columns.first == 0 ? 0 : (columns.first - 1) / 4 * 4;
   const std::uint32_t end = std::min(columns.end + 1, all.pairs.width);
   std::uint8_t* const first = row - (columns.first - from);
-  if (mInverted)
-    Run(*mInverted, lines, count, {from, end}, first, all.pitch);
+  if (mComplement)
+    Run(*mComplement, lines, count, {from, end}, first, all.pitch);
   else
     Samples(lines, count, {from, end}, first, all.pitch);
   for (std::size_t i = 0; i < count; ++i, row += all.pitch) {

@@ -79,7 +79,7 @@ class MosaicPlan {
 
   LinePlan mFast, mBilinear, mSingle;
   std::optional<LinePlan> mSamples;
-  std::optional<LinePlan> mInverted;  ///< the samples as interpolation to byte channels takes them
+  std::optional<LinePlan> mComplement;  ///< the samples as interpolation to byte channels takes them
   std::optional<LinePlan>
       mFused;    ///< the fast method for packed samples of lines that end with a whole group
   bool mDirect;  ///< whether mFast reads the source itself

@@ -29,8 +29,8 @@ constexpr std::size_t PixelsOf(Sharing sharing, std::uint32_t width) {
 }
 
 /// Samples of type T. Those in words are shifted down to 8 bits first.
-template <class T, class Out, simd::Reading reading, Sharing sharing>
-class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, sharing>> {
+template <class T, class Out, simd::SourceReader reader, Sharing sharing>
+class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reader, sharing>> {
  public:
   explicit YCbCrLayoutTo(const FormatRow& source)
       : KernelConverter<YCbCrLayoutTo>(source.id, Out::kTypeId, sharing == Sharing::Four ? 4 : source.bytes,
@@ -45,12 +45,12 @@ class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, shar
 
   LineRecipe Recipe(std::uint32_t flags) const {
     constexpr std::uint8_t bytes = (static_cast<std::uint8_t>(sharing) + 2) * kReadBytes;
-    LineRecipe recipe{.reading = reading,
+    LineRecipe recipe{.reader = reader,
                       .group = {static_cast<std::uint8_t>(sharing), bytes},
                       .destination = Out::kIndex,
                       .shift = mShift,
                       .matrix = &MatrixOf(flags)};
-    if (sizeof(T) > kReadBytes) recipe.samples = {simd::Reading::Mono16, {1, sizeof(T)}, 8 - mShift};
+    if (sizeof(T) > kReadBytes) recipe.samples = {simd::SourceReader::Mono16, {1, sizeof(T)}, 8 - mShift};
     return recipe;
   }
   std::size_t Pixels(std::uint32_t width) const { return PixelsOf(sharing, width); }
@@ -63,18 +63,20 @@ class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reading, shar
 };
 
 template <class T, class Out>
-using YCbCrTo = YCbCrLayoutTo<T, Out, simd::Reading::YCbCr, Sharing::None>;
+using YCbCrTo = YCbCrLayoutTo<T, Out, simd::SourceReader::YCbCr, Sharing::None>;
 template <class T, class Out>
-using YCbCr_CbYCrTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYCr, Sharing::None>;
+using YCbCr_CbYCrTo = YCbCrLayoutTo<T, Out, simd::SourceReader::CbYCr, Sharing::None>;
 template <class T, class Out>
 using YCbCr422To =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::YCbYCr8 : simd::Reading::YCbYCr16, Sharing::Two>;
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::SourceReader::YCbYCr8 : simd::SourceReader::YCbYCr16,
+                  Sharing::Two>;
 template <class T, class Out>
 using YCbCr422_CbYCrYTo =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::Reading::CbYCrY8 : simd::Reading::CbYCrY16, Sharing::Two>;
+    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::SourceReader::CbYCrY8 : simd::SourceReader::CbYCrY16,
+                  Sharing::Two>;
 template <class T, class Out>
-using YCbCr411To = YCbCrLayoutTo<T, Out, simd::Reading::YYCbYYCr, Sharing::Four>;
+using YCbCr411To = YCbCrLayoutTo<T, Out, simd::SourceReader::YYCbYYCr, Sharing::Four>;
 template <class T, class Out>
-using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::Reading::CbYYCrYY, Sharing::Four>;
+using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::SourceReader::CbYYCrYY, Sharing::Four>;
 
 }  // namespace ZrConvertersLib

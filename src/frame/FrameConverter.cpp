@@ -3,8 +3,8 @@
 #include <new>
 #include <utility>
 
+#include "frame/BandConversion.h"
 #include "frame/FramePlan.h"
-#include "frame/FrameRun.h"
 #include "frame/FrameScratch.h"
 
 namespace ZrConvertersLib {
@@ -108,9 +108,9 @@ Result FrameConverter::ConvertLines(std::uint32_t first, std::uint32_t count, co
   if (first > Height() || count > Height() - first) return FrameCode::LinesOutside;
   if (count == 0) return {};
 
-  FrameRun run(plan, mState->scratch, static_cast<const std::uint8_t*>(source.data),
-               static_cast<std::int64_t>(from.stride), static_cast<std::uint8_t*>(destination.data),
-               static_cast<std::int64_t>(to.stride));
+  BandConversion run(plan, mState->scratch, static_cast<const std::uint8_t*>(source.data),
+                     static_cast<std::int64_t>(from.stride), static_cast<std::uint8_t*>(destination.data),
+                     static_cast<std::int64_t>(to.stride));
   return run.Convert(BandOf(plan, first, count));
 }
 

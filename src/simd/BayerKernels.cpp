@@ -1,7 +1,7 @@
 #include "simd/Line.h"
 #include "simd/Packed.h"
 
-/// Readings of colour filter mosaics, a pair of lines at a time. All arithmetic is on 8-bit samples. A 16-bit
+/// Readers of colour filter mosaics, a pair of lines at a time. All arithmetic is on 8-bit samples. A 16-bit
 /// lane holds two neighbouring columns, the even one in its low byte.
 
 namespace ZrConvertersLib::simd {
@@ -12,8 +12,8 @@ namespace {
 /// Bytes of pairs chosen by a table that is made once a line: the same byte of each pair, twice.
 class Phase {
  public:
-  explicit ZR_INLINE Phase(const LineJob& job)
-      : mRed(Constant<Even>::Get() + Splat8(job.redAtEvenColumn ? 0 : 1)), mBlue(mRed ^ Splat8(1)) {}
+  explicit ZR_INLINE Phase(const KernelArgs& args)
+      : mRed(Constant<Even>::Get() + Splat8(args.redAtEvenColumn ? 0 : 1)), mBlue(mRed ^ Splat8(1)) {}
 
   ZR_INLINE U8 AtRed(U8 pairs) const { return ShuffleBytes(pairs, mRed); }
   ZR_INLINE U8 BesideRed(U8 pairs) const { return ShuffleBytes(pairs, mBlue); }
@@ -31,7 +31,7 @@ class Phase {
 /// Bytes of pairs: the one in the column that red has in its line, or the other one, twice.
 class Phase {
  public:
-  explicit ZR_INLINE Phase(const LineJob& job) : mUp(job.redAtEvenColumn ? 8 : 0) {}
+  explicit ZR_INLINE Phase(const KernelArgs& args) : mUp(args.redAtEvenColumn ? 8 : 0) {}
 
   ZR_INLINE U8 AtRed(U8 pairs) const { return Twice(ShiftLeft(As<U16>(pairs), mUp)); }
   ZR_INLINE U8 BesideRed(U8 pairs) const { return Twice(ShiftLeft(As<U16>(pairs), 8 - mUp)); }
@@ -65,7 +65,7 @@ struct MeanOfTwo<Words> {
 struct ByteSamples {
   static constexpr int kGroupPixels = 1, kGroupBytes = 1, kOverread = 0;
 
-  explicit ZR_INLINE ByteSamples(const LineJob&) {}
+  explicit ZR_INLINE ByteSamples(const KernelArgs&) {}
 
   ZR_INLINE U8 Read(const std::uint8_t* p) const { return Load(p); }
 };
@@ -74,7 +74,7 @@ struct ByteSamples {
 struct WordSamples {
   static constexpr int kGroupPixels = 1, kGroupBytes = 2, kOverread = 0;
 
-  explicit ZR_INLINE WordSamples(const LineJob& job) : mShift(job.shift) {}
+  explicit ZR_INLINE WordSamples(const KernelArgs& args) : mShift(args.shift) {}
 
   ZR_INLINE U8 Read(const std::uint8_t* p) const {
     const Words samples = LoadWords(p);
@@ -91,7 +91,7 @@ struct PackedSamples {
   static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
   static constexpr int kOverread = Packed<Form>::kOverread;
 
-  explicit ZR_INLINE PackedSamples(const LineJob& job) : mForm{job.shift} {}
+  explicit ZR_INLINE PackedSamples(const KernelArgs& args) : mForm{args.shift} {}
 
   ZR_INLINE U8 Read(const std::uint8_t* p) const { return Packed<Form>::ReadHigh(mForm, p); }
 
@@ -102,13 +102,13 @@ struct PackedSamples {
 /// Fast demosaic: one colour for the four pixels of a tile, green the mean of its two. Source 0 is the line
 /// with red, source 1 the line with blue; both destination lines get the same pixels.
 template <class Samples, class Writer>
-void FastLines(const LineJob& job) {
+void FastLines(const KernelArgs& args) {
   using Channel = typename Writer::Channel;
-  const Samples samples(job);
-  const Phase phase(job);
-  const Writer writer(job);
+  const Samples samples(args);
+  const Phase phase(args);
+  const Writer writer(args);
   BlockBytes<Samples> redBytes, blueBytes;
-  EachLine<2, 2>(job, [&](const auto& line) ZR_ALWAYS {
+  EachLine<2, 2>(args, [&](const auto& line) ZR_ALWAYS {
     constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
     EachBlock<Writer::kStep, kGroup>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       const U8 withRed = samples.Read(redBytes.At(line, 0, x));
@@ -135,7 +135,7 @@ template <class Channel>
 class Bilinear;
 
 /// In bytes, every mean at every site: a vector then holds as many columns as it has bytes, and the sites are
-/// chosen at the end. The samples come inverted: processors have a mean of bytes that rounds up, and the
+/// chosen at the end. The samples come complemented: processors have a mean of bytes that rounds up, and the
 /// inverse of the mean of inverses is the mean rounded down.
 template <>
 class Bilinear<U8> {
@@ -148,8 +148,8 @@ class Bilinear<U8> {
     const Beside sides(LoadOnce(here - 1), LoadOnce(here + 1)), upright(LoadOnce(above), LoadOnce(below));
     const Beside left(LoadOnce(above - 1), LoadOnce(below - 1)),
         right(LoadOnce(above + 1), LoadOnce(below + 1));
-    return {SelectInverted(mOwn, site, sides.mean), SelectInverted(mOwn, OfFour(sides, upright), site),
-            SelectInverted(mOwn, OfFour(left, right), upright.mean)};
+    return {SelectComplement(mOwn, site, sides.mean), SelectComplement(mOwn, OfFour(sides, upright), site),
+            SelectComplement(mOwn, OfFour(left, right), upright.mean)};
   }
 
  private:
@@ -213,11 +213,11 @@ ZR_INLINE Colour<Channel> Ordered(const Interpolated<Channel>& p) {
 /// Both lines of each pair side by side. The upper one is written first, which shows where planes of the two
 /// overlap.
 template <bool redBelow, class Writer>
-ZR_INLINE void BilinearPairs(const LineJob& job) {
+ZR_INLINE void BilinearPairs(const KernelArgs& args) {
   using Channel = typename Writer::Channel;
-  const Bilinear<Channel> upper(job.redAtEvenColumn == redBelow), lower(job.redAtEvenColumn != redBelow);
-  const Writer writer(job);
-  EachLine<6, 2>(job, [&](const auto& line) ZR_ALWAYS {
+  const Bilinear<Channel> upper(args.redAtEvenColumn == redBelow), lower(args.redAtEvenColumn != redBelow);
+  const Writer writer(args);
+  EachLine<6, 2>(args, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       constexpr int kUpper = redBelow ? 1 : 0, kLower = 1 - kUpper;
       writer.Write(line.destination[kUpper] + x * Writer::kStep,
@@ -231,26 +231,26 @@ ZR_INLINE void BilinearPairs(const LineJob& job) {
 /// Sources 0 to 2 are the line with red between its neighbours, 3 to 5 the line with blue; destination 0
 /// takes the former, 1 the latter.
 template <class, class Writer>
-void BilinearLines(const LineJob& job) {
-  if (job.redBelow)
-    BilinearPairs<true, Writer>(job);
+void BilinearLines(const KernelArgs& args) {
+  if (args.redBelow)
+    BilinearPairs<true, Writer>(args);
   else
-    BilinearPairs<false, Writer>(job);
+    BilinearPairs<false, Writer>(args);
 }
 
-/// Samples to bytes, each inverted, as Bilinear takes them for byte channels.
+/// Samples to bytes, each complemented, as Bilinear takes them for byte channels.
 template <class Samples>
-void InvertedLines(const LineJob& job) {
-  const Samples samples(job);
+void ComplementLines(const KernelArgs& args) {
+  const Samples samples(args);
   BlockBytes<Samples> block;
-  EachLine<1, 1>(job, [&](const auto& line) ZR_ALWAYS {
+  EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
     EachBlock<1, Samples::kGroupPixels>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       Store(line.destination[0] + x, ~samples.Read(block.At(line, 0, x)));
     });
   });
 }
 
-constinit const LineFunction kRows[][kWritings] = {
+constinit const LineFunction kRows[][kPixelWriters] = {
     ZR_ROW(FastLines, ByteSamples),
     ZR_ROW(FastLines, WordSamples),
     ZR_ROW(FastLines, PackedSamples<Form10p>),
@@ -258,18 +258,18 @@ constinit const LineFunction kRows[][kWritings] = {
     ZR_ROW(FastLines, PackedSamples<Form14p>),
     ZR_ROW(FastLines, PackedSamples<FormPairPacked>),
     ZR_ROW(BilinearLines, void),
-    {&InvertedLines<ByteSamples>},
-    {&InvertedLines<WordSamples>},
-    {&InvertedLines<PackedSamples<Form10p>>},
-    {&InvertedLines<PackedSamples<Form12p>>},
-    {&InvertedLines<PackedSamples<Form14p>>},
-    {&InvertedLines<PackedSamples<FormPairPacked>>},
+    {&ComplementLines<ByteSamples>},
+    {&ComplementLines<WordSamples>},
+    {&ComplementLines<PackedSamples<Form10p>>},
+    {&ComplementLines<PackedSamples<Form12p>>},
+    {&ComplementLines<PackedSamples<Form14p>>},
+    {&ComplementLines<PackedSamples<FormPairPacked>>},
 };
 
 }  // namespace
 
 extern const FamilyKernels ZR_AT_LEVEL(kBayerKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {Reading::BayerFast8,
+constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {SourceReader::BayerFast8,
                                                             sizeof kRows / sizeof kRows[0], kRows};
 
 }  // namespace ZrConvertersLib::simd

@@ -3,8 +3,8 @@
 #include "simd/LineKernel.h"
 #include "simd/Vec.h"
 
-/// What goes from a reading to a writing: one block of kWidth pixels, a channel held either as bytes (bits 8
-/// to 15 of the 16-bit scale) or as words (the whole scale). Each writing names the form it wants; readings
+/// What goes from a reader to a writer: one block of kWidth pixels, a channel held either as bytes (bits 8
+/// to 15 of the 16-bit scale) or as words (the whole scale). Each writer names the form it wants; readers
 /// give the form they have cheapest.
 
 namespace ZrConvertersLib::simd {

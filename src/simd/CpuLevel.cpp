@@ -123,10 +123,10 @@ std::size_t StreamingThreshold() {
   return sStreamingThreshold.load(std::memory_order_relaxed);
 }
 
-LineFunction Level::Find(Reading reading, Writing writing) const {
+LineFunction Level::Find(SourceReader reader, PixelWriter writer) const {
   for (const FamilyKernels* family : families) {
-    const std::size_t row = static_cast<std::size_t>(reading) - static_cast<std::size_t>(family->first);
-    if (row < family->readings) return family->rows[row][static_cast<std::size_t>(writing)];
+    const std::size_t row = static_cast<std::size_t>(reader) - static_cast<std::size_t>(family->first);
+    if (row < family->readers) return family->rows[row][static_cast<std::size_t>(writer)];
   }
   return nullptr;
 }

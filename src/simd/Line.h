@@ -37,26 +37,26 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
-/// A line, or pair of lines, of a job; apart from the job, so that it stays in registers.
+/// A line, or pair of lines, of a args; apart from the args, so that it stays in registers.
 template <std::size_t sources, std::size_t destinations>
-struct JobLine {
+struct LinePointers {
   const std::uint8_t* source[sources];
   std::uint8_t* destination[destinations];
   std::size_t width;
-  std::ptrdiff_t ahead;
+  std::ptrdiff_t prefetch;
 
-  explicit ZR_INLINE JobLine(const LineJob& job) : width(job.width), ahead(job.ahead) {
-    for (std::size_t i = 0; i < sources; ++i) source[i] = Alone(job.source[i]);
-    for (std::size_t i = 0; i < destinations; ++i) destination[i] = Alone(job.destination[i]);
+  explicit ZR_INLINE LinePointers(const KernelArgs& args) : width(args.width), prefetch(args.prefetch) {
+    for (std::size_t i = 0; i < sources; ++i) source[i] = LoadedSingly(args.source[i]);
+    for (std::size_t i = 0; i < destinations; ++i) destination[i] = LoadedSingly(args.destination[i]);
   }
 };
 
-/// Calls `convert` with each line, or pair of lines, of a job in turn.
+/// Calls `convert` with each line, or pair of lines, of a args in turn.
 template <std::size_t sources, std::size_t destinations, class F>
-ZR_INLINE void EachLine(const LineJob& job, F convert) {
-  JobLine<sources, destinations> line(job);
-  const std::ptrdiff_t sourceStep = job.sourceStep, destinationStep = job.destinationStep;
-  for (std::size_t left = job.lines;;) {
+ZR_INLINE void EachLine(const KernelArgs& args, F convert) {
+  LinePointers<sources, destinations> line(args);
+  const std::ptrdiff_t sourceStep = args.sourceStep, destinationStep = args.destinationStep;
+  for (std::size_t left = args.lines;;) {
     convert(line);
     if (--left == 0) return;
     for (const std::uint8_t*& source : line.source) source += sourceStep;
@@ -67,10 +67,10 @@ ZR_INLINE void EachLine(const LineJob& job, F convert) {
 /// Calls to the cache what will be read soon. The processor does so by itself, but too late for frames that
 /// come from memory and in too few streams.
 template <int bytes>
-ZR_INLINE void CallAhead(const std::uint8_t* p, std::ptrdiff_t ahead) {
+ZR_INLINE void Prefetch(const std::uint8_t* p, std::ptrdiff_t prefetch) {
   Unrolled<(bytes + 63) / 64>([&](auto i) ZR_ALWAYS {
     __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) +
-                                                     static_cast<std::uintptr_t>(ahead + 64 * i)));
+                                                     static_cast<std::uintptr_t>(prefetch + 64 * i)));
   });
 }
 
@@ -82,7 +82,7 @@ class BlockBytes {
   template <class Line>
   ZR_INLINE const std::uint8_t* At(const Line& line, int from, std::size_t x) {
     const std::uint8_t* bytes = line.source[from] + x / Source::kGroupPixels * Source::kGroupBytes;
-    CallAhead<kBlock>(bytes, line.ahead);
+    Prefetch<kBlock>(bytes, line.prefetch);
     if constexpr (Source::kOverread > 0) {
       const std::size_t after = (line.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
       if (after < Source::kOverread) {
@@ -100,11 +100,11 @@ class BlockBytes {
 
 /// Source lines to destination lines.
 template <class Source, class Writer>
-void Lines(const LineJob& job) {
-  const Source source(job);
-  const Writer writer(job);
+void Lines(const KernelArgs& args) {
+  const Source source(args);
+  const Writer writer(args);
   BlockBytes<Source> block;
-  EachLine<1, 1>(job, [&](const auto& line) ZR_ALWAYS {
+  EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, Source::kGroupPixels>(
         line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
           using Channel = typename Writer::Channel;
@@ -117,7 +117,7 @@ void Lines(const LineJob& job) {
 }  // namespace
 }  // namespace ZrConvertersLib::simd
 
-/// All writings of one kernel template `kernel<Source, Writer>`, in the order of Writing.
+/// All writers of one kernel template `kernel<Source, Writer>`, in the order of PixelWriter.
 #define ZR_ROW(kernel, ...)                                                                          \
   {                                                                                                  \
     &kernel<__VA_ARGS__, MonoWriter<8>>, &kernel<__VA_ARGS__, MonoWriter<10>>,                       \

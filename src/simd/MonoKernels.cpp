@@ -1,7 +1,7 @@
 #include "simd/Line.h"
 #include "simd/Packed.h"
 
-/// Readings of monochrome lines. A reading of one line says how many bytes a group of pixels takes and gives
+/// Readers of monochrome lines. A reader of one line says how many bytes a group of pixels takes and gives
 /// a block of kWidth pixels from the block's first byte, in the form that is asked for where it can choose.
 
 namespace ZrConvertersLib::simd {
@@ -12,10 +12,10 @@ struct PlainLine {
 };
 
 /// One byte a pixel.
-struct Mono8Source : PlainLine {
+struct Mono8Reader : PlainLine {
   static constexpr int kGroupBytes = 1;
 
-  explicit ZR_INLINE Mono8Source(const LineJob& job) : mFlip(Splat8(job.flip)) {}
+  explicit ZR_INLINE Mono8Reader(const KernelArgs& args) : mFlip(Splat8(args.flip)) {}
 
   template <class Channel>
   ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
@@ -27,10 +27,10 @@ struct Mono8Source : PlainLine {
 };
 
 /// One little-endian word a pixel, brought to the 16-bit scale by a left shift.
-struct Mono16Source : PlainLine {
+struct Mono16Reader : PlainLine {
   static constexpr int kGroupBytes = 2;
 
-  explicit ZR_INLINE Mono16Source(const LineJob& job) : mShift(job.shift) {}
+  explicit ZR_INLINE Mono16Reader(const KernelArgs& args) : mShift(args.shift) {}
 
   template <class Channel>
   ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
@@ -43,10 +43,10 @@ struct Mono16Source : PlainLine {
 };
 
 /// One 32-bit word a pixel; its upper half is the value.
-struct Mono32Source : PlainLine {
+struct Mono32Reader : PlainLine {
   static constexpr int kGroupBytes = 4;
 
-  explicit ZR_INLINE Mono32Source(const LineJob&) {}
+  explicit ZR_INLINE Mono32Reader(const KernelArgs&) {}
 
   template <class Channel>
   ZR_INLINE Grey<Words> Read(const std::uint8_t* p) const {
@@ -61,11 +61,11 @@ struct Mono32Source : PlainLine {
 
 /// A packed line.
 template <class Form>
-struct PackedSource {
+struct PackedReader {
   static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
   static constexpr int kOverread = Packed<Form>::kOverread;
 
-  explicit ZR_INLINE PackedSource(const LineJob& job) : mForm{job.shift} {}
+  explicit ZR_INLINE PackedReader(const KernelArgs& args) : mForm{args.shift} {}
 
   template <class Channel>
   ZR_INLINE Grey<Channel> Read(const std::uint8_t* p) const {
@@ -154,11 +154,11 @@ struct SubByte {
 
 /// A line of such samples.
 template <int bits>
-struct SubByteSource {
+struct SubByteReader {
   static constexpr int kGroupPixels = 8 / bits, kGroupBytes = 1;
   static constexpr int kOverread = SubByte<bits>::kOverread;
 
-  explicit ZR_INLINE SubByteSource(const LineJob&) {}
+  explicit ZR_INLINE SubByteReader(const KernelArgs&) {}
 
   template <class Channel>
   ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
@@ -166,23 +166,23 @@ struct SubByteSource {
   }
 };
 
-constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(Lines, Mono8Source),
-    ZR_ROW(Lines, Mono16Source),
-    ZR_ROW(Lines, Mono32Source),
-    ZR_ROW(Lines, PackedSource<Form10p>),
-    ZR_ROW(Lines, PackedSource<Form12p>),
-    ZR_ROW(Lines, PackedSource<Form14p>),
-    ZR_ROW(Lines, PackedSource<FormPairPacked>),
-    ZR_ROW(Lines, SubByteSource<1>),
-    ZR_ROW(Lines, SubByteSource<2>),
-    ZR_ROW(Lines, SubByteSource<4>),
+constinit const LineFunction kRows[][kPixelWriters] = {
+    ZR_ROW(Lines, Mono8Reader),
+    ZR_ROW(Lines, Mono16Reader),
+    ZR_ROW(Lines, Mono32Reader),
+    ZR_ROW(Lines, PackedReader<Form10p>),
+    ZR_ROW(Lines, PackedReader<Form12p>),
+    ZR_ROW(Lines, PackedReader<Form14p>),
+    ZR_ROW(Lines, PackedReader<FormPairPacked>),
+    ZR_ROW(Lines, SubByteReader<1>),
+    ZR_ROW(Lines, SubByteReader<2>),
+    ZR_ROW(Lines, SubByteReader<4>),
 };
 
 }  // namespace
 
 extern const FamilyKernels ZR_AT_LEVEL(kMonoKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kMonoKernels) = {Reading::Mono8, sizeof kRows / sizeof kRows[0],
-                                                           kRows};
+constinit const FamilyKernels ZR_AT_LEVEL(kMonoKernels) = {SourceReader::Mono8,
+                                                           sizeof kRows / sizeof kRows[0], kRows};
 
 }  // namespace ZrConvertersLib::simd

@@ -1,6 +1,6 @@
 #include "simd/Line.h"
 
-/// Readings of interleaved red, green and blue. Alpha is read past.
+/// Readers of interleaved red, green and blue. Alpha is read past.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -27,10 +27,10 @@ ZR_INLINE Vectors<3> Channels(const Vectors<4>& memory) {
 
 /// One byte a channel.
 template <int channels, bool blueFirst>
-struct BytesSource {
+struct BytesReader {
   static constexpr int kGroupPixels = 1, kGroupBytes = channels, kOverread = 0;
 
-  explicit ZR_INLINE BytesSource(const LineJob&) {}
+  explicit ZR_INLINE BytesReader(const KernelArgs&) {}
 
   template <class Channel>
   ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
@@ -41,10 +41,10 @@ struct BytesSource {
 
 /// One little-endian word a channel, brought to the 16-bit scale by a left shift.
 template <int channels, bool blueFirst>
-struct WordsSource {
+struct WordsReader {
   static constexpr int kGroupPixels = 1, kGroupBytes = 2 * channels, kOverread = 0;
 
-  explicit ZR_INLINE WordsSource(const LineJob& job) : mShift(job.shift) {}
+  explicit ZR_INLINE WordsReader(const KernelArgs& args) : mShift(args.shift) {}
 
   template <class Channel>
   ZR_INLINE Colour<Channel> Read(const std::uint8_t* p) const {
@@ -77,17 +77,17 @@ struct WordsSource {
   std::uint32_t mShift;
 };
 
-constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(Lines, BytesSource<3, false>), ZR_ROW(Lines, BytesSource<3, true>),
-    ZR_ROW(Lines, BytesSource<4, false>), ZR_ROW(Lines, BytesSource<4, true>),
-    ZR_ROW(Lines, WordsSource<3, false>), ZR_ROW(Lines, WordsSource<3, true>),
-    ZR_ROW(Lines, WordsSource<4, false>), ZR_ROW(Lines, WordsSource<4, true>),
+constinit const LineFunction kRows[][kPixelWriters] = {
+    ZR_ROW(Lines, BytesReader<3, false>), ZR_ROW(Lines, BytesReader<3, true>),
+    ZR_ROW(Lines, BytesReader<4, false>), ZR_ROW(Lines, BytesReader<4, true>),
+    ZR_ROW(Lines, WordsReader<3, false>), ZR_ROW(Lines, WordsReader<3, true>),
+    ZR_ROW(Lines, WordsReader<4, false>), ZR_ROW(Lines, WordsReader<4, true>),
 };
 
 }  // namespace
 
 extern const FamilyKernels ZR_AT_LEVEL(kRGBKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kRGBKernels) = {Reading::RGB8, sizeof kRows / sizeof kRows[0],
+constinit const FamilyKernels ZR_AT_LEVEL(kRGBKernels) = {SourceReader::RGB8, sizeof kRows / sizeof kRows[0],
                                                           kRows};
 
 }  // namespace ZrConvertersLib::simd

@@ -198,7 +198,7 @@ ZR_INLINE U8 Select(U8 mask, U8 a, U8 b) {
 }
 
 /// The inverse of that.
-ZR_INLINE U8 SelectInverted(U8 mask, U8 a, U8 b) {
+ZR_INLINE U8 SelectComplement(U8 mask, U8 a, U8 b) {
 #if defined(__AVX512VBMI__)
   return As<U8>(_mm512_ternarylogic_epi32(As<Native>(mask), As<Native>(a), As<Native>(b), 0x35));
 #else

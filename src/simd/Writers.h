@@ -4,20 +4,20 @@
 #include "simd/Interleave.h"
 #include "simd/Lookup.h"
 
-/// The sixteen writings: four shapes. A writer is made once a line from the job and stores blocks; kStep is
-/// the bytes from a pixel to the next (in each plane), Channel the form of block it takes.
+/// The sixteen writers: four shapes. A writer is made from the arguments of a call and stores blocks; kStep
+/// is the bytes from a pixel to the next (in each plane), Channel the form of block it takes.
 
 namespace ZrConvertersLib::simd {
 namespace {
 
 /// The filter of the 8-bit colour writers, or nothing at all when it is the identity.
 template <bool filtered>
-class Tone;
+class FilterTables;
 
 template <>
-class Tone<false> {
+class FilterTables<false> {
  public:
-  explicit ZR_INLINE Tone(const LineJob&) {}
+  explicit ZR_INLINE FilterTables(const KernelArgs&) {}
 
   template <class Block>
   ZR_INLINE const Block& operator()(const Block& block) const {
@@ -26,13 +26,13 @@ class Tone<false> {
 };
 
 template <>
-class Tone<true> {
+class FilterTables<true> {
  public:
-  explicit ZR_INLINE Tone(const LineJob& job)
-      : mRed(job.tables[0]),
-        mGreen(job.tables[1]),
-        mBlue(job.tables[2]),
-        mGrey(job.tables[0] == job.tables[1] && job.tables[0] == job.tables[2]) {}
+  explicit ZR_INLINE FilterTables(const KernelArgs& args)
+      : mRed(args.tables[0]),
+        mGreen(args.tables[1]),
+        mBlue(args.tables[2]),
+        mGrey(args.tables[0] == args.tables[1] && args.tables[0] == args.tables[2]) {}
 
   ZR_INLINE Colour<U8> operator()(const Colour<U8>& block) const {
     return {mRed(block.red), mGreen(block.green), mBlue(block.blue)};
@@ -73,7 +73,7 @@ struct Sample<8> {
 /// Mono: the green channel.
 template <int depth>
 struct MonoWriter : Sample<depth> {
-  explicit ZR_INLINE MonoWriter(const LineJob&) {}
+  explicit ZR_INLINE MonoWriter(const KernelArgs&) {}
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
@@ -84,18 +84,18 @@ struct MonoWriter : Sample<depth> {
 /// Red, green and blue planes, one after the other.
 template <int depth, bool filtered = false>
 struct PlanarWriter : Sample<depth> {
-  explicit ZR_INLINE PlanarWriter(const LineJob& job) : mTone(job), mPlane(job.planeDistance) {}
+  explicit ZR_INLINE PlanarWriter(const KernelArgs& args) : mTables(args), mPlane(args.planeDistance) {}
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    const auto toned = mTone(block);
-    this->Put(p, toned.Red());
-    this->Put(p + mPlane, toned.Green());
-    this->Put(p + 2 * mPlane, toned.Blue());
+    const auto mapped = mTables(block);
+    this->Put(p, mapped.Red());
+    this->Put(p + mPlane, mapped.Green());
+    this->Put(p + 2 * mPlane, mapped.Blue());
   }
 
  private:
-  Tone<filtered> mTone;
+  FilterTables<filtered> mTables;
   std::ptrdiff_t mPlane;
 };
 
@@ -136,15 +136,15 @@ struct ThreeBytesWriter {
   using Channel = U8;
   static constexpr int kStep = 3;
 
-  explicit ZR_INLINE ThreeBytesWriter(const LineJob& job) : mTone(job) {}
+  explicit ZR_INLINE ThreeBytesWriter(const KernelArgs& args) : mTables(args) {}
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    StoreThree<blueFirst, 1>(p, mTone(block));
+    StoreThree<blueFirst, 1>(p, mTables(block));
   }
 
  private:
-  Tone<filtered> mTone;
+  FilterTables<filtered> mTables;
 };
 
 /// Three 16-bit words a pixel.
@@ -153,7 +153,7 @@ struct ThreeWordsWriter {
   using Channel = Words;
   static constexpr int kStep = 6;
 
-  explicit ZR_INLINE ThreeWordsWriter(const LineJob&) {}
+  explicit ZR_INLINE ThreeWordsWriter(const KernelArgs&) {}
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
@@ -168,15 +168,15 @@ struct FourBytesWriter {
   using Channel = U8;
   static constexpr int kStep = 4;
 
-  explicit ZR_INLINE FourBytesWriter(const LineJob& job) : mTone(job) {}
+  explicit ZR_INLINE FourBytesWriter(const KernelArgs& args) : mTables(args) {}
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    StoreFour<blueFirst>(p, mTone(block));
+    StoreFour<blueFirst>(p, mTables(block));
   }
 
  private:
-  Tone<filtered> mTone;
+  FilterTables<filtered> mTables;
 };
 
 /// Word: red in bits 15..11, green in 10..5, blue in 4..0.
@@ -185,22 +185,22 @@ struct RGB565Writer {
   using Channel = U8;
   static constexpr int kStep = 2;
 
-  explicit ZR_INLINE RGB565Writer(const LineJob& job) : mTone(job) {}
+  explicit ZR_INLINE RGB565Writer(const KernelArgs& args) : mTables(args) {}
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    const auto toned = mTone(block);
-    const U8 green = toned.Green();
+    const auto mapped = mTables(block);
+    const U8 green = mapped.Green();
     // Shifted as words: the bits that come from the neighbouring byte are those that are not selected.
-    const U8 high = Select(Splat8(0xF8), toned.Red(), As<U8>(As<U16>(green) >> 5));
-    const U8 low = Select(Splat8(0xE0), As<U8>(As<U16>(green) << 3), As<U8>(As<U16>(toned.Blue()) >> 3));
+    const U8 high = Select(Splat8(0xF8), mapped.Red(), As<U8>(As<U16>(green) >> 5));
+    const U8 low = Select(Splat8(0xE0), As<U8>(As<U16>(green) << 3), As<U8>(As<U16>(mapped.Blue()) >> 3));
     const Words words = InterleaveBytes(low, high);
     Store(p, words.a);
     Store(p + kWidth, words.b);
   }
 
  private:
-  Tone<filtered> mTone;
+  FilterTables<filtered> mTables;
 };
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "simd/Line.h"
 #include "simd/Packed.h"
 
-/// Readings of YCbCr. All arithmetic is on 8-bit samples, in 32 bits and exact.
+/// Readers of YCbCr. All arithmetic is on 8-bit samples, in 32 bits and exact.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -78,11 +78,11 @@ ZR_INLINE U8 Clip(S32 a, S32 b, S32 c, S32 d) {
 
 /// 4:4:4; LumaCb and LumaCr spread pixels to words of luma and chroma in turn.
 template <class LumaCb, class LumaCr>
-struct Source444 {
+struct YCbCr444Reader {
   static constexpr int kGroupPixels = 1, kGroupBytes = 3;
   static constexpr int kOverread = Spread<LumaCb>::kOverread;
 
-  explicit ZR_INLINE Source444(const LineJob& job) : mMatrix(*job.matrix) {}
+  explicit ZR_INLINE YCbCr444Reader(const KernelArgs& args) : mMatrix(*args.matrix) {}
 
   template <class Channel>
   ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
@@ -112,7 +112,7 @@ struct Pairs {
 template <bool lumaFirst>
 class SharedConverter {
  public:
-  explicit ZR_INLINE SharedConverter(const LineJob& job) : mMatrix(*job.matrix) {}
+  explicit ZR_INLINE SharedConverter(const KernelArgs& args) : mMatrix(*args.matrix) {}
 
   ZR_INLINE Colour<U8> Convert(U8 a, U8 b) const {
     const Colour<S16> first = Half(As<U16>(a)), second = Half(As<U16>(b));
@@ -135,10 +135,10 @@ class SharedConverter {
 
 /// 4:2:2 with samples in bytes.
 template <bool lumaFirst>
-struct Source422 {
+struct YCbCr422Reader {
   static constexpr int kGroupPixels = 2, kGroupBytes = 4, kOverread = 0;
 
-  explicit ZR_INLINE Source422(const LineJob& job) : mConverter(job) {}
+  explicit ZR_INLINE YCbCr422Reader(const KernelArgs& args) : mConverter(args) {}
 
   template <class Channel>
   ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
@@ -151,10 +151,10 @@ struct Source422 {
 
 /// 4:2:2 with samples in words, which are cut to their upper 8 bits.
 template <bool lumaFirst>
-struct Source422Words {
+struct YCbCr422WordsReader {
   static constexpr int kGroupPixels = 2, kGroupBytes = 8, kOverread = 0;
 
-  explicit ZR_INLINE Source422Words(const LineJob& job) : mConverter(job), mShift(job.shift) {}
+  explicit ZR_INLINE YCbCr422WordsReader(const KernelArgs& args) : mConverter(args), mShift(args.shift) {}
 
   template <class Channel>
   ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
@@ -173,11 +173,11 @@ struct Source422Words {
 
 /// 4:2:2 with packed samples, which are cut to their upper 8 bits.
 template <bool lumaFirst, class Form>
-struct Source422Packed {
+struct YCbCr422PackedReader {
   static constexpr int kGroupPixels = 2, kGroupBytes = 4 / Form::kPixels * Form::kBytes;
   static constexpr int kOverread = Packed<Form>::kOverread;
 
-  explicit ZR_INLINE Source422Packed(const LineJob& job) : mConverter(job), mForm{job.shift} {}
+  explicit ZR_INLINE YCbCr422PackedReader(const KernelArgs& args) : mConverter(args), mForm{args.shift} {}
 
   template <class Channel>
   ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
@@ -193,11 +193,11 @@ struct Source422Packed {
 
 /// 4:1:1: six bytes of four pixels are spread to luma and chroma in turn, as 4:2:2 has them.
 template <class Order>
-struct Source411 {
+struct YCbCr411Reader {
   static constexpr int kGroupPixels = 4, kGroupBytes = 6;
   static constexpr int kOverread = Spread<Order>::kOverread;
 
-  explicit ZR_INLINE Source411(const LineJob& job) : mConverter(job) {}
+  explicit ZR_INLINE YCbCr411Reader(const KernelArgs& args) : mConverter(args) {}
 
   template <class Channel>
   ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
@@ -224,25 +224,25 @@ struct CbYYCrYY {
   }
 };
 
-constinit const LineFunction kRows[][kWritings] = {
-    ZR_ROW(Lines, Source444<Pairs<0, 1>, Pairs<0, 2>>),  // Y Cb Cr
-    ZR_ROW(Lines, Source444<Pairs<1, 0>, Pairs<1, 2>>),  // Cb Y Cr
-    ZR_ROW(Lines, Source422<true>),
-    ZR_ROW(Lines, Source422Words<true>),
-    ZR_ROW(Lines, Source422Packed<true, Form10p>),
-    ZR_ROW(Lines, Source422Packed<true, Form12p>),
-    ZR_ROW(Lines, Source422<false>),
-    ZR_ROW(Lines, Source422Words<false>),
-    ZR_ROW(Lines, Source422Packed<false, Form10p>),
-    ZR_ROW(Lines, Source422Packed<false, Form12p>),
-    ZR_ROW(Lines, Source411<YYCbYYCr>),
-    ZR_ROW(Lines, Source411<CbYYCrYY>),
+constinit const LineFunction kRows[][kPixelWriters] = {
+    ZR_ROW(Lines, YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>>),  // Y Cb Cr
+    ZR_ROW(Lines, YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>>),  // Cb Y Cr
+    ZR_ROW(Lines, YCbCr422Reader<true>),
+    ZR_ROW(Lines, YCbCr422WordsReader<true>),
+    ZR_ROW(Lines, YCbCr422PackedReader<true, Form10p>),
+    ZR_ROW(Lines, YCbCr422PackedReader<true, Form12p>),
+    ZR_ROW(Lines, YCbCr422Reader<false>),
+    ZR_ROW(Lines, YCbCr422WordsReader<false>),
+    ZR_ROW(Lines, YCbCr422PackedReader<false, Form10p>),
+    ZR_ROW(Lines, YCbCr422PackedReader<false, Form12p>),
+    ZR_ROW(Lines, YCbCr411Reader<YYCbYYCr>),
+    ZR_ROW(Lines, YCbCr411Reader<CbYYCrYY>),
 };
 
 }  // namespace
 
 extern const FamilyKernels ZR_AT_LEVEL(kYCbCrKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kYCbCrKernels) = {Reading::YCbCr, sizeof kRows / sizeof kRows[0],
-                                                            kRows};
+constinit const FamilyKernels ZR_AT_LEVEL(kYCbCrKernels) = {SourceReader::YCbCr,
+                                                            sizeof kRows / sizeof kRows[0], kRows};
 
 }  // namespace ZrConvertersLib::simd

@@ -1,4 +1,4 @@
-#include "frame/FrameRun.h"
+#include "frame/BandConversion.h"
 
 #include <ZrConvertersLib/PixelConverter.h>
 
@@ -36,7 +36,7 @@ std::uint32_t Raw(std::int64_t value) noexcept {
 
 }  // namespace
 
-struct FrameRun::RawCall {
+struct BandConversion::RawCall {
   const std::uint8_t* source = nullptr;
   std::int64_t sourceStride = 0;
   std::uint8_t* picture = nullptr;
@@ -48,8 +48,9 @@ struct FrameRun::RawCall {
   bool flip = false;
 };
 
-FrameRun::FrameRun(const FramePlan& plan, FrameScratch& scratch, const std::uint8_t* source,
-                   std::int64_t sourceStride, std::uint8_t* picture, std::int64_t pictureStride) noexcept
+BandConversion::BandConversion(const FramePlan& plan, FrameScratch& scratch, const std::uint8_t* source,
+                               std::int64_t sourceStride, std::uint8_t* picture,
+                               std::int64_t pictureStride) noexcept
     : mPlan(plan),
       mScratch(scratch),
       mSource(source),
@@ -57,7 +58,7 @@ FrameRun::FrameRun(const FramePlan& plan, FrameScratch& scratch, const std::uint
       mPicture(picture),
       mPictureStride(pictureStride) {}
 
-Result FrameRun::Convert(const Rect& band) {
+Result BandConversion::Convert(const Rect& band) {
   const Rect direct = DirectPart(band);
   if (direct.IsEmpty()) return ConvertViaScratch(band);
   const Result result = ConvertDirect(direct);
@@ -65,7 +66,7 @@ Result FrameRun::Convert(const Rect& band) {
 }
 
 /// What raw calls may write in place, even where some of its edge pixels are then made again.
-Rect FrameRun::DirectPart(const Rect& band) const noexcept {
+Rect BandConversion::DirectPart(const Rect& band) const noexcept {
   const bool planesTooFar =
       mPlan.destination->planes > 1 && mPictureStride * mPlan.RegionHeight() > kMostCallBytes;
   if (mPlan.flipHorizontal || planesTooFar || (mPlan.interpolate && mPlan.flipVertical)) return {};
@@ -81,12 +82,12 @@ Rect FrameRun::DirectPart(const Rect& band) const noexcept {
 }
 
 /// Whether a chain would convert border lines that the frame does not have.
-bool FrameRun::ReadsBeyond(const Rect& part) const noexcept {
+bool BandConversion::ReadsBeyond(const Rect& part) const noexcept {
   return mPlan.interpolate && mPlan.chain && part.y1 < mPlan.height && part.y1 + kBorderLines > mPlan.height;
 }
 
 /// The pixels of the direct part that are what the whole frame's conversion gives.
-Rect FrameRun::RightPart(const Rect& direct) const noexcept {
+Rect BandConversion::RightPart(const Rect& direct) const noexcept {
   Rect right = direct;
   if (mPlan.interpolate && direct.x0 > 0) ++right.x0;
   if (mPlan.interpolate && direct.x1 < mPlan.width) --right.x1;
@@ -95,7 +96,7 @@ Rect FrameRun::RightPart(const Rect& direct) const noexcept {
   return right;
 }
 
-Result FrameRun::ConvertDirect(const Rect& part) {
+Result BandConversion::ConvertDirect(const Rect& part) {
   const std::int64_t longest = RoundDown(kMostCallBytes / std::max(mSourceStride, mPictureStride), 2);
   const std::int64_t step = std::min(mScratch.directLines, longest);
   Rect call = part;
@@ -107,7 +108,7 @@ Result FrameRun::ConvertDirect(const Rect& part) {
   return {};
 }
 
-Result FrameRun::ConvertDirectCall(const Rect& part) {
+Result BandConversion::ConvertDirectCall(const Rect& part) {
   RawCall call;
   call.source = mSource + part.y0 * mSourceStride + mPlan.RawSourceBytes(part.x0);
   call.sourceStride = mSourceStride;
@@ -123,7 +124,7 @@ Result FrameRun::ConvertDirectCall(const Rect& part) {
 }
 
 /// Flags of a call whose lines are [y0, y1) of the frame.
-unsigned FrameRun::BandFlags(const Rect& part) const noexcept {
+unsigned BandConversion::BandFlags(const Rect& part) const noexcept {
   if (!mPlan.mosaic) return mPlan.flags;
   if (mPlan.interpolate) {
     const bool above = part.y0 > 0;
@@ -138,12 +139,12 @@ unsigned FrameRun::BandFlags(const Rect& part) const noexcept {
 }
 
 /// The first picture line of source lines [y0, y1).
-std::int64_t FrameRun::PictureLine(std::int64_t y0, std::int64_t y1) const noexcept {
+std::int64_t BandConversion::PictureLine(std::int64_t y0, std::int64_t y1) const noexcept {
   return mPlan.flipVertical ? mPlan.region.y1 - y1 : y0 - mPlan.region.y0;
 }
 
 /// Everything of the band that lies around its right part.
-Result FrameRun::ConvertEdges(const Rect& band, const Rect& right) {
+Result BandConversion::ConvertEdges(const Rect& band, const Rect& right) {
   const Rect edges[] = {
       {band.x0, band.y0, band.x1, right.y0},
       {band.x0, right.y1, band.x1, band.y1},
@@ -157,7 +158,7 @@ Result FrameRun::ConvertEdges(const Rect& band, const Rect& right) {
   return {};
 }
 
-Result FrameRun::ConvertViaScratch(const Rect& part) {
+Result BandConversion::ConvertViaScratch(const Rect& part) {
   if (part.IsEmpty()) return {};
   // A mosaic's neighbourhood and pairing may add two lines on each side.
   const std::int64_t step = mPlan.mosaic ? RoundDown(mScratch.lines - 4, 2) : mScratch.lines;
@@ -170,7 +171,7 @@ Result FrameRun::ConvertViaScratch(const Rect& part) {
   return {};
 }
 
-Result FrameRun::ConvertScratchCall(const Rect& part) {
+Result BandConversion::ConvertScratchCall(const Rect& part) {
   const Rect around = Surroundings(part);
   RawCall call = SourceOf(around);
   call.picture = mScratch.picture.get();
@@ -184,7 +185,7 @@ Result FrameRun::ConvertScratchCall(const Rect& part) {
 }
 
 /// The smallest part of the frame whose conversion as a frame of its own gives the right pixels for `part`.
-Rect FrameRun::Surroundings(const Rect& part) const noexcept {
+Rect BandConversion::Surroundings(const Rect& part) const noexcept {
   const std::int64_t near = mPlan.interpolate ? 1 : 0;
   const std::int64_t unit = mPlan.unit;
   Rect around{RoundDown(std::max<std::int64_t>(part.x0 - near, 0), unit), part.y0,
@@ -201,7 +202,7 @@ Rect FrameRun::Surroundings(const Rect& part) const noexcept {
 
 /// The source half of a raw call: in place where whole groups lie inside the lines, otherwise copied with the
 /// last group filled up.
-FrameRun::RawCall FrameRun::SourceOf(const Rect& around) {
+BandConversion::RawCall BandConversion::SourceOf(const Rect& around) {
   RawCall call;
   const std::int64_t groups = RoundUp(around.Width(), mPlan.source->group.pixels);
   call.width = mPlan.mosaic ? around.Width() : RoundUp(around.Width(), mPlan.unit);
@@ -217,7 +218,7 @@ FrameRun::RawCall FrameRun::SourceOf(const Rect& around) {
   return call;
 }
 
-void FrameRun::CopySource(const Rect& around, std::int64_t pixels, std::int64_t stride) {
+void BandConversion::CopySource(const Rect& around, std::int64_t pixels, std::int64_t stride) {
   const std::int64_t offset = mPlan.RawSourceBytes(around.x0);
   const auto lineBytes = static_cast<std::int64_t>(mPlan.sourceLayout.bytesPerLine);
   const std::int64_t bytes = std::min(mPlan.RawSourceBytes(pixels), lineBytes - offset);
@@ -229,7 +230,7 @@ void FrameRun::CopySource(const Rect& around, std::int64_t pixels, std::int64_t 
   }
 }
 
-void FrameRun::CopyPicture(const Rect& part, const Rect& around, const RawCall& call) {
+void BandConversion::CopyPicture(const Rect& part, const Rect& around, const RawCall& call) {
   const std::int64_t column = mPlan.flipHorizontal ? mPlan.region.x1 - part.x1 : part.x0 - mPlan.region.x0;
   const std::int64_t offset = (part.x0 - around.x0) * mPlan.pixelBytes;
   for (std::int64_t plane = 0; plane < mPlan.destination->planes; ++plane) {
@@ -242,12 +243,13 @@ void FrameRun::CopyPicture(const Rect& part, const Rect& around, const RawCall& 
   }
 }
 
-void FrameRun::CopyLine(const std::uint8_t* from, std::uint8_t* to, std::int64_t pixels) const noexcept {
+void BandConversion::CopyLine(const std::uint8_t* from, std::uint8_t* to,
+                              std::int64_t pixels) const noexcept {
   if (mPlan.flipHorizontal) return CopyMirrored(from, to, pixels, mPlan.pixelBytes, mPlan.mirror);
   std::memcpy(to, from, static_cast<std::size_t>(pixels * mPlan.pixelBytes));
 }
 
-Result FrameRun::CallRaw(const RawCall& call) {
+Result BandConversion::CallRaw(const RawCall& call) {
   const std::int64_t sourcePadding = call.sourceStride - mPlan.RawSourceBytes(call.width);
   const std::int64_t picturePadding = call.pictureStride - call.width * mPlan.pixelBytes;
   return mPlan.converter->Convert(call.source, Raw(call.width), Raw(call.height), call.picture,

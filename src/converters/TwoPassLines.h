@@ -6,12 +6,12 @@ namespace ZrConvertersLib {
 
 /// A line conversion in two kernels: samples to bytes in the first-level cache, bytes to pixels from there, a
 /// piece of a line at a time.
-class SamplePlan {
+class TwoPassLines {
  public:
-  /// `recipe` with its samples; the source of the strips it runs has the samples' layout.
-  SamplePlan(const PixelConverterContext& context, const LineRecipe& recipe);
+  /// `recipe` with its samples; the source of the blocks it runs has the samples' layout.
+  TwoPassLines(const PixelConverterContext& context, const LineRecipe& recipe);
 
-  void Run(const Strip& strip) const;
+  void Run(const LineBlock& block) const;
   void Finish() const { mPixels.Finish(); }
 
   /// Bytes of a whole number of groups.
@@ -28,7 +28,7 @@ class SamplePlan {
   }
 
  private:
-  void RunLine(const Strip& strip) const;
+  void RunLine(const LineBlock& block) const;
 
   LinePlan mSamples, mPixels;
 };

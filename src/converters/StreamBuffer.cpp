@@ -1,4 +1,4 @@
-#include "converters/StagedLines.h"
+#include "converters/StreamBuffer.h"
 
 #include <cstring>
 
@@ -13,14 +13,14 @@ std::ptrdiff_t Distance(const std::uint8_t* from, const std::uint8_t* to) {
 
 }  // namespace
 
-StagedLines::StagedLines(const Shape& shape, std::uint8_t* const* destinations, simd::StreamFunction stream)
+StreamBuffer::StreamBuffer(const Shape& shape, std::uint8_t* const* destinations, simd::StreamFunction stream)
     : mShape(shape),
       mStream(stream),
       mRoom(kRoom / (shape.lines * shape.planes) / kCacheLine * kCacheLine),
       mPlaneDistance(static_cast<std::ptrdiff_t>(
           mRoom + kCacheLine + static_cast<std::size_t>(shape.planeDistance) % kCacheLine)) {
   for (std::size_t line = 0; line < shape.lines; ++line) {
-    std::uint8_t* const destination = simd::Alone(destinations[line]);
+    std::uint8_t* const destination = simd::LoadedSingly(destinations[line]);
     mNext[line] = Begin(line) + InCacheLine(destination);
     for (std::size_t plane = 0; plane < shape.planes; ++plane) {
       const auto i = static_cast<std::ptrdiff_t>(plane);
@@ -32,20 +32,20 @@ StagedLines::StagedLines(const Shape& shape, std::uint8_t* const* destinations, 
 
 /// Calls `f` with each plane of each line, and with the end of what has been made of it.
 template <class F>
-void StagedLines::EachPlane(F f) {
+void StreamBuffer::EachPlane(F f) {
   for (std::size_t line = 0; line < mShape.lines; ++line)
     for (std::size_t plane = 0; plane < mShape.planes; ++plane)
       f(mRest[line][plane], mNext[line] + static_cast<std::ptrdiff_t>(plane) * mPlaneDistance);
 }
 
-std::size_t StagedLines::PieceToCacheLine(std::size_t step, std::size_t least, std::size_t most) const {
+std::size_t StreamBuffer::PieceToCacheLine(std::size_t step, std::size_t least, std::size_t most) const {
   // After so many steps places within a cache line repeat.
   for (std::size_t i = 0, bytes = most; i < kCacheLine && bytes >= least; ++i, bytes -= step)
     if (InCacheLine(mNext[0] + bytes) == 0) return bytes;
   return most;
 }
 
-void StagedLines::Reserve(std::size_t bytes) {
+void StreamBuffer::Reserve(std::size_t bytes) {
   if (static_cast<std::size_t>(mNext[0] - Begin(0)) + bytes <= mRoom) return;
   EachPlane([&](Rest& rest, const std::uint8_t* end) { StoreBefore(end, rest); });
   // What is left of each plane is less than a cache line and moves to where the first piece began.
@@ -59,12 +59,12 @@ void StagedLines::Reserve(std::size_t bytes) {
   });
 }
 
-void StagedLines::Advance(std::size_t bytes) {
+void StreamBuffer::Advance(std::size_t bytes) {
   for (std::size_t line = 0; line < mShape.lines; ++line) mNext[line] += bytes;
   EachPlane([&](Rest& rest, const std::uint8_t* end) { StoreBefore(end, rest); });
 }
 
-void StagedLines::Finish() {
+void StreamBuffer::Finish() {
   EachPlane([&](Rest& rest, const std::uint8_t* end) {
     StoreBefore(end, rest);
     std::memcpy(rest.Destination(), rest.staged, static_cast<std::size_t>(end - rest.staged));
@@ -73,7 +73,7 @@ void StagedLines::Finish() {
 
 /// Stores what stands before `end`, but for the part of a cache line that it ends with. The part that a line
 /// begins with is stored by itself.
-void StagedLines::StoreBefore(const std::uint8_t* end, Rest& rest) const {
+void StreamBuffer::StoreBefore(const std::uint8_t* end, Rest& rest) const {
   const auto size = static_cast<std::size_t>(end - rest.staged);
   const std::size_t toCacheLine = (kCacheLine - InCacheLine(rest.staged)) % kCacheLine;
   if (size < toCacheLine + kCacheLine) return;

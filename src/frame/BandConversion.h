@@ -15,11 +15,11 @@ namespace ZrConvertersLib {
 /// caller's picture. What such a call cannot make, or cannot make without touching bytes beside it, goes
 /// through the scratch buffers: pixels of groups that the region cuts, lines of pairs that the band cuts, the
 /// odd last line of a mosaic, and a picture mirrored from left to right.
-class FrameRun {
+class BandConversion {
  public:
   /// The buffers hold what the plan's layouts say at the given strides; everything has been checked.
-  FrameRun(const FramePlan& plan, FrameScratch& scratch, const std::uint8_t* source,
-           std::int64_t sourceStride, std::uint8_t* picture, std::int64_t pictureStride) noexcept;
+  BandConversion(const FramePlan& plan, FrameScratch& scratch, const std::uint8_t* source,
+                 std::int64_t sourceStride, std::uint8_t* picture, std::int64_t pictureStride) noexcept;
 
   /// Converts the band: columns of the region, any of its lines.
   ZrUtilsLib::Result Convert(const Rect& band);

@@ -12,14 +12,14 @@ namespace ZrConvertersLib {
 /// They are made piece by piece in the first-level cache, as far into a cache line there as in the
 /// destination, so that all but their ends is stored by whole cache lines. What a piece does not fill of its
 /// last one waits for the next piece.
-class StagedLines {
+class StreamBuffer {
  public:
   struct Shape {
     std::size_t lines, planes;
     std::ptrdiff_t planeDistance;  ///< of the destination
   };
 
-  StagedLines(const Shape& shape, std::uint8_t* const* destinations, simd::StreamFunction stream);
+  StreamBuffer(const Shape& shape, std::uint8_t* const* destinations, simd::StreamFunction stream);
 
   /// Where the next piece of a line goes; its planes follow at PlaneDistance().
   std::uint8_t* Next(std::size_t line) const { return mNext[line]; }
