@@ -1,5 +1,6 @@
 // zrbench: how long the registered conversions take, as multiples of the time of a memcpy.
 #include <ZrConvertersLib/CpuLevel.h>
+#include <ZrConvertersLib/StreamingStores.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

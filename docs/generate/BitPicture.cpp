@@ -1,6 +1,6 @@
 #include "BitPicture.h"
 
-#include <core/FormatWords.h>
+#include <formats/FormatWords.h>
 
 #include <cstddef>
 #include <vector>

@@ -2,7 +2,6 @@
 
 #include <ZrConvertersLib/Export.h>
 
-#include <cstddef>
 #include <span>
 
 /// @file
@@ -24,11 +23,5 @@ ZR_EXPORT const char* GetCpuLevel() noexcept;
 /// Makes all conversions that begin from now on use the named level; null goes back to the highest one.
 /// Returns false, changing nothing, when this machine cannot run it. May be called from any thread.
 ZR_EXPORT bool ForceCpuLevel(const char* name) noexcept;
-
-/// Frames whose source and destination together take more than `bytes` are written past the caches: their
-/// destination could not stay in them anyway, and memory then moves a third less. Lower it when nobody reads
-/// the destination soon, raise it on machines with very large caches. Returns the value before (16 MiB at
-/// first). May be called from any thread.
-ZR_EXPORT std::size_t SetStreamingThreshold(std::size_t bytes) noexcept;
 
 }  // namespace ZrConvertersLib

@@ -67,7 +67,8 @@ struct FrameLayout {
 /// @param height  lines
 /// @param stride  bytes from one line to the next; 0: lines follow one another without a gap
 /// @param layout  receives the sizes; left as it was when the result is no success
-/// @return success, or FrameCode::UnknownFormat, ZeroSize, WidthNotAllowed, HeightNotAllowed, StrideTooSmall,
+/// @return success, or FrameError::UnknownFormat, ZeroSize, WidthNotAllowed, HeightNotAllowed,
+/// StrideTooSmall,
 ///         FrameTooLarge (sizes beyond what FrameConverter takes, or beyond 64 bits)
 ZR_EXPORT ZrUtilsLib::Result DescribeFrame(long id, std::uint64_t width, std::uint64_t height,
                                            std::uint64_t stride, FrameLayout& layout);

@@ -62,7 +62,7 @@ struct FormatChoice {
 /// library's and "YCbCr422_8" leaves the matrix open. Codes are always the convention's.
 /// @param text    the word
 /// @param choice  receives the meaning; left as it was when the result is no success
-/// @return success, FrameCode::UnknownFormat or FrameCode::MatrixUnknown
+/// @return success, FrameError::UnknownFormat or FrameError::MatrixUnknown
 ZR_EXPORT ZrUtilsLib::Result ReadFormat(std::string_view text, FormatChoice& choice);
 
 }  // namespace ZrConvertersLib

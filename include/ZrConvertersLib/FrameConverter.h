@@ -2,7 +2,7 @@
 
 #include <ZrConvertersLib/Export.h>
 #include <ZrConvertersLib/Format.h>
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrUtilsLib/Result.h>
 
 #include <cstddef>
@@ -15,7 +15,7 @@
 ///
 /// PixelConverter::Convert trusts its caller; a FrameConverter does not. Whatever it is given, either every
 /// pixel of the destination picture is right, no byte beside it is written and no byte outside the source
-/// view is read, or the call is refused with a code of FrameCodes.h and nothing is written. Where the raw
+/// view is read, or the call is refused with a code of FrameErrors.h and nothing is written. Where the raw
 /// call defines a pixel the bytes are the same, and the bulk of a frame goes through the raw call straight
 /// into the caller's buffer.
 ///

@@ -33,7 +33,7 @@ class ZR_EXPORT RGBFilter {
                                     int greenOffset, int blueOffset);
 
   /// Fills the tables from gamma, black level and white balance beside gain and offset.
-  /// FrameCode::InvalidTone, with the tables as they were, when a setting is out of its range.
+  /// FrameError::InvalidTone, with the tables as they were, when a setting is out of its range.
   ZrUtilsLib::Result SetTone(const ToneSettings& settings);
 
   /// value x gain + offset, rounded to nearest (halves up) and clamped to 0..255; 0 when that is not a

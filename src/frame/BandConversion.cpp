@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/Limits.h"
+#include "formats/Limits.h"
 #include "frame/PixelMoves.h"
 
 namespace ZrConvertersLib {

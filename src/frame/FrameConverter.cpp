@@ -27,10 +27,10 @@ struct ViewCodes {
   std::uint32_t bytes;
 };
 
-constexpr ViewCodes kSourceCodes{FrameCode::NullSource, FrameCode::SourceSizeDiffers,
-                                 FrameCode::SourceTooSmall};
-constexpr ViewCodes kPictureCodes{FrameCode::NullDestination, FrameCode::DestinationSizeDiffers,
-                                  FrameCode::DestinationTooSmall};
+constexpr ViewCodes kSourceCodes{FrameError::NullSource, FrameError::SourceSizeDiffers,
+                                 FrameError::SourceTooSmall};
+constexpr ViewCodes kPictureCodes{FrameError::NullDestination, FrameError::DestinationSizeDiffers,
+                                  FrameError::DestinationTooSmall};
 
 /// Where a view's bytes lie.
 struct Extent {
@@ -78,7 +78,7 @@ Result FrameConverter::Configure(long source, long destination, std::uint32_t wi
   try {
     mState = std::make_unique<State>(plan);
   } catch (const std::bad_alloc&) {
-    return FrameCode::OutOfMemory;
+    return FrameError::OutOfMemory;
   }
   return {};
 }
@@ -93,7 +93,7 @@ Result FrameConverter::Convert(const SourceView& source, const DestinationView& 
 
 Result FrameConverter::ConvertLines(std::uint32_t first, std::uint32_t count, const SourceView& source,
                                     const DestinationView& destination) {
-  if (mState == nullptr) return FrameCode::NotConfigured;
+  if (mState == nullptr) return FrameError::NotConfigured;
   const FramePlan& plan = mState->plan;
   FrameLayout from;
   FrameLayout to;
@@ -104,8 +104,8 @@ Result FrameConverter::ConvertLines(std::uint32_t first, std::uint32_t count, co
   result = CheckView(destination, kPictureCodes, plan.destination->id, plan.RegionWidth(),
                      plan.RegionHeight(), to, written);
   if (!result.IsSuccess()) return result;
-  if (Overlap(read, written)) return FrameCode::BuffersOverlap;
-  if (first > Height() || count > Height() - first) return FrameCode::LinesOutside;
+  if (Overlap(read, written)) return FrameError::BuffersOverlap;
+  if (first > Height() || count > Height() - first) return FrameError::LinesOutside;
   if (count == 0) return {};
 
   BandConversion run(plan, mState->scratch, static_cast<const std::uint8_t*>(source.data),

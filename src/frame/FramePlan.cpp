@@ -13,19 +13,19 @@ namespace {
 using ZrUtilsLib::Result;
 
 Result CheckOptions(const FrameOptions& options) {
-  if (options.pattern > MosaicPattern::BGGR) return FrameCode::InvalidPattern;
-  if (options.demosaic > Demosaic::Interpolate) return FrameCode::InvalidDemosaic;
-  if (options.matrix > ColourMatrix::Jpeg) return FrameCode::InvalidMatrix;
+  if (options.pattern > MosaicPattern::BGGR) return FrameError::InvalidPattern;
+  if (options.demosaic > Demosaic::Interpolate) return FrameError::InvalidDemosaic;
+  if (options.matrix > ColourMatrix::Jpeg) return FrameError::InvalidMatrix;
   return {};
 }
 
 Result FindConverter(long source, long destination, FramePlan& plan) {
   plan.source = FindFormat(source);
   plan.destination = FindFormat(destination);
-  if (plan.source == nullptr || plan.destination == nullptr) return FrameCode::UnknownFormat;
+  if (plan.source == nullptr || plan.destination == nullptr) return FrameError::UnknownFormat;
   const bool known = PixelTypeFactory::HasConverter(source, destination);
   plan.converter = known ? PixelTypeFactory::GetConverter(source, destination) : nullptr;
-  return plan.converter != nullptr ? Result() : FrameCode::NoConverter;
+  return plan.converter != nullptr ? Result() : FrameError::NoConverter;
 }
 
 Mirror MirrorOf(ChannelOrder order) {
@@ -43,8 +43,8 @@ Result Classify(const FrameOptions& options, FramePlan& plan) {
   plan.mirror = MirrorOf(plan.destination->order);
   const Group packed = plan.destination->group;
   if (packed.bytes % packed.pixels != 0 || plan.destination->packing == Packing::Dense)
-    return FrameCode::NoConverter;
-  if (plan.converter->GetLinesPerConvert() != (plan.mosaic ? 2u : 1u)) return FrameCode::NoConverter;
+    return FrameError::NoConverter;
+  if (plan.converter->GetLinesPerConvert() != (plan.mosaic ? 2u : 1u)) return FrameError::NoConverter;
   plan.pixelBytes = packed.bytes / packed.pixels;
   plan.unit = std::lcm(std::lcm(plan.source->group.pixels, UnitOf(plan.destination->order).pixels),
                        plan.mosaic ? 2u : 1u);
@@ -52,12 +52,12 @@ Result Classify(const FrameOptions& options, FramePlan& plan) {
 }
 
 Result PlaceRegion(const Region& region, FramePlan& plan) {
-  if (region.x >= plan.width || region.y >= plan.height) return FrameCode::RegionOutside;
+  if (region.x >= plan.width || region.y >= plan.height) return FrameError::RegionOutside;
   const std::int64_t width = region.width != 0 ? region.width : plan.width - region.x;
   const std::int64_t height = region.height != 0 ? region.height : plan.height - region.y;
-  if (region.x + width > plan.width || region.y + height > plan.height) return FrameCode::RegionOutside;
+  if (region.x + width > plan.width || region.y + height > plan.height) return FrameError::RegionOutside;
   const std::int64_t together = UnitOf(plan.destination->order).pixels;
-  if (region.x % together != 0 || width % together != 0) return FrameCode::RegionNotAllowed;
+  if (region.x % together != 0 || width % together != 0) return FrameError::RegionNotAllowed;
   plan.region = {region.x, region.y, region.x + width, region.y + height};
   return {};
 }
@@ -66,7 +66,7 @@ Result Measure(FramePlan& plan) {
   const Result source = DescribeFrame(plan.source->id, static_cast<std::uint64_t>(plan.width),
                                       static_cast<std::uint64_t>(plan.height), 0, plan.sourceLayout);
   if (!source.IsSuccess()) return source;
-  if (plan.mosaic && (plan.width < 2 || plan.height < 2)) return FrameCode::FrameTooSmall;
+  if (plan.mosaic && (plan.width < 2 || plan.height < 2)) return FrameError::FrameTooSmall;
   return {};
 }
 

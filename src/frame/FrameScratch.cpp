@@ -4,7 +4,7 @@
 #include <limits>
 #include <new>
 
-#include "frame/Limits.h"
+#include "formats/Limits.h"
 
 namespace ZrConvertersLib {
 

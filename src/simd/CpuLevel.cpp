@@ -1,6 +1,7 @@
 #include "simd/CpuLevel.h"
 
 #include <ZrConvertersLib/CpuLevel.h>
+#include <ZrConvertersLib/StreamingStores.h>
 
 #include <algorithm>
 #include <array>

@@ -46,8 +46,8 @@ TEST(MemoryTest, RefusedMemoryLeavesNothingHalfDone) {
     FrameConverter converter;
     ASSERT_TRUE(converter.Configure(PixelTypeIds::Mono8, PixelTypeIds::Mono16, 3, 2).IsSuccess());
     const long live = sAllocations.alive;
-    std::uint32_t code = FrameCode::OutOfMemory;
-    for (long allowed = 0; code == FrameCode::OutOfMemory; ++allowed) {
+    std::uint32_t code = FrameError::OutOfMemory;
+    for (long allowed = 0; code == FrameError::OutOfMemory; ++allowed) {
       ASSERT_EQ(sAllocations.alive, live) << Describe(frame);
       ASSERT_EQ(converter.Width(), 3u) << Describe(frame);
       sAllocations.left = allowed;
@@ -67,7 +67,7 @@ TEST(MemoryTest, AFrameBeyondAllMemoryIsRefused) {
   const auto result =
       converter.Configure(PixelTypeIds::Mono8, PixelTypeIds::RGB16, 1 << 26, 1 << 26, options);
   sAllocations.Recover();
-  EXPECT_EQ(result.GetCode(), FrameCode::OutOfMemory);
+  EXPECT_EQ(result.GetCode(), FrameError::OutOfMemory);
   EXPECT_FALSE(converter.IsConfigured());
 }
 

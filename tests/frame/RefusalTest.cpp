@@ -63,37 +63,37 @@ TEST_P(ConfigureTest, IsRefusedAndLeavesTheConverterAsItWas) {
 INSTANTIATE_TEST_SUITE_P(
     Nonsense, ConfigureTest,
     testing::Values(
-        Setup{"UnknownSource", FrameCode::UnknownFormat, 0x1FF},
-        Setup{"UnknownDestination", FrameCode::UnknownFormat, Ids::Mono8, -1},
-        Setup{"FreeIdOfAPackedLayout", FrameCode::UnknownFormat, 265},
-        Setup{"NoPair", FrameCode::NoConverter, Ids::Mono8, Ids::YCbCr422_8},
-        Setup{"SourceWithoutConverters", FrameCode::NoConverter, Ids::SCF18, Ids::RGB8},
-        Setup{"NoWidth", FrameCode::ZeroSize, Ids::Mono8, Ids::RGB8, 0, 4},
-        Setup{"NoHeight", FrameCode::ZeroSize, Ids::Mono8, Ids::RGB8, 8, 0},
-        Setup{"OddWidthOf422", FrameCode::WidthNotAllowed, Ids::YCbCr422_8, Ids::RGB8, 7, 4},
-        Setup{"OddWidthOfPacked422", FrameCode::WidthNotAllowed, Ids::YCbCr422_10p, Ids::RGB8, 7, 4},
-        Setup{"WidthOf411", FrameCode::WidthNotAllowed, Ids::YCbCr411_8, Ids::RGB8, 6, 4},
-        Setup{"OneLineOfMosaic", FrameCode::FrameTooSmall, Ids::Bayer8, Ids::RGB8, 8, 1},
-        Setup{"OneColumnOfMosaic", FrameCode::FrameTooSmall, Ids::Bayer12p, Ids::RGB8, 1, 8},
-        Setup{"LongestSides", FrameCode::FrameTooLarge, Ids::Mono32, Ids::RGB16, kMost, kMost},
-        Setup{"LongPictureOfSmallLine", FrameCode::FrameTooLarge, Ids::Mono1p, Ids::RGB16, 200'000'000, 1},
-        Setup{"Pattern", FrameCode::InvalidPattern, Ids::Bayer8, Ids::RGB8, 8, 4,
+        Setup{"UnknownSource", FrameError::UnknownFormat, 0x1FF},
+        Setup{"UnknownDestination", FrameError::UnknownFormat, Ids::Mono8, -1},
+        Setup{"FreeIdOfAPackedLayout", FrameError::UnknownFormat, 265},
+        Setup{"NoPair", FrameError::NoConverter, Ids::Mono8, Ids::YCbCr422_8},
+        Setup{"SourceWithoutConverters", FrameError::NoConverter, Ids::SCF18, Ids::RGB8},
+        Setup{"NoWidth", FrameError::ZeroSize, Ids::Mono8, Ids::RGB8, 0, 4},
+        Setup{"NoHeight", FrameError::ZeroSize, Ids::Mono8, Ids::RGB8, 8, 0},
+        Setup{"OddWidthOf422", FrameError::WidthNotAllowed, Ids::YCbCr422_8, Ids::RGB8, 7, 4},
+        Setup{"OddWidthOfPacked422", FrameError::WidthNotAllowed, Ids::YCbCr422_10p, Ids::RGB8, 7, 4},
+        Setup{"WidthOf411", FrameError::WidthNotAllowed, Ids::YCbCr411_8, Ids::RGB8, 6, 4},
+        Setup{"OneLineOfMosaic", FrameError::FrameTooSmall, Ids::Bayer8, Ids::RGB8, 8, 1},
+        Setup{"OneColumnOfMosaic", FrameError::FrameTooSmall, Ids::Bayer12p, Ids::RGB8, 1, 8},
+        Setup{"LongestSides", FrameError::FrameTooLarge, Ids::Mono32, Ids::RGB16, kMost, kMost},
+        Setup{"LongPictureOfSmallLine", FrameError::FrameTooLarge, Ids::Mono1p, Ids::RGB16, 200'000'000, 1},
+        Setup{"Pattern", FrameError::InvalidPattern, Ids::Bayer8, Ids::RGB8, 8, 4,
               [](FrameOptions& options) { options.pattern = static_cast<MosaicPattern>(4); }},
-        Setup{"Demosaic", FrameCode::InvalidDemosaic, Ids::Bayer8, Ids::RGB8, 8, 4,
+        Setup{"Demosaic", FrameError::InvalidDemosaic, Ids::Bayer8, Ids::RGB8, 8, 4,
               [](FrameOptions& options) { options.demosaic = static_cast<Demosaic>(255); }},
-        Setup{"Matrix", FrameCode::InvalidMatrix, Ids::YCbCr8, Ids::RGB8, 8, 4,
+        Setup{"Matrix", FrameError::InvalidMatrix, Ids::YCbCr8, Ids::RGB8, 8, 4,
               [](FrameOptions& options) { options.matrix = static_cast<ColourMatrix>(3); }},
-        Setup{"RegionRightOfFrame", FrameCode::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
+        Setup{"RegionRightOfFrame", FrameError::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
               WithRegion({8, 0, 0, 0})},
-        Setup{"RegionBelowFrame", FrameCode::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
+        Setup{"RegionBelowFrame", FrameError::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
               WithRegion({0, 4, 1, 1})},
-        Setup{"RegionTooWide", FrameCode::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
+        Setup{"RegionTooWide", FrameError::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
               WithRegion({4, 0, 5, 1})},
-        Setup{"RegionThatWraps", FrameCode::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
+        Setup{"RegionThatWraps", FrameError::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
               WithRegion({1, 1, kMost, kMost})},
-        Setup{"RegionCutsPairs", FrameCode::RegionNotAllowed, Ids::YCbCr422_10p, Ids::YCbCr422_8, 8, 4,
+        Setup{"RegionCutsPairs", FrameError::RegionNotAllowed, Ids::YCbCr422_10p, Ids::YCbCr422_8, 8, 4,
               WithRegion({1, 0, 4, 4})},
-        Setup{"RegionOfHalfAPair", FrameCode::RegionNotAllowed, Ids::YCbCr422_12p, Ids::YCbCr422_8, 8, 4,
+        Setup{"RegionOfHalfAPair", FrameError::RegionNotAllowed, Ids::YCbCr422_12p, Ids::YCbCr422_8, 8, 4,
               WithRegion({2, 0, 3, 4})}),
     NameOf);
 
@@ -104,7 +104,7 @@ TEST(ConfigureTest, PairsOfCallersWithUnknownRulesAreRefused) {
   FrameConverter converter;
   for (const PixelConverter* own : {&toPacked, &byTriples})
     EXPECT_EQ(converter.Configure(Ids::Mono8, own->GetDestinationType(), 8, 6).GetCode(),
-              FrameCode::NoConverter);
+              FrameError::NoConverter);
 }
 
 /// A call of a converter for 8 x 4 pixels of Mono8 to RGB8, all right until it is changed.
@@ -141,35 +141,36 @@ TEST_P(ConvertTest, IsRefusedAndWritesNothing) {
 INSTANTIATE_TEST_SUITE_P(
     Nonsense, ConvertTest,
     testing::Values(
-        Misuse{"NullSource", FrameCode::NullSource, [](Call& call) { call.source.data = nullptr; }},
-        Misuse{"NullDestination", FrameCode::NullDestination,
+        Misuse{"NullSource", FrameError::NullSource, [](Call& call) { call.source.data = nullptr; }},
+        Misuse{"NullDestination", FrameError::NullDestination,
                [](Call& call) { call.picture.data = nullptr; }},
-        Misuse{"SourceWidth", FrameCode::SourceSizeDiffers, [](Call& call) { call.source.width = 7; }},
-        Misuse{"SourceHeight", FrameCode::SourceSizeDiffers, [](Call& call) { call.source.height = kMost; }},
-        Misuse{"PictureWidth", FrameCode::DestinationSizeDiffers, [](Call& call) { call.picture.width = 9; }},
-        Misuse{"PictureHeight", FrameCode::DestinationSizeDiffers,
+        Misuse{"SourceWidth", FrameError::SourceSizeDiffers, [](Call& call) { call.source.width = 7; }},
+        Misuse{"SourceHeight", FrameError::SourceSizeDiffers, [](Call& call) { call.source.height = kMost; }},
+        Misuse{"PictureWidth", FrameError::DestinationSizeDiffers,
+               [](Call& call) { call.picture.width = 9; }},
+        Misuse{"PictureHeight", FrameError::DestinationSizeDiffers,
                [](Call& call) { call.picture.height = 0; }},
-        Misuse{"SourceBytes", FrameCode::SourceTooSmall, [](Call& call) { call.source.size = 31; }},
-        Misuse{"PictureBytes", FrameCode::DestinationTooSmall, [](Call& call) { call.picture.size = 95; }},
-        Misuse{"SourceStride", FrameCode::StrideTooSmall, [](Call& call) { call.source.stride = 7; }},
-        Misuse{"PictureStride", FrameCode::StrideTooSmall, [](Call& call) { call.picture.stride = 23; }},
-        Misuse{"HugeStride", FrameCode::FrameTooLarge, [](Call& call) { call.source.stride = SIZE_MAX; }},
-        Misuse{"StrideBeyondBytes", FrameCode::SourceTooSmall, [](Call& call) { call.source.stride = 9; }},
-        Misuse{"BytesBeyondMemory", FrameCode::DestinationTooSmall,
+        Misuse{"SourceBytes", FrameError::SourceTooSmall, [](Call& call) { call.source.size = 31; }},
+        Misuse{"PictureBytes", FrameError::DestinationTooSmall, [](Call& call) { call.picture.size = 95; }},
+        Misuse{"SourceStride", FrameError::StrideTooSmall, [](Call& call) { call.source.stride = 7; }},
+        Misuse{"PictureStride", FrameError::StrideTooSmall, [](Call& call) { call.picture.stride = 23; }},
+        Misuse{"HugeStride", FrameError::FrameTooLarge, [](Call& call) { call.source.stride = SIZE_MAX; }},
+        Misuse{"StrideBeyondBytes", FrameError::SourceTooSmall, [](Call& call) { call.source.stride = 9; }},
+        Misuse{"BytesBeyondMemory", FrameError::DestinationTooSmall,
                [](Call& call) { call.picture.data = reinterpret_cast<void*>(UINTPTR_MAX - 10); }},
-        Misuse{"SameBuffer", FrameCode::BuffersOverlap,
+        Misuse{"SameBuffer", FrameError::BuffersOverlap,
                [](Call& call) { call.picture.data = call.bytes.data(); }},
-        Misuse{"LastByteShared", FrameCode::BuffersOverlap,
+        Misuse{"LastByteShared", FrameError::BuffersOverlap,
                [](Call& call) { call.source.data = call.bytes.data() + 1024 + 95; }},
-        Misuse{"FirstByteShared", FrameCode::BuffersOverlap,
+        Misuse{"FirstByteShared", FrameError::BuffersOverlap,
                [](Call& call) { call.source.data = call.bytes.data() + 1024 - 31; }},
-        Misuse{"LinesBelow", FrameCode::LinesOutside, [](Call& call) { call.first = 1; }},
-        Misuse{"LinesThatWrap", FrameCode::LinesOutside,
+        Misuse{"LinesBelow", FrameError::LinesOutside, [](Call& call) { call.first = 1; }},
+        Misuse{"LinesThatWrap", FrameError::LinesOutside,
                [](Call& call) {
                  call.first = 3;
                  call.count = kMost;
                }},
-        Misuse{"NoLinesFarBelow", FrameCode::LinesOutside,
+        Misuse{"NoLinesFarBelow", FrameError::LinesOutside,
                [](Call& call) {
                  call.first = 5;
                  call.count = 0;
@@ -194,7 +195,7 @@ TEST(ConvertTest, NoLinesAreRight) {
 TEST(ConvertTest, NeedsAConfiguration) {
   FrameConverter converter;
   Call call;
-  EXPECT_EQ(converter.Convert(call.source, call.picture).GetCode(), FrameCode::NotConfigured);
+  EXPECT_EQ(converter.Convert(call.source, call.picture).GetCode(), FrameError::NotConfigured);
   FrameConverter configured;
   ASSERT_TRUE(configured.Configure(Ids::Mono8, Ids::RGB8, 8, 4).IsSuccess());
   converter = std::move(configured);
@@ -203,18 +204,18 @@ TEST(ConvertTest, NeedsAConfiguration) {
   // What is left behind promises to be unconfigured.
   // NOLINTNEXTLINE(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
   EXPECT_FALSE(converter.IsConfigured());
-  EXPECT_EQ(converter.Convert(call.source, call.picture).GetCode(), FrameCode::NotConfigured);
+  EXPECT_EQ(converter.Convert(call.source, call.picture).GetCode(), FrameError::NotConfigured);
 }
 
 TEST(ResultTextTest, EveryCodeHasWordsOfItsOwn) {
   std::set<std::string_view> texts;
   const std::uint32_t base[] = {0, 18, 24, 26, 16384};
   for (const std::uint32_t code : base) texts.insert(ResultText(code));
-  for (std::uint32_t code = FrameCode::UnknownFormat; code <= FrameCode::MatrixUnknown; ++code) {
+  for (std::uint32_t code = FrameError::UnknownFormat; code <= FrameError::MatrixUnknown; ++code) {
     texts.insert(ResultText(code));
   }
   texts.insert(ResultText(12345));
-  EXPECT_EQ(texts.size(), std::size(base) + FrameCode::MatrixUnknown - FrameCode::UnknownFormat + 2);
+  EXPECT_EQ(texts.size(), std::size(base) + FrameError::MatrixUnknown - FrameError::UnknownFormat + 2);
   EXPECT_EQ(texts.count(""), 0u);
 }
 

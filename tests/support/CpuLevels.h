@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ZrConvertersLib/CpuLevel.h>
+#include <ZrConvertersLib/StreamingStores.h>
 
 #include <cstddef>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "Arguments.h"
 
 #include <ZrConvertersLib/FormatCodes.h>
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 
 #include <algorithm>
 #include <array>
@@ -118,7 +118,7 @@ zr::Demosaic ReadDemosaic(const std::string& text) {
 Format ReadFormat(const std::string& text) {
   zr::FormatChoice choice;
   const ZrUtilsLib::Result result = zr::ReadFormat(text, choice);
-  if (result.GetCode() == zr::FrameCode::UnknownFormat) ThrowUnknownFormat(text);
+  if (result.GetCode() == zr::FrameError::UnknownFormat) ThrowUnknownFormat(text);
   if (!result.IsSuccess()) throw UsageError("format '" + text + "': " + std::string(zr::ResultText(result)));
   const zr::FormatInfo* info = zr::FindFormatInfo(choice.id);
   if (!info) ThrowUnknownFormat(text);

@@ -1,6 +1,6 @@
 #include "BandConverter.h"
 
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 
 #include <algorithm>
 #include <string>

@@ -1,6 +1,6 @@
 #include "FrameFacts.h"
 
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 
 #include "Error.h"
 
@@ -17,9 +17,9 @@ std::string Multiple(const std::string& side, unsigned multiple, std::uint32_t g
 [[noreturn]] void Refuse(const zr::FormatInfo& format, Size size, ZrUtilsLib::Result result) {
   const std::string name(format.name);
   switch (result.GetCode()) {
-    case zr::FrameCode::WidthNotAllowed:
+    case zr::FrameError::WidthNotAllowed:
       throw UsageError(name + Multiple("width", format.widthMultiple, size.width));
-    case zr::FrameCode::HeightNotAllowed:
+    case zr::FrameError::HeightNotAllowed:
       throw UsageError(name + Multiple("height", format.heightMultiple, size.height));
     default:
       throw UsageError(ToText(size) + " " + name + ": " + std::string(zr::ResultText(result)));

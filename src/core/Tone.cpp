@@ -1,4 +1,4 @@
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/RGBFilter.h>
 
 #include <algorithm>
@@ -43,7 +43,7 @@ unsigned char ToneOf(int value, const ToneSettings& settings, double balance, do
 }  // namespace
 
 ZrUtilsLib::Result RGBFilter::SetTone(const ToneSettings& settings) {
-  if (!HasMeaning(settings)) return FrameCode::InvalidTone;
+  if (!HasMeaning(settings)) return FrameError::InvalidTone;
   const auto& [gamma, black, balance, gain, offset] = settings;
   for (int i = 0; i <= 255; ++i) {
     mRed[i] = ToneOf(i, settings, balance.red, gain.red, offset.red);

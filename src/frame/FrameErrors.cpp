@@ -1,4 +1,4 @@
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 
 namespace ZrConvertersLib {
 
@@ -24,55 +24,55 @@ std::string_view BaseText(std::uint32_t code) noexcept {
 
 std::string_view ResultText(std::uint32_t code) noexcept {
   switch (code) {
-    case FrameCode::UnknownFormat:
+    case FrameError::UnknownFormat:
       return "no pixel format has this name, ID or code";
-    case FrameCode::NoConverter:
+    case FrameError::NoConverter:
       return "the library has no conversion between these two formats";
-    case FrameCode::ZeroSize:
+    case FrameError::ZeroSize:
       return "width and height must be at least 1";
-    case FrameCode::WidthNotAllowed:
+    case FrameError::WidthNotAllowed:
       return "the format keeps its pixels in groups, and the width is not a whole number of groups";
-    case FrameCode::HeightNotAllowed:
+    case FrameError::HeightNotAllowed:
       return "the format keeps its lines in groups, and the height is not a whole number of groups";
-    case FrameCode::FrameTooSmall:
+    case FrameError::FrameTooSmall:
       return "a colour mosaic needs at least 2 x 2 pixels to become a picture";
-    case FrameCode::FrameTooLarge:
+    case FrameError::FrameTooLarge:
       return "the frame is too large: a line may take 512 MiB and a side 4294967295 pixels at most";
-    case FrameCode::StrideTooSmall:
+    case FrameError::StrideTooSmall:
       return "the line stride is smaller than the bytes of one line";
-    case FrameCode::InvalidPattern:
+    case FrameError::InvalidPattern:
       return "the mosaic pattern is not one of GRBG, GBRG, RGGB and BGGR";
-    case FrameCode::InvalidDemosaic:
+    case FrameError::InvalidDemosaic:
       return "the demosaic method is neither fast nor interpolating";
-    case FrameCode::InvalidMatrix:
+    case FrameError::InvalidMatrix:
       return "the colour matrix is not one of BT.601, BT.709 and JPEG";
-    case FrameCode::RegionOutside:
+    case FrameError::RegionOutside:
       return "the region reaches outside the source frame";
-    case FrameCode::RegionNotAllowed:
+    case FrameError::RegionNotAllowed:
       return "the region cuts through a group of pixels that the destination format keeps together";
-    case FrameCode::OutOfMemory:
+    case FrameError::OutOfMemory:
       return "there is not enough memory for the converter's own buffers";
-    case FrameCode::NotConfigured:
+    case FrameError::NotConfigured:
       return "the frame converter was never configured";
-    case FrameCode::NullSource:
+    case FrameError::NullSource:
       return "there is no source data";
-    case FrameCode::NullDestination:
+    case FrameError::NullDestination:
       return "there is no place for the destination picture";
-    case FrameCode::SourceSizeDiffers:
+    case FrameError::SourceSizeDiffers:
       return "the source frame does not have the width and height that were configured";
-    case FrameCode::DestinationSizeDiffers:
+    case FrameError::DestinationSizeDiffers:
       return "the destination picture does not have the width and height that were configured";
-    case FrameCode::SourceTooSmall:
+    case FrameError::SourceTooSmall:
       return "the source buffer is smaller than the frame";
-    case FrameCode::DestinationTooSmall:
+    case FrameError::DestinationTooSmall:
       return "the destination buffer is smaller than the picture";
-    case FrameCode::BuffersOverlap:
+    case FrameError::BuffersOverlap:
       return "source and destination share memory";
-    case FrameCode::LinesOutside:
+    case FrameError::LinesOutside:
       return "the band of lines reaches outside the destination picture";
-    case FrameCode::InvalidTone:
+    case FrameError::InvalidTone:
       return "a tone setting is out of its range";
-    case FrameCode::MatrixUnknown:
+    case FrameError::MatrixUnknown:
       return "the format has a colour matrix (BT.2020) that the library does not know";
     default:
       return BaseText(code);

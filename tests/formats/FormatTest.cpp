@@ -1,5 +1,5 @@
 #include <ZrConvertersLib/Format.h>
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/PixelTypes.h>
 #include <gtest/gtest.h>
 
@@ -87,15 +87,15 @@ TEST(FormatTest, WhatCannotBeIsRefusedAndLeavesTheLayout) {
   const auto code = [&](long format, std::uint64_t width, std::uint64_t height, std::uint64_t stride) {
     return DescribeFrame(format, width, height, stride, layout).GetCode();
   };
-  EXPECT_EQ(code(265, 1, 1, 0), FrameCode::UnknownFormat);
-  EXPECT_EQ(code(Ids::Mono8, 0, 1, 0), FrameCode::ZeroSize);
-  EXPECT_EQ(code(Ids::Mono8, 1, 0, 0), FrameCode::ZeroSize);
-  EXPECT_EQ(code(Ids::YCbCr422_12p, 3, 1, 0), FrameCode::WidthNotAllowed);
-  EXPECT_EQ(code(Ids::YCbCr411_8_CbYYCrYY, 6, 1, 0), FrameCode::WidthNotAllowed);
-  EXPECT_EQ(code(Ids::Mono12p, 3, 1, 4), FrameCode::StrideTooSmall);
-  EXPECT_EQ(code(Ids::Mono8, UINT64_MAX, 1, 0), FrameCode::FrameTooLarge);
-  EXPECT_EQ(code(Ids::Mono8, 1, UINT64_MAX, 0), FrameCode::FrameTooLarge);
-  EXPECT_EQ(code(Ids::Mono8, 1, 1, UINT64_MAX), FrameCode::FrameTooLarge);
+  EXPECT_EQ(code(265, 1, 1, 0), FrameError::UnknownFormat);
+  EXPECT_EQ(code(Ids::Mono8, 0, 1, 0), FrameError::ZeroSize);
+  EXPECT_EQ(code(Ids::Mono8, 1, 0, 0), FrameError::ZeroSize);
+  EXPECT_EQ(code(Ids::YCbCr422_12p, 3, 1, 0), FrameError::WidthNotAllowed);
+  EXPECT_EQ(code(Ids::YCbCr411_8_CbYYCrYY, 6, 1, 0), FrameError::WidthNotAllowed);
+  EXPECT_EQ(code(Ids::Mono12p, 3, 1, 4), FrameError::StrideTooSmall);
+  EXPECT_EQ(code(Ids::Mono8, UINT64_MAX, 1, 0), FrameError::FrameTooLarge);
+  EXPECT_EQ(code(Ids::Mono8, 1, UINT64_MAX, 0), FrameError::FrameTooLarge);
+  EXPECT_EQ(code(Ids::Mono8, 1, 1, UINT64_MAX), FrameError::FrameTooLarge);
   EXPECT_EQ(layout.stride, 77u);
 }
 

@@ -1,4 +1,4 @@
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/RGBFilter.h>
 #include <gtest/gtest.h>
 
@@ -85,7 +85,7 @@ TEST(ToneTest, SettingsWithoutMeaningChangeNothing) {
   wrong[8].offset.red = nan;
   RGBFilter filter;
   for (const ToneSettings& settings : wrong) {
-    EXPECT_EQ(filter.SetTone(settings).GetCode(), FrameCode::InvalidTone);
+    EXPECT_EQ(filter.SetTone(settings).GetCode(), FrameError::InvalidTone);
     EXPECT_TRUE(filter.IsIdentity());
   }
 }

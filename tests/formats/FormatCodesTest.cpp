@@ -1,6 +1,6 @@
 #include <ZrConvertersLib/FormatCodes.h>
-#include <ZrConvertersLib/FrameCodes.h>
 #include <ZrConvertersLib/FrameConverter.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/PixelConverter.h>
 #include <ZrConvertersLib/PixelTypes.h>
 #include <gtest/gtest.h>
@@ -100,14 +100,14 @@ TEST(ReadFormatTest, WordsOfAPerson) {
       {"RGB565p", 0, {Ids::RGB565p, 0, false}},
       {"0x02100035", 0, {Ids::BGR565p, 0, false}},
       {"BGRa10", 0, {Ids::BGRa10, 0, false}},
-      {"YCbCr2020_422_8", FrameCode::MatrixUnknown, {}},
-      {"0x021000FA", FrameCode::MatrixUnknown, {}},
-      {"", FrameCode::UnknownFormat, {}},
-      {"0x", FrameCode::UnknownFormat, {}},
-      {"0x010C0059 ", FrameCode::UnknownFormat, {}},
-      {"0x1010C0059", FrameCode::UnknownFormat, {}},
-      {"-1", FrameCode::UnknownFormat, {}},
-      {"mono8", FrameCode::UnknownFormat, {}},
+      {"YCbCr2020_422_8", FrameError::MatrixUnknown, {}},
+      {"0x021000FA", FrameError::MatrixUnknown, {}},
+      {"", FrameError::UnknownFormat, {}},
+      {"0x", FrameError::UnknownFormat, {}},
+      {"0x010C0059 ", FrameError::UnknownFormat, {}},
+      {"0x1010C0059", FrameError::UnknownFormat, {}},
+      {"-1", FrameError::UnknownFormat, {}},
+      {"mono8", FrameError::UnknownFormat, {}},
   };
   for (const Word& word : words) {
     FormatChoice choice;

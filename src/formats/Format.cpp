@@ -1,5 +1,5 @@
 #include <ZrConvertersLib/Format.h>
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/PixelTypeFactory.h>
 
 #include <algorithm>
@@ -7,9 +7,8 @@
 #include <string>
 
 #include "core/FormatTable.h"
-#include "core/FormatWords.h"
-
-#include "frame/Limits.h"
+#include "formats/FormatWords.h"
+#include "formats/Limits.h"
 
 namespace ZrConvertersLib {
 
@@ -130,13 +129,13 @@ std::vector<long> DestinationsOf(long source) {
 ZrUtilsLib::Result DescribeFrame(long id, std::uint64_t width, std::uint64_t height, std::uint64_t stride,
                                  FrameLayout& layout) {
   const FormatRow* row = FindFormat(id);
-  if (row == nullptr) return FrameCode::UnknownFormat;
-  if (width == 0 || height == 0) return FrameCode::ZeroSize;
-  if (width > kMostPixels || height > kMostPixels) return FrameCode::FrameTooLarge;
-  if (width % UnitOf(row->order).pixels != 0) return FrameCode::WidthNotAllowed;
+  if (row == nullptr) return FrameError::UnknownFormat;
+  if (width == 0 || height == 0) return FrameError::ZeroSize;
+  if (width > kMostPixels || height > kMostPixels) return FrameError::FrameTooLarge;
+  if (width % UnitOf(row->order).pixels != 0) return FrameError::WidthNotAllowed;
   const std::uint64_t bytes = LineBytes(*row, static_cast<std::uint32_t>(width));
-  if (stride != 0 && stride < bytes) return FrameCode::StrideTooSmall;
-  if (std::max(stride, bytes) > kMostLineBytes) return FrameCode::FrameTooLarge;
+  if (stride != 0 && stride < bytes) return FrameError::StrideTooSmall;
+  if (std::max(stride, bytes) > kMostLineBytes) return FrameError::FrameTooLarge;
 
   // At most 2^29 x 2^32 x 3: nothing overflows from here on.
   const std::uint64_t step = stride != 0 ? stride : bytes;

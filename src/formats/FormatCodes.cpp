@@ -1,5 +1,5 @@
 #include <ZrConvertersLib/FormatCodes.h>
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/PixelConverter.h>
 
 #include <algorithm>
@@ -347,8 +347,8 @@ ZrUtilsLib::Result ReadFormat(std::string_view text, FormatChoice& choice) {
   }
   std::uint32_t number = 0;
   const FormatCode* entry = ReadNumber(text, number) ? FindFormatCode(number) : FindFormatCode(text);
-  if (entry == nullptr) return FrameCode::UnknownFormat;
-  if (!entry->matrixKnown) return FrameCode::MatrixUnknown;
+  if (entry == nullptr) return FrameError::UnknownFormat;
+  if (!entry->matrixKnown) return FrameError::MatrixUnknown;
   choice = {entry->id, entry->flags, CodeSettlesFlags(entry->id)};
   return {};
 }

@@ -12,7 +12,7 @@
 namespace ZrConvertersLib {
 
 /// Why the checked interface refused. A refusal leaves every buffer and object as it was.
-namespace FrameCode {
+namespace FrameError {
 inline constexpr std::uint32_t UnknownFormat = 0x8001;     ///< no format has this ID, name or code
 inline constexpr std::uint32_t NoConverter = 0x8002;       ///< both formats exist, the conversion does not
 inline constexpr std::uint32_t ZeroSize = 0x8003;          ///< width or height is 0
@@ -38,7 +38,7 @@ inline constexpr std::uint32_t BuffersOverlap = 0x8016;       ///< source and de
 inline constexpr std::uint32_t LinesOutside = 0x8017;         ///< the band leaves the destination picture
 inline constexpr std::uint32_t InvalidTone = 0x8018;          ///< a tone setting has no meaning
 inline constexpr std::uint32_t MatrixUnknown = 0x8019;        ///< the code's colour matrix is not one of ours
-}  // namespace FrameCode
+}  // namespace FrameError
 
 /// One sentence (without a full stop) that says in English what a result code of this library means. Never
 /// empty; static storage. May be called from any thread.

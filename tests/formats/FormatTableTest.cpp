@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "core/Catalogue.h"
-#include "core/FormatWords.h"
+#include "formats/FormatWords.h"
 
 namespace ZrConvertersLib {
 namespace {
