@@ -10,11 +10,13 @@
 #include "Expectation.h"
 #include "Filters.h"
 #include "model/Demosaic.h"
+#include "model/Scf1.h"
 #include "support/CpuLevels.h"
 #include "support/GuardedBuffer.h"
+#include "support/Registry.h"
 
-// A mosaic that is converted band by band, each band told which lines around it are real, must equal the
-// frame that is converted at once.
+// A mosaic or an SCF1 frame that is converted band by band, each band told which lines around it are real,
+// must equal the frame that is converted at once.
 
 namespace {
 
@@ -39,9 +41,21 @@ class BandTest : public testing::TestWithParam<Model::Source> {
     return first + lines == height ? Model::kSingleLastLine : Model::kRealAround;
   }
 
-  /// A last band of a single line could not be converted, so it joins the one before.
+  static bool HasTiles() { return GetParam().meaning == Model::Meaning::Scf1; }
+
+  /// A last band of fewer lines than a pattern has could not be converted, so it joins the one before.
   static std::uint32_t BandLines(std::uint32_t first, std::uint32_t lines, std::uint32_t height) {
-    return height - first < lines + 2 ? height - first : lines;
+    return height - first < lines + (HasTiles() ? 4 : 2) ? height - first : lines;
+  }
+
+  static std::vector<unsigned> Flags() {
+    using namespace Model;
+    if (HasTiles()) return {kWgwr, kWgwb | kInterpolate, kWrwg | kInterpolate};
+    return {kGrbg, kBggr | kInterpolate, kRggb | kInterpolate};
+  }
+
+  static std::vector<std::uint32_t> LinesOfBands() {
+    return HasTiles() ? std::vector{4u, 12u, 16u} : std::vector{2u, 10u, 16u};
   }
 
   void ConvertBands(const PixelConverter& converter, const Model::Pair& pair, const Matrix::Case& frame,
@@ -79,17 +93,19 @@ TEST_P(BandTest, BandsEqualTheWhole) {
     SCOPED_TRACE(level);
     const TestSupport::ForcedCpuLevel forced(level);
     for (const long destination : {258L, 519L, 261L, 290L})
-      for (const unsigned flags :
-           {Model::kGrbg, Model::kBggr | Model::kInterpolate, Model::kRggb | Model::kInterpolate})
-        for (const std::uint32_t height : {36u, 37u})
-          for (const std::uint32_t bandLines : {2u, 10u, 16u})
+      for (const unsigned flags : Flags())
+        for (const std::uint32_t height : {36u, 37u, 39u})
+          for (const std::uint32_t bandLines : LinesOfBands())
             CheckBands(*Model::FindPair(GetParam().id, destination), WholeFrame(height, flags), bandLines);
   }
 }
 
+/// Bayer and SCF1.
 std::vector<Model::Source> MosaicSources() {
   std::vector<Model::Source> sources = Model::AllSources();
-  std::erase_if(sources, [](const Model::Source& source) { return source.id >> 8 != 4; });
+  std::erase_if(sources, [](const Model::Source& source) {
+    return (source.id >> 8 != 4 && source.id >> 8 != 5) || TestSupport::DestinationsOf(source.id).empty();
+  });
   return sources;
 }
 

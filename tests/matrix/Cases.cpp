@@ -1,12 +1,16 @@
 #include "Cases.h"
 
+#include <ZrConvertersLib/PixelConverter.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
 #include "Filters.h"
+#include "model/BiColor.h"
 #include "model/Demosaic.h"
 #include "model/Readers.h"
+#include "model/Scf1.h"
 #include "support/Random.h"
 #include "support/Thinning.h"
 
@@ -22,11 +26,11 @@ constexpr std::array kWidths = {0u,   1u,   2u,   3u,   4u,   5u,   6u,   7u,  8
                                 63u,  64u,  65u,  66u,  67u,  95u,  96u,  97u, 127u, 128u, 129u,
                                 130u, 131u, 160u, 191u, 192u, 200u, 256u, 257u};
 
-bool HasMosaic(const Model::Pair& pair) {
-  return pair.back().source.meaning == Model::Meaning::Mosaic;
+Model::Meaning MeaningOf(const Model::Pair& pair) {
+  return pair.back().source.meaning;
 }
-bool HasChroma(const Model::Pair& pair) {
-  return pair.back().source.meaning == Model::Meaning::YCbCr;
+bool HasMosaic(const Model::Pair& pair) {
+  return MeaningOf(pair) == Model::Meaning::Mosaic;
 }
 bool IsChain(const Model::Pair& pair) {
   return pair.size() > 1;
@@ -38,11 +42,9 @@ unsigned BorderBits(Random& random) {
                        Model::kRealAround | Model::kRealBelow, 0x07000000u});
 }
 
-unsigned MosaicFlags(Random& random) {
-  using namespace Model;
-  const unsigned pattern =
-      random.OneOf({kGrbg, kGbrg, kRggb, kBggr, kGrbg, kGbrg, kRggb, kBggr, 0u, 0x60u, 0xF0u});
-  return pattern | (random.Below(2) ? kInterpolate : 0);
+/// Mostly one of four patterns, whose flags are neighbouring bits.
+unsigned PatternFlags(Random& random, unsigned lowest) {
+  return lowest * random.OneOf({1u, 2u, 4u, 8u, 1u, 2u, 4u, 8u, 0u, 6u, 15u});
 }
 
 unsigned MatrixFlags(Random& random) {
@@ -50,20 +52,45 @@ unsigned MatrixFlags(Random& random) {
       {0u, Model::kJpegMatrix, Model::k709Matrix, Model::kJpegMatrix | Model::k709Matrix, 0x20000u});
 }
 
+/// Flags that the family of the source looks at, and what is drawn of them.
+struct FamilyFlags {
+  unsigned mask, drawn;
+};
+
+FamilyFlags DrawFamilyFlags(const Model::Pair& pair, Random& random) {
+  using enum Model::Meaning;
+  const unsigned interpolate = random.Below(2) ? Model::kInterpolate | Model::kInterpolateBiColor : 0;
+  switch (MeaningOf(pair)) {
+    case YCbCr:
+      return {0x70000, MatrixFlags(random)};
+    case Mosaic:
+      return {0x1F0, PatternFlags(random, Model::kGrbg) | (interpolate & Model::kInterpolate)};
+    case BiColor:
+      return {0xF200, PatternFlags(random, Model::kRgbg) | (interpolate & Model::kInterpolateBiColor)};
+    case Scf1:
+      return {0xF0000100, PatternFlags(random, Model::kWgwr) | (interpolate & Model::kInterpolate)};
+    default:
+      return {};
+  }
+}
+
+/// Drawn as soon as the library names them.
+template <typename Converter>
+unsigned PackingFlags(Random& random) {
+  if constexpr (requires { Converter::FLAG_PACKED_GIGE_VISION | Converter::FLAG_PACKED_CSI2; })
+    return random.OneOf({0u, 0u, Model::kGigEVisionPacking, Model::kCsi2Packing,
+                         Model::kGigEVisionPacking | Model::kCsi2Packing});
+  return 0;
+}
+
 /// Flags of other families must not matter.
 unsigned Flags(const Model::Pair& pair, Random& random) {
-  unsigned flags = random.Below(4) == 0 ? 0xF000FE00u : 0;
-  if (HasChroma(pair)) {
-    flags |= MatrixFlags(random);
-  } else if (random.Below(4) == 0) {
-    flags |= 0x70000u;
-  }
-  if (HasMosaic(pair)) {
-    flags |= MosaicFlags(random);
-  } else if (random.Below(4) == 0) {
-    flags |= 0x1F0u;
-  }
-  return flags | BorderBits(random);
+  const FamilyFlags own = DrawFamilyFlags(pair, random);
+  unsigned others = 0;
+  for (const unsigned family : {0xF000FE00u, 0x70000u, 0x1F0u})
+    if (random.Below(4) == 0) others |= family;
+  return own.drawn | (others & ~own.mask) | BorderBits(random) |
+         PackingFlags<ZrConvertersLib::PixelConverter>(random);
 }
 
 /// Odd ones put 16-bit words at odd addresses.
@@ -74,6 +101,14 @@ unsigned Padding(Random& random) {
 Placement Place(Random& random) {
   using enum Placement::At;
   return {random.OneOf({End, End, Begin, Middle}), random.Below(64)};
+}
+
+/// Of tiles of 4x4: heights of several, and images that are higher than what is converted. An image with real
+/// lines below it is a band of a frame, which has whole tiles.
+void DrawHeightsOfTiles(Model::Call& call, Random& random) {
+  call.height += random.OneOf({0u, 3u, 6u});
+  call.sourceHeight = call.height + random.OneOf({0u, 0u, 0u, 1u, 5u});
+  if (Model::LinesBelowAreReal(call.flags)) call.sourceHeight = (call.sourceHeight + 3) / 4 * 4;
 }
 
 Model::Call RandomCall(const Model::Pair& pair, std::uint32_t width, Random& random) {
@@ -93,6 +128,7 @@ Model::Call RandomCall(const Model::Pair& pair, std::uint32_t width, Random& ran
   call.sourcePadding = Padding(random);
   call.destinationPadding = Padding(random);
   call.flip = random.Below(3) == 0;
+  if (MeaningOf(pair) == Model::Meaning::Scf1) DrawHeightsOfTiles(call, random);
   return call;
 }
 
@@ -117,7 +153,8 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
 
 /// How often each width comes round. Flags decide much in a mosaic and little elsewhere.
 unsigned Rounds(const Model::Pair& pair) {
-  const unsigned rounds = HasMosaic(pair) ? 36 : HasChroma(pair) || IsChain(pair) ? 18 : 12;
+  const bool plain = MeaningOf(pair) == Model::Meaning::Grey || MeaningOf(pair) == Model::Meaning::Colour;
+  const unsigned rounds = HasMosaic(pair) ? 36 : !plain || IsChain(pair) ? 18 : 12;
   return std::max(rounds / TestSupport::Thinning(), 1u);
 }
 
@@ -131,6 +168,7 @@ Case LargeCase(const Model::Pair& pair, std::uint32_t width, std::uint32_t heigh
   Model::Call& call = conversion.call;
   call.sourceWidth = call.destinationWidth = width;
   call.height = call.sourceHeight = call.destinationHeight = height;
+  if (MeaningOf(pair) == Model::Meaning::Scf1) call.sourceHeight = (height + 3) / 4 * 4;
   return conversion;
 }
 

@@ -42,7 +42,7 @@ class CallersBuffer {
   explicit CallersBuffer(const Case& conversion) {
     if (conversion.between == Between::Library) return;
     const Model::Call& call = conversion.call;
-    mSize = conversion.between == Between::Caller ? (call.sourceHeight + 8) * (call.sourceWidth * 6 + 64) : 1;
+    mSize = conversion.between == Between::Caller ? (call.sourceHeight + 8) * (call.sourceWidth * 8 + 64) : 1;
     mBytes = mFirst = new unsigned char[mSize];
     mFirstSize = mSize;
   }

@@ -10,10 +10,10 @@ namespace {
 
 using Model::Memory;
 
-/// Room for two border lines, a flipped overhang or a step back, and more lines below.
+/// Room for two border lines, a flipped overhang or a step back, more lines below, and three planes.
 Memory SourceMemory(const Model::Pair& pair, const Model::Call& call) {
   const std::size_t stride = Model::SourceStride(pair, call);
-  return {8 * stride + 64, (call.sourceHeight + 10) * stride + 128};
+  return {8 * stride + 64, (3 * call.sourceHeight + 10) * stride + 128};
 }
 
 Memory DestinationMemory(const Model::Pair& pair, const Model::Call& call) {

@@ -69,7 +69,7 @@ class LineWalk {
 
   void ConvertBlock() {
     if (!IsMosaic()) return ConvertPlainLine();
-    const Mosaic mosaic = MosaicAt(mFrom, mLine);
+    const SourceLine mosaic = LineAt(mFrom, mLine);
     if (mCall.flags & kInterpolate) {
       InterpolatePair(mosaic);
     } else {
@@ -80,22 +80,21 @@ class LineWalk {
   /// The line and the one before it, once more, by the fast method.
   void ConvertLastLine() {
     if (mCall.sourceHeight < 2) return;
-    FastPair(MosaicAt(mFrom - SignExtended(mSourceStride), mLine - 1),
-             mTo - SignExtended(mDestinationStride));
+    FastPair(LineAt(mFrom - SignExtended(mSourceStride), mLine - 1), mTo - SignExtended(mDestinationStride));
   }
 
   void ConvertPlainLine() {
-    const std::uint32_t pixels = OwedPixels(mStage.source, mWidth);
-    for (std::uint32_t x = 0; x < pixels; ++x)
-      Put(mTo, x, ReadPixel(mStage.source, mSource, mFrom, x, mCall.flags));
+    const SourceLine line = LineAt(mFrom, mLine);
+    const std::uint32_t pixels = OwedPixels(line);
+    for (std::uint32_t x = 0; x < pixels; ++x) Put(mTo, x, ReadPixel(line, x));
   }
 
-  Mosaic MosaicAt(std::ptrdiff_t top, std::uint32_t line) {
-    return {&mStage.source, &mSource,           top,    SignExtended(mSourceStride),
+  SourceLine LineAt(std::ptrdiff_t start, std::uint32_t line) {
+    return {&mStage.source, &mSource,           start,  SignExtended(mSourceStride),
             line,           mCall.sourceHeight, mWidth, mCall.flags};
   }
 
-  void FastPair(const Mosaic& mosaic, std::ptrdiff_t to) {
+  void FastPair(const SourceLine& mosaic, std::ptrdiff_t to) {
     if (mWidth < 2) return;
     for (std::uint32_t x = 0; x + 1 < mWidth; x += 2) {
       const Value colour = FastTile(mosaic, x);
@@ -105,7 +104,7 @@ class LineWalk {
     if (mWidth % 2 != 0) PutInBothLines(to, mWidth - 1, LastColumn(mosaic));
   }
 
-  void InterpolatePair(const Mosaic& mosaic) {
+  void InterpolatePair(const SourceLine& mosaic) {
     if (mWidth < 2) return;
     for (std::uint32_t line = 0; line < 2; ++line)
       for (std::uint32_t x = 0; x < mWidth; ++x)

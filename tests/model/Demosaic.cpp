@@ -1,36 +1,24 @@
 #include "Demosaic.h"
 
 #include <algorithm>
-#include <array>
 
 namespace Model {
 namespace {
 
-enum class Site { Red, Green, Blue };
-
-/// The image's first tile, row by row. With several pattern flags the first of this order counts.
-std::array<Site, 4> FirstTile(unsigned flags) {
-  using enum Site;
-  if (flags & kBggr) return {Blue, Green, Green, Red};
-  if (flags & kRggb) return {Red, Green, Green, Blue};
-  if (flags & kGbrg) return {Green, Blue, Red, Green};
-  return {Green, Red, Blue, Green};
-}
-
 /// The colour filter repeats every two lines and columns.
-Site SiteAt(const Mosaic& mosaic, std::uint32_t lineOfPair, std::uint32_t x) {
+Site SiteAt(const SourceLine& mosaic, std::uint32_t lineOfPair, std::uint32_t x) {
   return FirstTile(mosaic.flags)[(mosaic.line + lineOfPair) % 2 * 2 + x % 2];
 }
 
-std::uint32_t SampleAt(const Mosaic& mosaic, std::ptrdiff_t lineOfPair, std::uint32_t x) {
-  return EightBitSample(*mosaic.source, *mosaic.memory, mosaic.top + lineOfPair * mosaic.stride, x);
+std::uint32_t SampleAt(const SourceLine& mosaic, std::ptrdiff_t lineOfPair, std::uint32_t x) {
+  return EightBitSample(*mosaic.source, *mosaic.memory, mosaic.start + lineOfPair * mosaic.stride, x);
 }
 
 struct Tile {
   std::uint32_t red = 0, greenSum = 0, blue = 0;
 };
 
-Tile ReadTile(const Mosaic& mosaic, std::uint32_t x) {
+Tile ReadTile(const SourceLine& mosaic, std::uint32_t x) {
   Tile tile;
   for (std::uint32_t line = 0; line < 2; ++line) {
     for (std::uint32_t column = x; column < x + 2; ++column) {
@@ -52,36 +40,21 @@ Tile ReadTile(const Mosaic& mosaic, std::uint32_t x) {
 }
 
 /// Blue at the top left and red at the bottom right.
-bool StartsBlueGreen(const Mosaic& mosaic, std::uint32_t x) {
+bool StartsBlueGreen(const SourceLine& mosaic, std::uint32_t x) {
   return SiteAt(mosaic, 0, x) == Site::Blue;
-}
-
-bool LinesAboveAreReal(unsigned flags) {
-  return (flags & 0x02000000) || (flags & 0x05000000) == 0x04000000;
-}
-bool LinesBelowAreReal(unsigned flags) {
-  return (flags & 0x02000000) || (flags & 0x05000000) == 0x01000000;
 }
 
 /// The line to read for a neighbour in line `line`: outside the image it is mirrored about the edge line.
 /// A pair always owns two lines, also in an image of one.
-std::ptrdiff_t NeighbourLine(const Mosaic& mosaic, std::ptrdiff_t line) {
-  const std::ptrdiff_t height = std::max<std::ptrdiff_t>(mosaic.height, 2);
-  if (line < 0 && !LinesAboveAreReal(mosaic.flags)) return -line;
-  if (line >= height && !LinesBelowAreReal(mosaic.flags)) return 2 * (height - 1) - line;
-  return line;
-}
-
-std::uint32_t NeighbourColumn(const Mosaic& mosaic, std::ptrdiff_t x) {
-  if (x < 0) return static_cast<std::uint32_t>(-x);
-  if (x >= mosaic.width) return static_cast<std::uint32_t>(2 * (std::ptrdiff_t{mosaic.width} - 1) - x);
-  return static_cast<std::uint32_t>(x);
+std::ptrdiff_t NeighbourLine(const SourceLine& mosaic, std::ptrdiff_t line) {
+  const bool real = line < 0 ? LinesAboveAreReal(mosaic.flags) : LinesBelowAreReal(mosaic.flags);
+  return real ? line : Mirrored(line, std::max<std::ptrdiff_t>(mosaic.height, 2));
 }
 
 /// The samples around one site.
 class Neighbours {
  public:
-  Neighbours(const Mosaic& mosaic, std::uint32_t lineOfPair, std::uint32_t x)
+  Neighbours(const SourceLine& mosaic, std::uint32_t lineOfPair, std::uint32_t x)
       : mMosaic(mosaic), mLineOfPair(lineOfPair), mX(x) {}
 
   std::uint32_t Horizontal() const { return At(0, -1) + At(0, 1); }
@@ -94,10 +67,10 @@ class Neighbours {
     const std::ptrdiff_t centre = std::ptrdiff_t{mMosaic.line} + mLineOfPair;
     const std::ptrdiff_t line = down == 0 ? centre : NeighbourLine(mMosaic, centre + down);
     return SampleAt(mMosaic, line - std::ptrdiff_t{mMosaic.line},
-                    NeighbourColumn(mMosaic, std::ptrdiff_t{mX} + right));
+                    static_cast<std::uint32_t>(Mirrored(std::ptrdiff_t{mX} + right, mMosaic.width)));
   }
 
-  const Mosaic& mMosaic;
+  const SourceLine& mMosaic;
   std::uint32_t mLineOfPair, mX;
 };
 
@@ -117,20 +90,40 @@ Value AtGreen(std::uint32_t centre, const Neighbours& around, bool redInLine) {
 
 }  // namespace
 
-Value FastTile(const Mosaic& mosaic, std::uint32_t x) {
+std::array<Site, 4> FirstTile(unsigned flags) {
+  using enum Site;
+  if (flags & kBggr) return {Blue, Green, Green, Red};
+  if (flags & kRggb) return {Red, Green, Green, Blue};
+  if (flags & kGbrg) return {Green, Blue, Red, Green};
+  return {Green, Red, Blue, Green};
+}
+
+bool LinesAboveAreReal(unsigned flags) {
+  return (flags & 0x02000000) || (flags & 0x05000000) == 0x04000000;
+}
+bool LinesBelowAreReal(unsigned flags) {
+  return (flags & 0x02000000) || (flags & 0x05000000) == 0x01000000;
+}
+
+std::ptrdiff_t Mirrored(std::ptrdiff_t index, std::ptrdiff_t count) {
+  if (index < 0) return -index;
+  return index >= count ? 2 * (count - 1) - index : index;
+}
+
+Value FastTile(const SourceLine& mosaic, std::uint32_t x) {
   const Tile tile = ReadTile(mosaic, x);
   return {tile.red << 8, tile.greenSum << 7, tile.blue << 8};
 }
 
 /// Deliberately uneven: a tile that starts blue-green loses its green scale here, and only here.
-Value LastColumn(const Mosaic& mosaic) {
+Value LastColumn(const SourceLine& mosaic) {
   const std::uint32_t x = mosaic.width - 2;
   const Tile tile = ReadTile(mosaic, x);
   const std::uint32_t green = StartsBlueGreen(mosaic, x) ? tile.greenSum >> 7 : tile.greenSum << 7;
   return {tile.red << 8, green, tile.blue << 8};
 }
 
-Value Interpolated(const Mosaic& mosaic, std::uint32_t lineOfPair, std::uint32_t x) {
+Value Interpolated(const SourceLine& mosaic, std::uint32_t lineOfPair, std::uint32_t x) {
   const Neighbours around(mosaic, lineOfPair, x);
   const std::uint32_t centre = SampleAt(mosaic, lineOfPair, x);
   const std::uint32_t cross = MeanOfFour(around.Horizontal() + around.Vertical());

@@ -30,15 +30,41 @@ constexpr Source Mosaic(long id, std::string_view name, unsigned bits) {
   return {.id = id, .name = name, .meaning = Meaning::Mosaic, .packing = Container(bits), .bits = bits};
 }
 
-constexpr Source Colour(long id, std::string_view name, ColourOrder order, unsigned bits) {
-  Source source{.id = id, .name = name, .meaning = Meaning::Colour, .packing = Container(bits), .bits = bits};
+constexpr Source BiColor(long id, std::string_view name, Packing packing, unsigned bits) {
+  return {.id = id, .name = name, .meaning = Meaning::BiColor, .packing = packing, .bits = bits};
+}
+
+constexpr Source Scf1(long id, std::string_view name, Packing packing, unsigned bits) {
+  return {.id = id, .name = name, .meaning = Meaning::Scf1, .packing = packing, .bits = bits};
+}
+
+constexpr Source PackedColour(long id, std::string_view name, Packing packing, ColourOrder order,
+                              unsigned bits) {
+  Source source{.id = id, .name = name, .meaning = Meaning::Colour, .packing = packing, .bits = bits};
   source.colour = order;
+  return source;
+}
+
+constexpr Source Colour(long id, std::string_view name, ColourOrder order, unsigned bits) {
+  return PackedColour(id, name, Container(bits), order, bits);
+}
+
+constexpr Source Planes(long id, std::string_view name, unsigned bits) {
+  Source source = Colour(id, name, kRgb, bits);
+  source.planar = true;
   return source;
 }
 
 constexpr Source Chroma(long id, std::string_view name, ChromaGroup group, unsigned bits) {
   Source source{.id = id, .name = name, .meaning = Meaning::YCbCr, .packing = Container(bits), .bits = bits};
   source.chroma = group;
+  return source;
+}
+
+/// Least significant bits first, or as CSI-2 has them when a flag says so.
+constexpr Source Stream(long id, std::string_view name, unsigned bits) {
+  Source source = Grey(id, name, Packing::LsbFirst, bits);
+  source.csi2 = true;
   return source;
 }
 
@@ -61,9 +87,9 @@ constexpr auto kDirect = std::to_array<Source>({
     Grey(520, "Mono1p", Packing::SubByte, 1),
     Grey(521, "Mono2p", Packing::SubByte, 2),
     Grey(522, "Mono4p", Packing::SubByte, 4),
-    Grey(523, "Mono10p", Packing::LsbFirst, 10),
-    Grey(524, "Mono12p", Packing::LsbFirst, 12),
-    Grey(525, "Mono14p", Packing::LsbFirst, 14),
+    Stream(523, "Mono10p", 10),
+    Stream(524, "Mono12p", 12),
+    Stream(525, "Mono14p", 14),
     Grey(526, "Mono32", Packing::Word32, 32),
 
     Mosaic(1024, "Bayer8", 8),
@@ -93,6 +119,31 @@ constexpr auto kDirect = std::to_array<Source>({
     Colour(284, "RGBa16", kRgba, 16),
     Colour(285, "BGRa16", kBgra, 16),
 
+    // The three channels of a word from its lowest bits up.
+    PackedColour(256, "RGB565p", Packing::Word565, kBgr, 6),
+    PackedColour(257, "BGR565p", Packing::Word565, kRgb, 6),
+    PackedColour(287, "RGB10p32", Packing::Word10p32, kRgb, 10),
+    PackedColour(286, "RGB10V1Packed", Packing::V1Packed, kRgb, 10),
+    PackedColour(288, "RGB12V1Packed", Packing::GigEVision, kRgb, 12),
+    Planes(289, "RGB8_Planar", 8),
+    Planes(290, "RGB10_Planar", 10),
+    Planes(291, "RGB12_Planar", 12),
+    Planes(292, "RGB16_Planar", 16),
+
+    BiColor(1536, "BiColor8", Packing::Byte, 8),
+    BiColor(1537, "BiColor10", Packing::Word16, 10),
+    BiColor(1538, "BiColor12", Packing::Word16, 12),
+    BiColor(1539, "BiColor10p", Packing::LsbFirst, 10),
+    BiColor(1540, "BiColor12p", Packing::LsbFirst, 12),
+
+    Scf1(1280, "SCF18", Packing::Byte, 8),
+    Scf1(1281, "SCF110", Packing::Word16, 10),
+    Scf1(1282, "SCF110p", Packing::LsbFirst, 10),
+    Scf1(1283, "SCF112", Packing::Word16, 12),
+    Scf1(1284, "SCF112p", Packing::LsbFirst, 12),
+    Scf1(1285, "SCF114", Packing::Word16, 14),
+    Scf1(1286, "SCF116", Packing::Word16, 16),
+
     Chroma(768, "YCbCr422_8", kYCbYCr, 8),
     Chroma(769, "YCbCr422_10", kYCbYCr, 10),
     Chroma(771, "YCbCr422_12", kYCbYCr, 12),
@@ -114,33 +165,47 @@ constexpr long kBayer16 = 1029;
 struct Packed {
   Source stream;
   long to8;
-  long to16;  // 0: never unpacked to 16 bits
+  long to16;                           // 0: never unpacked to 16 bits
+  bool unpackersAreConverters = true;  // registered for the types they unpack to
 };
 
-constexpr Packed PackedBayer(long id, std::string_view name, Packing packing, unsigned bits) {
-  return {Grey(id, name, packing, bits), kBayer8, kBayer16};
+constexpr Packed PackedBayer(Source stream) {
+  return {stream, kBayer8, kBayer16};
 }
 
-constexpr Packed PackedYCbCr(long id, std::string_view name, unsigned bits, unsigned samplesPerPixel,
-                             long to8) {
-  Packed packed{Grey(id, name, Packing::LsbFirst, bits), to8, 0};
+constexpr Packed PackedYCbCr(Source stream, unsigned samplesPerPixel, long to8) {
+  stream.multiplier = samplesPerPixel;
+  return {stream, to8, 0};
+}
+
+constexpr Packed PackedRgb(long id, std::string_view name, unsigned bits, unsigned samplesPerPixel, long to8,
+                           long to16) {
+  Packed packed{Grey(id, name, Packing::LsbFirst, bits), to8, to16, false};
   packed.stream.multiplier = samplesPerPixel;
   return packed;
 }
 
 /// Bayer10Packed keeps the nibble shift of the 12-bit packing: its samples come out as 8 + 4 bits.
 constexpr auto kPacked = std::to_array<Packed>({
-    PackedBayer(1026, "Bayer10Packed", Packing::PairPacked, 10),
-    PackedBayer(1028, "Bayer12Packed", Packing::PairPacked, 12),
-    PackedBayer(1030, "Bayer10p", Packing::LsbFirst, 10),
-    PackedBayer(1031, "Bayer12p", Packing::LsbFirst, 12),
-    PackedBayer(1033, "Bayer14p", Packing::LsbFirst, 14),
-    PackedYCbCr(770, "YCbCr422_10p", 10, 2, 768),
-    PackedYCbCr(772, "YCbCr422_12p", 12, 2, 768),
-    PackedYCbCr(775, "YCbCr422_10p_CbYCrY", 10, 2, 773),
-    PackedYCbCr(777, "YCbCr422_12p_CbYCrY", 12, 2, 773),
-    PackedYCbCr(781, "YCbCr10p_CbYCr", 10, 3, 779),
-    PackedYCbCr(783, "YCbCr12p_CbYCr", 12, 3, 779),
+    PackedBayer(Grey(1026, "Bayer10Packed", Packing::PairPacked, 10)),
+    PackedBayer(Grey(1028, "Bayer12Packed", Packing::PairPacked, 12)),
+    PackedBayer(Stream(1030, "Bayer10p", 10)),
+    PackedBayer(Stream(1031, "Bayer12p", 12)),
+    PackedBayer(Stream(1033, "Bayer14p", 14)),
+    PackedYCbCr(Stream(770, "YCbCr422_10p", 10), 2, 768),
+    PackedYCbCr(Grey(772, "YCbCr422_12p", Packing::LsbFirst, 12), 2, 768),
+    PackedYCbCr(Stream(775, "YCbCr422_10p_CbYCrY", 10), 2, 773),
+    PackedYCbCr(Grey(777, "YCbCr422_12p_CbYCrY", Packing::LsbFirst, 12), 2, 773),
+    PackedYCbCr(Grey(781, "YCbCr10p_CbYCr", Packing::LsbFirst, 10), 3, 779),
+    PackedYCbCr(Grey(783, "YCbCr12p_CbYCr", Packing::LsbFirst, 12), 3, 779),
+    PackedRgb(264, "RGB10p", 10, 3, 258, 282),
+    PackedRgb(265, "BGR10p", 10, 3, 259, 283),
+    PackedRgb(268, "RGBa10p", 10, 4, 260, 284),
+    PackedRgb(269, "BGRa10p", 10, 4, 261, 285),
+    PackedRgb(272, "RGB12p", 12, 3, 258, 282),
+    PackedRgb(273, "BGR12p", 12, 3, 259, 283),
+    PackedRgb(276, "RGBa12p", 12, 4, 260, 284),
+    PackedRgb(277, "BGRa12p", 12, 4, 261, 285),
 });
 
 constexpr auto kDestinations = std::to_array<Destination>({
@@ -191,7 +256,8 @@ long IntermediateOf(const Packed& packed, const Destination& destination) {
 }
 
 std::optional<Pair> FindPackedPair(const Packed& packed, long to) {
-  if (to == packed.to8 || (to == packed.to16 && to != 0)) return Pair{Unpack(packed, to)};
+  if (packed.unpackersAreConverters && (to == packed.to8 || (to == packed.to16 && to != 0)))
+    return Pair{Unpack(packed, to)};
   const auto destination = FindDestination(to);
   if (!destination) return std::nullopt;
   const long through = IntermediateOf(packed, *destination);
@@ -217,7 +283,7 @@ std::vector<Source> AllSources() {
 std::vector<long> DestinationsOf(long source) {
   std::vector<long> ids;
   for (const Destination& destination : kDestinations) ids.push_back(destination.id);
-  if (const auto packed = FindPacked(source)) {
+  if (const auto packed = FindPacked(source); packed && packed->unpackersAreConverters) {
     ids.push_back(packed->to8);
     if (packed->to16 != 0) ids.push_back(packed->to16);
   }

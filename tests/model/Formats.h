@@ -20,11 +20,16 @@ enum class Packing {
   Word32,
   LsbFirst,    ///< 10, 12 or 14 bits each, least significant bits first, no gaps
   PairPacked,  ///< two samples in three bytes; the middle byte holds the low bits of both
+  GigEVision,  ///< the same, but the first sample's low bits are the lower ones of the middle byte
+  Csi2,        ///< two or four samples' upper bytes, then their low bits together
+  Word10p32,   ///< three samples of 10 bits in a word of 32, the first in the lowest bits
+  V1Packed,    ///< a byte of three samples' low two bits, then their upper bytes
+  Word565,     ///< three samples of 5, 6 and 5 bits in a word of 16, the first in the lowest bits
   SubByte,     ///< 1, 2 or 4 bits each, from the least significant bits up
 };
 
 /// What the samples of a line mean.
-enum class Meaning { Grey, Colour, YCbCr, Mosaic };
+enum class Meaning { Grey, Colour, YCbCr, Mosaic, BiColor, Scf1 };
 
 /// Sample positions within a pixel of `samples` samples.
 struct ColourOrder {
@@ -47,6 +52,8 @@ struct Source {
   ChromaGroup chroma{};      ///< of Meaning::YCbCr
   unsigned multiplier = 1;   ///< samples counted per pixel of the caller's widths
   unsigned nibbleShift = 4;  ///< of Packing::PairPacked: where the low bits of a sample go
+  bool planar = false;       ///< of Meaning::Colour: each channel in a plane of its own
+  bool csi2 = false;         ///< a flag says that the samples are packed as CSI-2 has them
 };
 
 /// Tests that have a source as parameter show its name.

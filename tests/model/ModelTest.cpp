@@ -3,9 +3,11 @@
 #include <initializer_list>
 #include <vector>
 
+#include "BiColor.h"
 #include "Converter.h"
 #include "Demosaic.h"
 #include "Readers.h"
+#include "Scf1.h"
 
 // The model is the reference of the matrix, so it is held against figures worked out by hand.
 
@@ -142,6 +144,111 @@ TEST(Model, ChainsThroughTheIntermediate) {
             (Bytes{0, 0, 0, 255, 255, 255}));
 }
 
+TEST(Model, ReadsPackedColours) {
+  // Red 0x234, green 0x101, blue 0x3FF.
+  EXPECT_EQ(Trial(1, 1, 0, {0x34, 0x06, 0xF4, 0xFF}).To(287, kRgb16, 6),
+            (Bytes{0, 0x8D, 0x40, 0x40, 0xC0, 0xFF}));
+  EXPECT_EQ(Trial(1, 1, 0, {0xF4, 0x8D, 0x40, 0xFF}).To(286, kRgb16, 6),
+            (Bytes{0, 0x8D, 0x40, 0x40, 0xC0, 0xFF}));
+  EXPECT_EQ(Trial(1, 1, 0, {0xE0, 0xFF}).To(256, kRgb8, 3), (Bytes{255, 255, 0}));
+  EXPECT_EQ(Trial(1, 1, 0, {0x21, 0x88}).To(257, kRgb8, 3), (Bytes{8, 4, 140}));
+
+  // One pixel of 4.5 bytes: red 0x123, green 0x456, blue 0x789, whose byte's upper nibble is nobody's.
+  Trial pairs(1, 1, 0, {0x12, 0x63, 0x45, 0x78, 0xF9});
+  EXPECT_EQ(pairs.To(288, kRgb16, 6), (Bytes{0x30, 0x12, 0x60, 0x45, 0x90, 0x78}));
+  EXPECT_EQ(pairs.source.End(), 5);
+
+  // Two lines of one pixel: each plane is two bytes and two of padding.
+  Trial planes(1, 2, 0, {1, 0, 2, 0, 3, 0, 4, 0, 5, 0, 6, 0});
+  planes.call.sourcePadding = 1;
+  EXPECT_EQ(planes.To(289, kRgb8, 6), (Bytes{1, 3, 5, 2, 4, 6}));
+}
+
+TEST(Model, ChainsPackedColoursByWayOfTheirDepth) {
+  // Alpha 0, blue 0x3FF, green 0x101, red 0x234.
+  const std::initializer_list<unsigned> bgra = {0xFF, 0x07, 0x44, 0x23, 0x00};
+  EXPECT_EQ(Trial(1, 1, 0, bgra).To(269, kRgb16, 6), (Bytes{0, 0x8D, 0x40, 0x40, 0xC0, 0xFF}));
+  EXPECT_EQ(Trial(1, 1, 0, bgra).To(269, kRgba8, 4), (Bytes{0x8D, 0x40, 0xFF, 0xFF}));
+  EXPECT_EQ(Model::FindPair(269, 261)->size(), 2u) << "not the unpacker alone";
+}
+
+TEST(Model, PacksAsTheFlagsSay) {
+  const auto mono16 = [](long from, unsigned flags, std::initializer_list<unsigned> bytes) {
+    return Trial(2, 1, flags, bytes).To(from, kMono16, 4);
+  };
+  constexpr unsigned kBoth = Model::kGigEVisionPacking | Model::kCsi2Packing;
+  EXPECT_EQ(mono16(517, kBoth, {0x12, 0x34, 0x56}), (Bytes{0x40, 0x12, 0x30, 0x56}));
+  EXPECT_EQ(mono16(516, kBoth, {0x12, 0xDE, 0x56}), (Bytes{0x80, 0x12, 0x40, 0x56}));
+  EXPECT_EQ(mono16(517, Model::kCsi2Packing, {0x12, 0x34, 0x56}), (Bytes{0x30, 0x12, 0x40, 0x56}));
+  EXPECT_EQ(mono16(523, kBoth, {0x12, 0x34, 0, 0, 0x09}), (Bytes{0x40, 0x12, 0x80, 0x34}));
+  EXPECT_EQ(mono16(524, kBoth, {0x12, 0x34, 0xA5}), (Bytes{0x50, 0x12, 0xA0, 0x34}));
+  EXPECT_EQ(mono16(525, kBoth, {0x12, 0x34, 0, 0, 0x41, 0x08, 0}), (Bytes{0x04, 0x12, 0x84, 0x34}));
+  // Y 64, Cb 512, Y 940, Cr 512, and the same bytes where the flag means nothing.
+  EXPECT_EQ(Trial(2, 1, kBoth, {16, 128, 235, 128, 0}).To(770, kRgb8, 6), (Bytes{0, 0, 0, 255, 255, 255}));
+  EXPECT_EQ(Trial(2, 1, kBoth, {0x00, 0x01, 0x80, 0xB0, 0x0E, 0x80}).To(772, kRgb8, 6),
+            (Bytes{0, 0, 0, 255, 255, 255}));
+}
+
+TEST(Model, SharesBiColourInPairs) {
+  const std::initializer_list<unsigned> line = {10, 20, 30, 41, 50, 60};
+  EXPECT_EQ(Trial(3, 1, 0, line).To(1536, kRgb8, 10), (Bytes{10, 30, 30, 10, 30, 30, 50, 50, 30, 0xEE}));
+  EXPECT_EQ(Trial(3, 1, 0xF000, line).To(1536, kRgb8, 9), (Bytes{41, 20, 20, 41, 20, 20, 41, 40, 60}))
+      << "GBGR wins";
+  EXPECT_EQ(Trial(3, 1, Model::kBgrg, line).To(1536, kRgb8, 3), (Bytes{30, 30, 10}));
+  EXPECT_EQ(Trial(3, 1, Model::kGrgb, line).To(1536, kRgb8, 3), (Bytes{20, 20, 41}));
+  EXPECT_EQ(Trial(1, 1, 0, line).To(1536, kRgb8, 3), (Bytes{0xEE, 0xEE, 0xEE}));
+  EXPECT_EQ(Trial(2, 1, 0, {0x00, 0xFC, 1, 0, 0, 0, 2, 0}).To(1537, kRgb16, 6), (Bytes{0, 0, 0x60, 0, 0, 0}))
+      << "stray bits, and half of 0x40 + 0x80";
+}
+
+TEST(Model, InterpolatesBiColourBetweenMirroredNeighbours) {
+  const std::initializer_list<unsigned> line = {10, 20, 30, 40, 50, 60, 71, 80};
+  EXPECT_EQ(Trial(4, 1, Model::kInterpolateBiColor, line).To(1536, kRgb8, 12),
+            (Bytes{10, 20, 30, 30, 40, 30, 50, 60, 50, 50, 80, 71}));
+  EXPECT_EQ(Trial(4, 1, Model::kInterpolate, line).To(1536, kRgb8, 3), (Bytes{10, 30, 30}));
+}
+
+/// Lines of WGWR: white 100, green 40, red 80 in the first tile; white 100, green 20, blue 60.
+const std::initializer_list<unsigned> kTile = {100, 40, 100, 80, 40, 100, 81, 100,
+                                               100, 60, 100, 20, 60, 100, 22, 100};
+
+TEST(Model, FastScf1GivesOneColourPerTile) {
+  Trial tile(4, 4, 0, kTile);
+  EXPECT_EQ(tile.To(1280, kRgb8, 6), (Bytes{80, 30, 60, 80, 30, 60}));
+  EXPECT_EQ(Trial(4, 4, 0, kTile).To(1280, kRgb16, 6), (Bytes{0x80, 80, 0x80, 30, 0, 60}));
+  // Four columns wide within lines of five, and the fifth line with the colour of the tile above.
+  EXPECT_EQ(Trial(4, 5, Model::kWbwg, kTile).To(1280, kRgb8, 3, 48), (Bytes{21, 70, 40}));
+  EXPECT_EQ(Trial(4, 4, Model::kWrwg, kTile).To(1280, kRgb8, 3), (Bytes{40, 70, 21}));
+  EXPECT_EQ(Trial(4, 4, 0xF0000000, kTile).To(1280, kRgb8, 3), (Bytes{60, 30, 80}));
+  EXPECT_EQ(Trial(3, 4, 0, kTile).To(1280, kRgb8, 1), Bytes{0xEE});
+  EXPECT_EQ(Trial(4, 3, 0, kTile).To(1280, kRgb8, 1), Bytes{0xEE});
+}
+
+TEST(Model, InterpolatedScf1ScalesColourByWhite) {
+  // Cells by colour and white: green 40 and 100, red 80 and 50 / blue 60 and 200, green 20 and 100. The fifth
+  // column cuts the cells that would follow.
+  const std::initializer_list<unsigned> sites = {90,  40, 50,  80, 10, 40, 110, 80, 50,  255,
+                                                 200, 60, 100, 20, 30, 60, 200, 20, 100, 255};
+  Trial run(5, 4, Model::kInterpolate, sites);
+  EXPECT_EQ(run.To(1280, kRgb8, 6), (Bytes{144, 36, 27, 144, 36, 27}))
+      << "white 90 of its own, and between others";
+  EXPECT_EQ(run.To(1280, kRgb8, 3, 12), (Bytes{16, 4, 3})) << "cut cells are those two before";
+  EXPECT_EQ(run.To(1280, kRgb8, 3, 36), (Bytes{160, 20, 30}));
+  // Twice as green as white, and white itself is full: limited.
+  EXPECT_EQ(Trial(4, 4, Model::kInterpolate, {255, 255, 0, 0, 255, 0}).To(1280, kRgb16, 4),
+            (Bytes{0, 0, 255, 255}));
+}
+
+TEST(Model, InterpolatesScf1BandsAsPartsOfTheFrame) {
+  Trial frame(7, 13, Model::kInterpolate, {}), band(7, 9, Model::kInterpolate | Model::kSingleLastLine, {});
+  for (int at = 0; at < 7 * 13; ++at) {
+    const auto byte = static_cast<std::uint8_t>(at * at * 37 >> 3);
+    frame.source.Write(at, byte);
+    band.source.Write(at - 7 * 4, byte);
+  }
+  EXPECT_EQ(frame.To(1280, kMono8, 7 * 9, 7 * 4), band.To(1280, kMono8, 7 * 9));
+}
+
 TEST(Model, KnowsEveryPair) {
   std::size_t pairs = 0;
   for (const Model::Source& source : Model::AllSources()) {
@@ -150,7 +257,7 @@ TEST(Model, KnowsEveryPair) {
       ++pairs;
     }
   }
-  EXPECT_EQ(pairs, 1024u);
+  EXPECT_EQ(pairs, 1488u);
   EXPECT_FALSE(Model::FindPair(1028, 512 + 1));
 }
 

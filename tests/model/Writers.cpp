@@ -8,12 +8,11 @@ namespace {
 using Channels = std::array<std::uint32_t, 3>;  // red, green, blue at the destination's depth
 
 Channels Filtered(const Value& value, const FilterTables& filter) {
-  return {filter[0][value.red >> 8 & 0xFF], filter[1][value.green >> 8 & 0xFF],
-          filter[2][value.blue >> 8 & 0xFF]};
+  return {filter[0][value.red >> 8], filter[1][value.green >> 8], filter[2][value.blue >> 8]};
 }
 
 Channels Truncated(const Value& value, unsigned bits) {
-  const auto cut = [bits](std::uint32_t channel) { return (channel & 0xFFFF) >> (16 - bits); };
+  const auto cut = [bits](std::uint32_t channel) { return channel >> (16 - bits); };
   return {cut(value.red), cut(value.green), cut(value.blue)};
 }
 
