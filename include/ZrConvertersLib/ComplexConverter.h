@@ -50,6 +50,8 @@ class ZR_EXPORT ComplexConverter : public PixelConverter {
                              bool flipVertical, const RGBFilter* filter) const override;
 
  private:
+  friend const PixelConverter& FirstStage(const ComplexConverter& chain) noexcept;
+
   mutable unsigned char* mBuffer = nullptr;
   mutable std::uint32_t mBufferSize = 0;
   PixelConverter* mFirst;

@@ -12,7 +12,7 @@ namespace ZrConvertersLib {
 /// Where the intermediate image would show (a line's last group overwriting the beginning of the next, lines
 /// read past the frame) the chain runs in two stages.
 template <class First, class Second>
-class FusedChain : public ComplexConverter {
+class FusedChain : public ComplexConverter, public OnePassChain {
  public:
   FusedChain(First* first, Second* second)
       : ComplexConverter(first, second), mUnpacker(first), mReader(second) {}

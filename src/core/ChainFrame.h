@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZrConvertersLib/ComplexConverter.h>
 #include <ZrConvertersLib/PixelConverter.h>
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "core/BandFlags.h"
 #include "core/LineDriver.h"
 
 /// @file
@@ -14,13 +16,17 @@
 
 namespace ZrConvertersLib {
 
-/// Lines on each side of a band that a second stage may look at.
-inline constexpr std::uint32_t kBorderLines = 2;
-
 /// Converters write whole groups of up to this many pixels, also where the last one reaches past the width.
 inline constexpr std::uint32_t kLongestGroup = 8;
 
 inline constexpr std::uint32_t kLargestCapacity = std::numeric_limits<std::uint32_t>::max();
+
+/// Base of chains that use no intermediate image for whole groups of pixels and lines inside the frame, so
+/// that calls of such need no pipeline buffer.
+struct OnePassChain {};
+
+/// The converter that reads a chain's source.
+const PixelConverter& FirstStage(const ComplexConverter& chain) noexcept;
 
 /// The lines of the intermediate image.
 struct Band {
@@ -29,17 +35,11 @@ struct Band {
 };
 
 inline Band BandOf(std::uint32_t flags, std::uint32_t height) {
-  constexpr std::uint32_t kEnds = PixelConverter::FLAG_BAND_FIRST | PixelConverter::FLAG_BAND_LAST;
-  const bool middle = (flags & PixelConverter::FLAG_BAND_MIDDLE) != 0;
-  const std::uint32_t ends = flags & kEnds;
-  Band band{0, height};
-  if (middle) {
-    band = {kBorderLines, height + 2 * kBorderLines};
-  } else if (ends == PixelConverter::FLAG_BAND_LAST) {
-    band = {kBorderLines, height + kBorderLines};
-  }
-  if (ends == PixelConverter::FLAG_BAND_FIRST) band.lines = height + (middle ? 6 : 2);
-  return band;
+  const std::uint32_t above = HasLinesAbove(flags) ? kBorderLines : 0;
+  const std::uint32_t below = HasLinesBelow(flags) ? kBorderLines : 0;
+  // Both of these bits together always meant two lines more.
+  const bool firstOfMiddle = (flags & kBandEnds) == PixelConverter::FLAG_BAND_FIRST && above != 0;
+  return {above, above + height + below + (firstOfMiddle ? kBorderLines : 0)};
 }
 
 /// The intermediate buffer.

@@ -45,6 +45,10 @@ Result RunStages(const PixelConverter& first, const PixelConverter& second, cons
 
 }  // namespace
 
+const PixelConverter& FirstStage(const ComplexConverter& chain) noexcept {
+  return *chain.mFirst;
+}
+
 ComplexConverter::ComplexConverter(PixelConverter* first, PixelConverter* second)
     : PixelConverter(first->GetSourceType(), second->GetDestinationType(), first->GetSourceByteSize(),
                      second->GetDestinationByteSize(),

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/BandFlags.h"
 #include "formats/Limits.h"
 #include "frame/PixelMoves.h"
 
@@ -13,12 +14,6 @@ namespace ZrConvertersLib {
 using ZrUtilsLib::Result;
 
 namespace {
-
-/// A whole frame whose odd last line is made by ConvertLastLine.
-constexpr unsigned kWholeFrame = PixelConverter::FLAG_BAND_FIRST | PixelConverter::FLAG_BAND_LAST;
-
-/// The lines that a chain's first stage converts above and below a band with neighbours.
-constexpr std::int64_t kBorderLines = 2;
 
 constexpr unsigned kPatterns = 0xF0;
 
@@ -39,6 +34,7 @@ std::uint32_t Raw(std::int64_t value) noexcept {
 struct BandConversion::RawCall {
   const std::uint8_t* source = nullptr;
   std::int64_t sourceStride = 0;
+  std::int64_t sourceLines = 0;  ///< strides from one plane to the next
   std::uint8_t* picture = nullptr;
   std::int64_t pictureStride = 0;
   std::int64_t planeLines = 0;  ///< strides from one plane to the next
@@ -67,41 +63,57 @@ Result BandConversion::Convert(const Rect& band) {
 
 /// What raw calls may write in place, even where some of its edge pixels are then made again.
 Rect BandConversion::DirectPart(const Rect& band) const noexcept {
-  const bool planesTooFar =
-      mPlan.destination->planes > 1 && mPictureStride * mPlan.RegionHeight() > kMostCallBytes;
-  if (mPlan.flipHorizontal || planesTooFar || (mPlan.interpolate && mPlan.flipVertical)) return {};
+  const auto& [tileWidth, tileHeight, reachX, reachY] = mPlan.near;
+  // A flip changes the order of line pairs, not of the lines in them.
+  const bool pairsTurned = mPlan.linePairs && mPlan.LooksAtLines() && mPlan.flipVertical;
+  if (mPlan.flipHorizontal || PlanesTooFar() || pairsTurned || DirectLines() == 0) return {};
 
-  // An odd last column of an unpacked mosaic is the raw call's own.
-  const bool oddEnd = mPlan.mosaic && mPlan.source->group.pixels == 1 && band.x1 == mPlan.width;
-  const std::int64_t lines = mPlan.mosaic ? 2 : 1;
-  Rect part{RoundUp(band.x0, mPlan.unit), RoundUp(band.y0, lines),
-            oddEnd ? band.x1 : RoundDown(band.x1, mPlan.unit), RoundDown(band.y1, lines)};
-  if (part.x1 - part.x0 < lines) return {};
-  if (ReadsBeyond(part)) part.y1 -= lines;
-  return part;
+  // The converters of mosaics finish a line and a frame themselves, but not groups of packed samples.
+  const bool ownsEnd = mPlan.mosaic && !mPlan.chain && band.x1 == mPlan.width;
+  const bool ownsBottom = !mPlan.linePairs && band.y1 == mPlan.height;
+  Rect part{RoundUp(band.x0, mPlan.unit), RoundUp(band.y0, tileHeight),
+            ownsEnd ? band.x1 : RoundDown(band.x1, mPlan.unit),
+            ownsBottom ? band.y1 : RoundDown(band.y1, tileHeight)};
+  if (ReadsBeyond(part)) part.y1 -= tileHeight;
+  return part.Width() < tileWidth || part.Height() < tileHeight ? Rect{} : part;
 }
 
-/// Whether a chain would convert border lines that the frame does not have.
+/// Whether a step between planes is more than a raw call takes.
+bool BandConversion::PlanesTooFar() const noexcept {
+  return (mPlan.destination->planes > 1 && mPictureStride * mPlan.RegionHeight() > kMostCallBytes) ||
+         (mPlan.source->planes > 1 && mSourceStride * mPlan.height > kMostCallBytes);
+}
+
+/// Lines of one raw call at these strides, so that a rest of less than a tile can go with the last one.
+std::int64_t BandConversion::DirectLines() const noexcept {
+  const std::int64_t tile = mPlan.near.tileHeight;
+  const std::int64_t longest = kMostCallBytes / std::max(mSourceStride, mPictureStride) - (tile - 1);
+  return RoundDown(std::min(mScratch.directLines, std::max<std::int64_t>(longest, 0)), tile);
+}
+
+/// Whether a call would look at border lines that the frame does not have.
 bool BandConversion::ReadsBeyond(const Rect& part) const noexcept {
-  return mPlan.interpolate && mPlan.chain && part.y1 < mPlan.height && part.y1 + kBorderLines > mPlan.height;
+  const bool allBorders = mPlan.chain || !mPlan.linePairs;
+  return mPlan.LooksAtLines() && allBorders && part.y1 < mPlan.height &&
+         part.y1 + kBorderLines > mPlan.height;
 }
 
 /// The pixels of the direct part that are what the whole frame's conversion gives.
 Rect BandConversion::RightPart(const Rect& direct) const noexcept {
   Rect right = direct;
-  if (mPlan.interpolate && direct.x0 > 0) ++right.x0;
-  if (mPlan.interpolate && direct.x1 < mPlan.width) --right.x1;
+  if (direct.x0 > 0) right.x0 += mPlan.near.reachX;
+  if (direct.x1 < mPlan.width) right.x1 -= mPlan.near.reachX;
   // The line before an odd last line shares that one's pair.
-  if (mPlan.mosaic && mPlan.height % 2 != 0) right.y1 = std::min(right.y1, mPlan.height - 2);
+  if (mPlan.linePairs && mPlan.height % 2 != 0) right.y1 = std::min(right.y1, mPlan.height - 2);
   return right;
 }
 
 Result BandConversion::ConvertDirect(const Rect& part) {
-  const std::int64_t longest = RoundDown(kMostCallBytes / std::max(mSourceStride, mPictureStride), 2);
-  const std::int64_t step = std::min(mScratch.directLines, longest);
+  const std::int64_t step = DirectLines();
   Rect call = part;
   for (; call.y0 < part.y1; call.y0 = call.y1) {
     call.y1 = std::min(call.y0 + step, part.y1);
+    if (part.y1 - call.y1 < mPlan.near.tileHeight) call.y1 = part.y1;
     const Result result = ConvertDirectCall(call);
     if (!result.IsSuccess()) return result;
   }
@@ -110,32 +122,28 @@ Result BandConversion::ConvertDirect(const Rect& part) {
 
 Result BandConversion::ConvertDirectCall(const Rect& part) {
   RawCall call;
-  call.source = mSource + part.y0 * mSourceStride + mPlan.RawSourceBytes(part.x0);
+  call.source = mSource + part.y0 * mSourceStride + mPlan.SourceBytes(part.x0);
   call.sourceStride = mSourceStride;
+  call.sourceLines = mPlan.source->planes > 1 ? mPlan.height : part.Height();
   call.picture = mPicture + PictureLine(part.y0, part.y1) * mPictureStride +
                  (part.x0 - mPlan.region.x0) * mPlan.pixelBytes;
   call.pictureStride = mPictureStride;
   call.planeLines = mPlan.RegionHeight();
   call.width = part.Width();
   call.height = part.Height();
-  call.flags = BandFlags(part);
+  call.flags = FlagsOf(part);
   call.flip = mPlan.flipVertical;
   return CallRaw(call);
 }
 
 /// Flags of a call whose lines are [y0, y1) of the frame.
-unsigned BandConversion::BandFlags(const Rect& part) const noexcept {
-  if (!mPlan.mosaic) return mPlan.flags;
-  if (mPlan.interpolate) {
-    const bool above = part.y0 > 0;
-    const bool below = part.y1 < mPlan.height;
-    if (above && below) return mPlan.flags | PixelConverter::FLAG_BAND_MIDDLE;
-    if (above) return mPlan.flags | PixelConverter::FLAG_BAND_LAST;
-    if (below) return mPlan.flags | PixelConverter::FLAG_BAND_FIRST;
-  }
+unsigned BandConversion::FlagsOf(const Rect& part) const noexcept {
+  const bool above = mPlan.LooksAtLines() && part.y0 > 0;
+  const bool below = mPlan.LooksAtLines() && part.y1 < mPlan.height;
   // A chain flips the mosaic before the colours are made; a direct converter flips pairs of equal lines.
-  const bool mosaicIsFlipped = mPlan.chain && mPlan.flipVertical;
-  return (mosaicIsFlipped ? SwapLines(mPlan.flags) : mPlan.flags) | kWholeFrame;
+  const bool mosaicIsFlipped = mPlan.linePairs && mPlan.chain && mPlan.flipVertical;
+  return (mosaicIsFlipped ? SwapLines(mPlan.flags) : mPlan.flags) |
+         (mPlan.mosaic ? BandFlagsOf(above, below) : 0);
 }
 
 /// The first picture line of source lines [y0, y1).
@@ -160,12 +168,24 @@ Result BandConversion::ConvertEdges(const Rect& band, const Rect& right) {
 
 Result BandConversion::ConvertViaScratch(const Rect& part) {
   if (part.IsEmpty()) return {};
-  // A mosaic's neighbourhood and pairing may add two lines on each side.
-  const std::int64_t step = mPlan.mosaic ? RoundDown(mScratch.lines - 4, 2) : mScratch.lines;
-  Rect call = part;
-  for (; call.y0 < part.y1; call.y0 = call.y1) {
-    call.y1 = std::min(mPlan.mosaic ? RoundDown(call.y0, 2) + step : call.y0 + step, part.y1);
-    const Result result = ConvertScratchCall(call);
+  // What lies around may add a tile's lines above and below.
+  const std::int64_t tile = mPlan.near.tileHeight;
+  const std::int64_t step = mPlan.mosaic ? RoundDown(mScratch.lines - 2 * tile, tile) : mScratch.lines;
+  Rect lines = part;
+  for (; lines.y0 < part.y1; lines.y0 = lines.y1) {
+    lines.y1 = std::min(RoundDown(lines.y0, tile) + step, part.y1);
+    const Result result = ConvertLinesViaScratch(lines);
+    if (!result.IsSuccess()) return result;
+  }
+  return {};
+}
+
+/// As many lines as the buffers hold, piece by piece.
+Result BandConversion::ConvertLinesViaScratch(const Rect& lines) {
+  Rect piece = lines;
+  for (; piece.x0 < lines.x1; piece.x0 = piece.x1) {
+    piece.x1 = std::min(RoundDown(piece.x0, mPlan.unit) + mScratch.columns, lines.x1);
+    const Result result = ConvertScratchCall(piece);
     if (!result.IsSuccess()) return result;
   }
   return {};
@@ -178,26 +198,28 @@ Result BandConversion::ConvertScratchCall(const Rect& part) {
   call.pictureStride = call.width * mPlan.pixelBytes;
   call.planeLines = around.Height();
   call.height = around.Height();
-  call.flags = mPlan.mosaic ? mPlan.flags | kWholeFrame : mPlan.flags;
+  call.flags = mPlan.mosaic ? mPlan.flags | kBandEnds : mPlan.flags;
   const Result result = CallRaw(call);
   if (result.IsSuccess()) CopyPicture(part, around, call);
   return result;
 }
 
+/// The smallest part of a side of the frame that gives the right pixels for [begin, end) of it: with the
+/// neighbours, whole tiles, and the last whole tile beside a rest that takes its colours from there.
+BandConversion::Interval BandConversion::Surroundings(Interval part, std::int64_t side, std::int64_t tile,
+                                                      std::int64_t reach, std::int64_t unit) noexcept {
+  Interval around{part.begin - reach, RoundUp(part.end + reach, unit)};
+  const std::int64_t whole = RoundDown(side, tile);
+  if (whole != side && part.end >= whole) around = {std::min(around.begin, whole - tile), side};
+  return {RoundDown(std::max<std::int64_t>(around.begin, 0), unit), std::min(around.end, side)};
+}
+
 /// The smallest part of the frame whose conversion as a frame of its own gives the right pixels for `part`.
 Rect BandConversion::Surroundings(const Rect& part) const noexcept {
-  const std::int64_t near = mPlan.interpolate ? 1 : 0;
-  const std::int64_t unit = mPlan.unit;
-  Rect around{RoundDown(std::max<std::int64_t>(part.x0 - near, 0), unit), part.y0,
-              std::min(RoundUp(part.x1 + near, unit), mPlan.width), part.y1};
-  if (!mPlan.mosaic) return around;
-
-  around.y0 = RoundDown(std::max<std::int64_t>(part.y0 - near, 0), 2);
-  around.y1 = std::min(RoundUp(part.y1 + near, 2), mPlan.height);
-  if (mPlan.height % 2 != 0 && part.y1 > mPlan.height - 2) around.y1 = mPlan.height;
-  if (around.Width() < 2) around.x0 -= unit;
-  if (around.Height() < 2) around.y0 -= 2;
-  return around;
+  const auto& [tileWidth, tileHeight, reachX, reachY] = mPlan.near;
+  const Interval x = Surroundings({part.x0, part.x1}, mPlan.width, tileWidth, reachX, mPlan.unit);
+  const Interval y = Surroundings({part.y0, part.y1}, mPlan.height, tileHeight, reachY, tileHeight);
+  return {x.begin, y.begin, x.end, y.end};
 }
 
 /// The source half of a raw call: in place where whole groups lie inside the lines, otherwise copied with the
@@ -206,27 +228,32 @@ BandConversion::RawCall BandConversion::SourceOf(const Rect& around) {
   RawCall call;
   const std::int64_t groups = RoundUp(around.Width(), mPlan.source->group.pixels);
   call.width = mPlan.mosaic ? around.Width() : RoundUp(around.Width(), mPlan.unit);
-  if (call.width == groups && around.x0 + groups <= mPlan.width) {
-    call.source = mSource + around.y0 * mSourceStride + mPlan.RawSourceBytes(around.x0);
+  const bool fits = call.width == groups && around.x0 + groups <= mPlan.width;
+  if (fits && !PlanesTooFar() && around.Height() * mSourceStride <= kMostCallBytes) {
+    call.source = mSource + around.y0 * mSourceStride + mPlan.SourceBytes(around.x0);
     call.sourceStride = mSourceStride;
+    call.sourceLines = mPlan.source->planes > 1 ? mPlan.height : around.Height();
     return call;
   }
   const std::int64_t pixels = std::max(call.width, groups);
-  call.sourceStride = mPlan.RawSourceBytes(pixels);
-  CopySource(around, pixels, call.sourceStride);
+  call.sourceStride = mPlan.SourceBytes(pixels);
+  call.sourceLines = around.Height();
+  CopySource(around, call.sourceStride);
   call.source = mScratch.source.get();
   return call;
 }
 
-void BandConversion::CopySource(const Rect& around, std::int64_t pixels, std::int64_t stride) {
-  const std::int64_t offset = mPlan.RawSourceBytes(around.x0);
+void BandConversion::CopySource(const Rect& around, std::int64_t stride) {
+  const std::int64_t offset = mPlan.SourceBytes(around.x0);
   const auto lineBytes = static_cast<std::int64_t>(mPlan.sourceLayout.bytesPerLine);
-  const std::int64_t bytes = std::min(mPlan.RawSourceBytes(pixels), lineBytes - offset);
-  const std::uint8_t* from = mSource + around.y0 * mSourceStride + offset;
+  const std::int64_t bytes = std::min(stride, lineBytes - offset);
   std::uint8_t* to = mScratch.source.get();
-  for (std::int64_t y = around.y0; y < around.y1; ++y, from += mSourceStride, to += stride) {
-    std::memcpy(to, from, static_cast<std::size_t>(bytes));
-    std::memset(to + bytes, 0, static_cast<std::size_t>(stride - bytes));
+  for (std::int64_t plane = 0; plane < mPlan.source->planes; ++plane) {
+    const std::uint8_t* from = mSource + (plane * mPlan.height + around.y0) * mSourceStride + offset;
+    for (std::int64_t y = around.y0; y < around.y1; ++y, from += mSourceStride, to += stride) {
+      std::memcpy(to, from, static_cast<std::size_t>(bytes));
+      std::memset(to + bytes, 0, static_cast<std::size_t>(stride - bytes));
+    }
   }
 }
 
@@ -250,12 +277,14 @@ void BandConversion::CopyLine(const std::uint8_t* from, std::uint8_t* to,
 }
 
 Result BandConversion::CallRaw(const RawCall& call) {
-  const std::int64_t sourcePadding = call.sourceStride - mPlan.RawSourceBytes(call.width);
+  const std::int64_t sourcePadding = call.sourceStride - mPlan.SourceBytes(call.width);
   const std::int64_t picturePadding = call.pictureStride - call.width * mPlan.pixelBytes;
-  return mPlan.converter->Convert(call.source, Raw(call.width), Raw(call.height), call.picture,
-                                  Raw(call.width), Raw(call.planeLines), Raw(call.width), Raw(call.height),
-                                  call.flags, Raw(picturePadding), &mScratch.pipeline.data,
-                                  &mScratch.pipeline.bytes, Raw(sourcePadding), call.flip, mPlan.filter);
+  const bool buffered = mPlan.chain && !mPlan.onePass;
+  return mPlan.converter->Convert(
+      call.source, Raw(call.width), Raw(call.sourceLines), call.picture, Raw(call.width),
+      Raw(call.planeLines), Raw(call.width), Raw(call.height), call.flags, Raw(picturePadding),
+      buffered ? &mScratch.pipeline.data : nullptr, buffered ? &mScratch.pipeline.bytes : nullptr,
+      Raw(sourcePadding), call.flip, mPlan.filter);
 }
 
 }  // namespace ZrConvertersLib

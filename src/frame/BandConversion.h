@@ -27,24 +27,35 @@ class BandConversion {
  private:
   struct RawCall;
 
+  /// Columns or lines [begin, end).
+  struct Interval {
+    std::int64_t begin;
+    std::int64_t end;
+  };
+
   Rect DirectPart(const Rect& band) const noexcept;
+  bool PlanesTooFar() const noexcept;
+  std::int64_t DirectLines() const noexcept;
   Rect RightPart(const Rect& direct) const noexcept;
   ZrUtilsLib::Result ConvertDirect(const Rect& part);
   ZrUtilsLib::Result ConvertDirectCall(const Rect& part);
   ZrUtilsLib::Result ConvertEdges(const Rect& band, const Rect& right);
   ZrUtilsLib::Result ConvertViaScratch(const Rect& part);
+  ZrUtilsLib::Result ConvertLinesViaScratch(const Rect& lines);
   ZrUtilsLib::Result ConvertScratchCall(const Rect& part);
   ZrUtilsLib::Result CallRaw(const RawCall& call);
 
+  static Interval Surroundings(Interval part, std::int64_t side, std::int64_t tile, std::int64_t reach,
+                               std::int64_t unit) noexcept;
   Rect Surroundings(const Rect& part) const noexcept;
   RawCall SourceOf(const Rect& around);
-  void CopySource(const Rect& around, std::int64_t pixels, std::int64_t stride);
+  void CopySource(const Rect& around, std::int64_t stride);
   void CopyPicture(const Rect& part, const Rect& around, const RawCall& call);
   void CopyLine(const std::uint8_t* from, std::uint8_t* to, std::int64_t pixels) const noexcept;
 
   std::int64_t PictureLine(std::int64_t y0, std::int64_t y1) const noexcept;
   bool ReadsBeyond(const Rect& part) const noexcept;
-  unsigned BandFlags(const Rect& part) const noexcept;
+  unsigned FlagsOf(const Rect& part) const noexcept;
 
   const FramePlan& mPlan;
   FrameScratch& mScratch;

@@ -6,6 +6,8 @@
 
 #include <numeric>
 
+#include "core/ChainFrame.h"
+
 namespace ZrConvertersLib {
 
 namespace {
@@ -34,20 +36,44 @@ Mirror MirrorOf(ChannelOrder order) {
   return Mirror::Pixels;
 }
 
+Neighbourhood NeighbourhoodOf(Family family, Demosaic demosaic) {
+  const bool interpolates = demosaic == Demosaic::Interpolate;
+  const std::int64_t one = interpolates ? 1 : 0;
+  switch (family) {
+    case Family::Bayer:
+      return {2, 2, one, one};
+    case Family::BiColor:
+      return {2, 1, one, 0};
+    case Family::Scf1:
+      // White takes its neighbours, colour those of the next cell of 2 x 2 sites.
+      return {4, 4, 2 * one, 2 * one};
+    default:
+      return {};
+  }
+}
+
+void FindStages(FramePlan& plan) {
+  const auto* chain = dynamic_cast<const ComplexConverter*>(plan.converter);
+  plan.chain = chain != nullptr;
+  plan.onePass = dynamic_cast<const OnePassChain*>(chain) != nullptr;
+  plan.reader = plan.chain ? &FirstStage(*chain) : plan.converter;
+}
+
 /// How the pair behaves. Pairs that the library does not have itself may have rules that it cannot know.
 Result Classify(const FrameOptions& options, FramePlan& plan) {
+  FindStages(plan);
   const bool toMosaic = plan.destination->family == Family::Bayer;
-  plan.mosaic = plan.source->family == Family::Bayer && !toMosaic;
-  plan.interpolate = plan.mosaic && options.demosaic == Demosaic::Interpolate;
-  plan.chain = dynamic_cast<const ComplexConverter*>(plan.converter) != nullptr;
+  if (!toMosaic) plan.near = NeighbourhoodOf(plan.source->family, options.demosaic);
+  plan.mosaic = plan.near.tileWidth > 1;
+  plan.linePairs = plan.near.tileHeight == 2;
   plan.mirror = MirrorOf(plan.destination->order);
   const Group packed = plan.destination->group;
   if (packed.bytes % packed.pixels != 0 || plan.destination->packing == Packing::Dense)
     return FrameError::NoConverter;
-  if (plan.converter->GetLinesPerConvert() != (plan.mosaic ? 2u : 1u)) return FrameError::NoConverter;
+  if (plan.converter->GetLinesPerConvert() != (plan.linePairs ? 2u : 1u)) return FrameError::NoConverter;
   plan.pixelBytes = packed.bytes / packed.pixels;
   plan.unit = std::lcm(std::lcm(plan.source->group.pixels, UnitOf(plan.destination->order).pixels),
-                       plan.mosaic ? 2u : 1u);
+                       plan.near.tileWidth);
   return {};
 }
 
@@ -66,8 +92,12 @@ Result Measure(FramePlan& plan) {
   const Result source = DescribeFrame(plan.source->id, static_cast<std::uint64_t>(plan.width),
                                       static_cast<std::uint64_t>(plan.height), 0, plan.sourceLayout);
   if (!source.IsSuccess()) return source;
-  if (plan.mosaic && (plan.width < 2 || plan.height < 2)) return FrameError::FrameTooSmall;
-  return {};
+  if (plan.width < plan.near.tileWidth || plan.height < plan.near.tileHeight)
+    return FrameError::FrameTooSmall;
+  // The converter leaves out the last byte where it is not whole.
+  const auto bytes = static_cast<std::int64_t>(plan.sourceLayout.bytesPerLine);
+  const std::int64_t counted = plan.SourceBytes(plan.width);
+  return counted == bytes || counted + 1 == bytes ? Result() : FrameError::NoConverter;
 }
 
 Result MeasurePicture(FramePlan& plan) {
@@ -77,14 +107,8 @@ Result MeasurePicture(FramePlan& plan) {
 
 }  // namespace
 
-bool FramePlan::NeedsScratch() const noexcept {
-  const bool cut = region.x0 % unit != 0 || region.x1 % unit != 0;
-  return cut || mosaic || flipHorizontal || destination->planes > 1;
-}
-
-std::int64_t FramePlan::RawSourceBytes(std::int64_t pixels) const noexcept {
-  const std::int64_t bits = pixels * BitsInMemory(*source);
-  return BitsInMemory(*source) < 8 ? (bits + 7) / 8 : bits / 8;
+std::int64_t FramePlan::SourceBytes(std::int64_t pixels) const noexcept {
+  return reader->GetSourceByteSize(static_cast<std::uint32_t>(pixels) * reader->GetWidthMultiplier());
 }
 
 Result MakeFramePlan(long source, long destination, std::uint32_t width, std::uint32_t height,

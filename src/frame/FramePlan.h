@@ -19,9 +19,18 @@ enum class Mirror : std::uint8_t {
   LumaAtOdd,   ///< pairs Cb Y0 Cr Y1: likewise
 };
 
+/// Which pixels of a mosaic make one another's colours.
+struct Neighbourhood {
+  std::int64_t tileWidth = 1;   ///< columns after which the pattern repeats; a frame has as many at least
+  std::int64_t tileHeight = 1;  ///< lines likewise
+  std::int64_t reachX = 0;      ///< columns beside a pixel's tile that it depends on
+  std::int64_t reachY = 0;      ///< lines above and below likewise
+};
+
 /// What is settled when a converter is configured.
 struct FramePlan {
   const PixelConverter* converter = nullptr;
+  const PixelConverter* reader = nullptr;  ///< the converter, or the first stage of a chain
   const FormatRow* source = nullptr;
   const FormatRow* destination = nullptr;
   std::int64_t width = 0;   ///< of the source frame
@@ -32,9 +41,11 @@ struct FramePlan {
   bool flipVertical = false;
   bool flipHorizontal = false;
 
-  bool chain = false;        ///< the converter works through an intermediate buffer
-  bool mosaic = false;       ///< lines are converted in pairs, 2 x 2 sites make a colour
-  bool interpolate = false;  ///< a mosaic's pixels depend on their neighbours
+  bool chain = false;      ///< the converter has two stages
+  bool onePass = false;    ///< a chain that needs no intermediate image
+  bool mosaic = false;     ///< pixels of a tile make a colour
+  bool linePairs = false;  ///< a mosaic's lines are converted in pairs
+  Neighbourhood near;
   Mirror mirror = Mirror::Pixels;
   std::int64_t unit = 1;        ///< pixels: a raw call that begins and ends on multiples overruns nothing
   std::int64_t pixelBytes = 0;  ///< destination bytes per pixel, of one plane
@@ -45,12 +56,11 @@ struct FramePlan {
   std::int64_t RegionWidth() const noexcept { return region.Width(); }
   std::int64_t RegionHeight() const noexcept { return region.Height(); }
 
-  /// Whether some pixel of some band can only be made in a buffer of the converter's own.
-  bool NeedsScratch() const noexcept;
+  /// Whether a mosaic's pixels depend on other lines than those of their tile.
+  bool LooksAtLines() const noexcept { return near.reachY != 0; }
 
-  /// Source bytes of `pixels` pixels, as the raw call counts them: partial bytes are left out, except that of
-  /// lines with less than 8 bits a pixel.
-  std::int64_t RawSourceBytes(std::int64_t pixels) const noexcept;
+  /// Source bytes of `pixels` pixels of a line (of one plane), as the converter itself counts them.
+  std::int64_t SourceBytes(std::int64_t pixels) const noexcept;
 };
 
 /// Settles everything about a conversion, or says why there is none; the plan is then left as it was.

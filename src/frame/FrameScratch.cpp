@@ -4,6 +4,7 @@
 #include <limits>
 #include <new>
 
+#include "core/ChainFrame.h"
 #include "formats/Limits.h"
 
 namespace ZrConvertersLib {
@@ -12,57 +13,81 @@ namespace {
 
 /// About as much as stays in the second-level cache together with what is read.
 constexpr std::int64_t kCacheBytes = 512 * 1024;
-constexpr std::int64_t kMostScratchLines = 256;
+constexpr std::int64_t kMostLines = 256;
 
-/// A mosaic's neighbourhood and pairing take up to four lines more than are wanted.
-constexpr std::int64_t kLeastMosaicLines = 8;
+/// Longer lines are converted piece by piece: no product of lines and bytes comes near 31 bits then.
+constexpr std::int64_t kMostColumns = 1 << 16;
 
-/// A chain's intermediate image per raw call, in pixels.
-constexpr std::int64_t kMostChainPixels = std::int64_t{1} << 25;
+/// The intermediate image of one raw call.
+constexpr std::int64_t kMostIntermediateBytes = 1 << 24;
 
-/// The widest intermediate pixel: three samples of a byte, or one of two.
-constexpr std::int64_t kMostChainPixelBytes = 3;
-constexpr std::int64_t kChainBorderLines = 6;
-constexpr std::int64_t kChainGroupPixels = 16;
+/// Lines of the intermediate image beside those of the call: borders, and what its first stage may add.
+constexpr std::int64_t kSpareLines = 8;
 
-std::int64_t ScratchWidth(const FramePlan& plan) {
-  if (!plan.NeedsScratch()) return 0;
-  const bool wholeLines = plan.mosaic || plan.flipHorizontal || plan.destination->planes > 1;
-  return (wholeLines ? RoundUp(plan.RegionWidth(), plan.unit) : 2 * plan.unit) + 4 * plan.unit;
+std::int64_t IntermediateLineBytes(const FramePlan& plan, std::int64_t width) {
+  return plan.reader->GetDestinationByteSize(static_cast<std::uint32_t>(width) *
+                                             plan.reader->GetWidthMultiplier());
+}
+
+/// Lines of one raw call of a chain: as many as its intermediate image may have.
+std::int64_t ChainLines(const FramePlan& plan) {
+  const std::int64_t line = IntermediateLineBytes(plan, RoundUp(plan.RegionWidth(), plan.unit));
+  const std::int64_t most = std::int64_t{kLargestCapacity} / line - kSpareLines;
+  const std::int64_t wanted = plan.onePass ? most : kMostIntermediateBytes / line - kSpareLines;
+  return std::clamp<std::int64_t>(wanted, 0, std::max<std::int64_t>(most, 0));
+}
+
+std::int64_t DirectLines(const FramePlan& plan) {
+  const std::int64_t most = std::min(kMostCallBytes, RoundUp(plan.height, plan.near.tileHeight));
+  return RoundDown(plan.chain ? std::min(most, ChainLines(plan)) : most, plan.near.tileHeight);
+}
+
+/// Pixels of a line that some band may have made in the buffers, or 0.
+std::int64_t Columns(const FramePlan& plan, std::int64_t directLines) {
+  const bool wholeLines = plan.mosaic || plan.flipHorizontal || plan.destination->planes > 1 ||
+                          plan.source->planes > 1 || directLines == 0;
+  if (wholeLines) return std::min(RoundUp(plan.RegionWidth(), plan.unit), RoundDown(kMostColumns, plan.unit));
+  const bool cut = plan.region.x0 % plan.unit != 0 || plan.region.x1 % plan.unit != 0;
+  return cut ? 2 * plan.unit : 0;
 }
 
 std::int64_t PictureLineBytes(const FramePlan& plan, std::int64_t width) {
   return width * plan.pixelBytes * plan.destination->planes;
 }
 
-std::int64_t ScratchLines(const FramePlan& plan, std::int64_t width) {
+std::int64_t Lines(const FramePlan& plan, std::int64_t width) {
   if (width == 0) return 0;
-  const std::int64_t least = plan.mosaic ? kLeastMosaicLines : 1;
-  return std::clamp(kCacheBytes / PictureLineBytes(plan, width), least, kMostScratchLines);
+  const std::int64_t least = plan.mosaic ? 4 * plan.near.tileHeight : 1;
+  return std::clamp(kCacheBytes / PictureLineBytes(plan, width), least, kMostLines);
 }
 
-std::int64_t DirectLines(const FramePlan& plan) {
-  const std::int64_t most = plan.chain ? kMostChainPixels / plan.RegionWidth() : kMostCallBytes;
-  return std::max<std::int64_t>(RoundDown(std::min(most, plan.height + 1), 2), 2);
+std::size_t IntermediateBytes(const FramePlan& plan, std::int64_t width, std::int64_t lines) {
+  const std::uint32_t flags = plan.LooksAtLines() ? PixelConverter::FLAG_BAND_MIDDLE : 0;
+  const auto height = static_cast<std::uint32_t>(lines);
+  const auto samples = static_cast<std::uint32_t>(width) * plan.reader->GetWidthMultiplier();
+  return LayoutOf(*plan.reader, BandOf(flags, height), samples, height, plan.flipVertical).capacity;
 }
 
-std::int64_t PipelineBytes(std::int64_t width, std::int64_t lines) {
-  return (width + kChainGroupPixels) * (lines + kChainBorderLines) * kMostChainPixelBytes;
+std::unique_ptr<std::uint8_t[]> Take(std::int64_t bytes) {
+  return std::unique_ptr<std::uint8_t[]>(new std::uint8_t[static_cast<std::size_t>(bytes)]);
 }
 
 }  // namespace
 
-FrameScratch::FrameScratch(const FramePlan& plan)
-    : width(ScratchWidth(plan)), lines(ScratchLines(plan, width)), directLines(DirectLines(plan)) {
+FrameScratch::FrameScratch(const FramePlan& plan) : directLines(DirectLines(plan)) {
+  columns = Columns(plan, directLines);
+  const std::int64_t width = Width(plan);
+  lines = Lines(plan, width);
   if (width != 0) {
-    source.reset(new std::uint8_t[static_cast<std::size_t>(plan.RawSourceBytes(width) * lines)]);
-    picture.reset(new std::uint8_t[static_cast<std::size_t>(PictureLineBytes(plan, width) * lines)]);
+    source = Take(plan.SourceBytes(width) * lines * plan.source->planes);
+    picture = Take(PictureLineBytes(plan, width) * lines);
   }
-  if (plan.chain) {
-    const std::int64_t bytes = std::max(PipelineBytes(RoundUp(plan.RegionWidth(), plan.unit), directLines),
-                                        PipelineBytes(width, lines));
-    if (bytes > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    pipeline.data = new unsigned char[static_cast<std::size_t>(bytes)];
+  if (plan.chain && !plan.onePass) {
+    const std::size_t bytes =
+        std::max(IntermediateBytes(plan, RoundUp(plan.RegionWidth(), plan.unit), directLines),
+                 IntermediateBytes(plan, width, lines));
+    if (bytes > kLargestCapacity) throw std::bad_alloc();
+    pipeline.data = new unsigned char[bytes];
     pipeline.bytes = static_cast<std::uint32_t>(bytes);
   }
 }

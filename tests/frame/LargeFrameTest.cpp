@@ -2,6 +2,7 @@
 #include <ZrConvertersLib/PixelTypes.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
@@ -40,6 +41,31 @@ class SparseMemory {
  private:
   std::size_t mSize;
   std::uint8_t* mBytes;
+};
+
+/// Address space of which every 64 MiB are the same memory: for results that nobody could hold.
+class FoldedMemory {
+ public:
+  explicit FoldedMemory(std::size_t size) : mSpace(size), mFile(memfd_create("folded", 0)) {
+    if (mFile < 0 || ftruncate(mFile, kPart) != 0) throw std::bad_alloc();
+    for (std::size_t at = 0; at < size; at += kPart) {
+      if (mmap(mSpace.Data() + at, std::min(kPart, size - at), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED,
+               mFile, 0) == MAP_FAILED)
+        throw std::bad_alloc();
+    }
+  }
+  ~FoldedMemory() { close(mFile); }
+  FoldedMemory(const FoldedMemory&) = delete;
+  FoldedMemory& operator=(const FoldedMemory&) = delete;
+
+  std::uint8_t* Data() { return mSpace.Data(); }
+  std::size_t Size() const { return mSpace.Size(); }
+
+ private:
+  static constexpr std::size_t kPart = std::size_t{1} << 26;
+
+  SparseMemory mSpace;
+  int mFile;
 };
 
 struct Wide {
@@ -123,6 +149,51 @@ TEST(LargeFrameTest, ALongChainEqualsItsBands) {
     ASSERT_TRUE(converter.ConvertLines(first, std::min(501u, kHeight - first), source, picture).IsSuccess());
   }
   EXPECT_TRUE(whole == bands);
+}
+
+/// The neighbourhood of one line has four lines, and planes of four such lines lie 2 GiB apart.
+TEST(LargeFrameTest, AMosaicOfTheLongestLines) {
+  constexpr std::uint32_t kWidth = kLongestStride;
+  FrameOptions options;
+  options.demosaic = Demosaic::Interpolate;
+  FrameConverter converter;
+  ASSERT_TRUE(converter.Configure(Ids::Bayer8, Ids::RGB8_Planar, kWidth, 4, options).IsSuccess());
+  SparseMemory frame(converter.SourceLayout().frameBytes);
+  FoldedMemory picture(converter.DestinationLayout().frameBytes);
+  std::memset(picture.Data(), 0x55, 4096);
+  ASSERT_TRUE(converter
+                  .ConvertLines(1, 1, {frame.Data(), frame.Size(), 0, kWidth, 4},
+                                {picture.Data(), picture.Size(), 0, kWidth, 4})
+                  .IsSuccess());
+  EXPECT_TRUE(
+      std::all_of(picture.Data(), picture.Data() + 4096, [](std::uint8_t byte) { return byte == 0; }));
+}
+
+/// Lines that pass through the converter's buffers piece by piece.
+TEST(LargeFrameTest, LongMirroredLines) {
+  constexpr std::uint32_t kWidth = 140'001;
+  constexpr std::uint32_t kHeight = 5;
+  for (const long source : {Ids::Bayer8, Ids::Bayer12p, Ids::Mono12p, Ids::YCbCr10p_CbYCr}) {
+    FrameOptions options;
+    options.demosaic = Demosaic::Interpolate;
+    FrameConverter plain;
+    ASSERT_TRUE(plain.Configure(source, Ids::Mono8, kWidth, kHeight, options).IsSuccess());
+    options.flipHorizontal = true;
+    FrameConverter mirroring;
+    ASSERT_TRUE(mirroring.Configure(source, Ids::Mono8, kWidth, kHeight, options).IsSuccess());
+    std::vector<std::uint8_t> frame(plain.SourceLayout().frameBytes);
+    TestSupport::Fill(frame, TestSupport::Content::Noise, 3);
+    std::vector<std::uint8_t> expected(plain.DestinationLayout().frameBytes);
+    std::vector<std::uint8_t> mirrored(expected.size());
+    const SourceView view = SourceView::Of(frame, kWidth, kHeight);
+    ASSERT_TRUE(plain.Convert(view, DestinationView::Of(expected, kWidth, kHeight)).IsSuccess());
+    ASSERT_TRUE(mirroring.Convert(view, DestinationView::Of(mirrored, kWidth, kHeight)).IsSuccess());
+    for (std::size_t y = 0; y < kHeight; ++y) {
+      const auto line = expected.begin() + static_cast<std::ptrdiff_t>(y * kWidth);
+      std::reverse(line, line + kWidth);
+    }
+    EXPECT_TRUE(mirrored == expected) << source;
+  }
 }
 
 }  // namespace

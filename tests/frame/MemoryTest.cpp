@@ -71,4 +71,17 @@ TEST(MemoryTest, AFrameBeyondAllMemoryIsRefused) {
   EXPECT_FALSE(converter.IsConfigured());
 }
 
+/// Chains of the library convert in one pass; what they would need for two is more than some frames leave.
+TEST(MemoryTest, ChainsOfTheLibraryTakeNoIntermediateImage) {
+  for (const long source : {PixelTypeIds::Bayer12p, PixelTypeIds::YCbCr422_10p, PixelTypeIds::Mono12p}) {
+    for (const std::uint32_t width : {5472u, 1u << 27}) {
+      FrameConverter converter;
+      sAllocations.tooLarge = std::size_t{4} << 20;
+      const auto result = converter.Configure(source, PixelTypeIds::Mono8, width, 3648);
+      sAllocations.Recover();
+      EXPECT_TRUE(result.IsSuccess()) << source << " " << width;
+    }
+  }
+}
+
 }  // namespace
