@@ -4,18 +4,20 @@
 # ZR_LEVEL names the level inside the kernel files; it becomes part of the name of the one table each exports.
 function(zr_add_kernel_levels target)
   cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
-  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
-    set(levels Neon)
-    set(flags_Neon "")
-  else()
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+    # What these flags allow is what src/simd/CpuFeatures.h looks for before it chooses a level.
     set(levels Baseline V2 V3 V4)
-    if(ZR_BASELINE_ONLY)
-      set(levels Baseline)
-    endif()
     set(flags_Baseline -march=x86-64)
     set(flags_V2 -march=x86-64-v2)
     set(flags_V3 -march=x86-64-v3)
     set(flags_V4 -march=x86-64-v4 -mavx512vbmi -mavx512vbmi2 -mavx512vnni -mprefer-vector-width=512)
+    if(ZR_BASELINE_ONLY)
+      set(levels Baseline)
+    endif()
+  elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
+    set(levels Neon)
+  else()
+    set(levels Default)
   endif()
   # Optimised away lines would not count as executed.
   set(optimisation $<IF:$<BOOL:${ZR_COVERAGE}>,-O0,-O2>)
@@ -25,8 +27,10 @@ function(zr_add_kernel_levels target)
     zr_warnings(${objects})
     target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR}/src)
     target_compile_definitions(${objects} PRIVATE ZR_LEVEL=${level})
-    target_compile_options(${objects} PRIVATE ${flags_${level}} ${optimisation} -fno-exceptions -fno-rtti -fno-math-errno
-                                              -fvisibility=hidden)
+    # Optimised at link time, functions of different levels would be merged.
+    target_compile_options(${objects} PRIVATE ${flags_${level}} ${optimisation} -fno-lto -fno-exceptions -fno-rtti
+                                              -fno-math-errno -fvisibility=hidden -fno-stack-protector
+                                              -U_FORTIFY_SOURCE)
     # Sanitizers would make these files take many minutes; buffers that end at unmapped pages, with every kernel at
     # every level, find what they would.
     target_compile_options(${objects} PRIVATE -fno-sanitize=all)
@@ -36,6 +40,8 @@ function(zr_add_kernel_levels target)
     endif()
     set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)
+    list(JOIN flags_${level} "," flags)
     set_property(TARGET ${target} APPEND PROPERTY ZR_LEVEL_TARGETS ${objects})
+    set_property(TARGET ${target} APPEND PROPERTY ZR_LEVEL_FLAGS ${flags})
   endforeach()
 endfunction()

@@ -8,6 +8,10 @@
 #include <atomic>
 #include <string_view>
 
+#if defined(__x86_64__)
+#include "simd/CpuFeatures.h"
+#endif
+
 namespace ZrConvertersLib::simd {
 
 /// Declares what the kernel files export at one level.
@@ -49,38 +53,63 @@ ZR_DECLARE_LEVEL(V4)
 
 namespace {
 
-bool RunsV2() {
-  return __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.2") &&
-         __builtin_cpu_supports("popcnt");
+std::uint32_t SavedRegisters() {
+  std::uint32_t low = 0;
+  std::uint32_t high = 0;
+  asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+  return low;
 }
 
-bool RunsV3() {
-  return RunsV2() && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
-         __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma");
+/// What this machine has; a leaf that it does not know counts as all zeros.
+CpuFeatures ReadFeatures() {
+  CpuFeatures found{};
+  unsigned a = 0;
+  unsigned b = 0;
+  unsigned c = 0;
+  unsigned d = 0;
+  if (__get_cpuid(1, &a, &b, &c, &d) != 0) found[kLeaf1Ecx] = c;
+  if (__get_cpuid_count(7, 0, &a, &b, &c, &d) != 0) {
+    found[kLeaf7Ebx] = b;
+    found[kLeaf7Ecx] = c;
+  }
+  if (__get_cpuid(0x80000001, &a, &b, &c, &d) != 0) found[kExtended1Ecx] = c;
+  if ((found[kLeaf1Ecx] & bit_OSXSAVE) != 0) found[kXcr0] = SavedRegisters();
+  return found;
 }
 
-bool RunsV4() {
-  return RunsV3() && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-         __builtin_cpu_supports("avx512cd") && __builtin_cpu_supports("avx512dq") &&
-         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
-         __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("avx512vnni");
+const CpuFeatures& Features() {
+  static const CpuFeatures sFeatures = ReadFeatures();
+  return sFeatures;
+}
+
+template <const CpuFeatures& needed>
+bool Has() {
+  return HasAll(Features(), needed);
 }
 
 constinit const std::array kLevels = {
     ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16),
-    ZR_LEVEL_ROW(V2, "x86-64-v2", RunsV2, 16),
-    ZR_LEVEL_ROW(V3, "x86-64-v3", RunsV3, 32),
-    ZR_LEVEL_ROW(V4, "x86-64-v4", RunsV4, 64),
+    ZR_LEVEL_ROW(V2, "x86-64-v2", Has<kNeededByV2>, 16),
+    ZR_LEVEL_ROW(V3, "x86-64-v3", Has<kNeededByV3>, 32),
+    ZR_LEVEL_ROW(V4, "x86-64-v4", Has<kNeededByV4>, 64),
 };
 
 }  // namespace
 
-#else
+#elif defined(__aarch64__)
 
 ZR_DECLARE_LEVEL(Neon)
 
 namespace {
 constinit const std::array kLevels = {ZR_LEVEL_ROW(Neon, "neon", Always, 16)};
+}
+
+#else
+
+ZR_DECLARE_LEVEL(Default)
+
+namespace {
+constinit const std::array kLevels = {ZR_LEVEL_ROW(Default, "default", Always, 16)};
 }
 
 #endif
@@ -89,9 +118,6 @@ namespace {
 
 /// How many of the levels, which build on one another, this machine runs.
 std::size_t CountRunning() {
-#if defined(__x86_64__)
-  __builtin_cpu_init();
-#endif
   std::size_t count = 0;
   while (count < kLevels.size() && kLevels[count].runs()) ++count;
   return count;

@@ -1,0 +1,7 @@
+#include <ZrConvertersLib/CpuLevel.h>
+
+#include <cstdio>
+
+int main() {
+  std::puts(ZrConvertersLib::GetCpuLevel());
+}
