@@ -66,6 +66,22 @@ TEST(RGBFilter, RoundsHalvesUpAndClamps) {
   EXPECT_EQ(RGBFilter::Get8(-5, 1.0, 10), 5);
 }
 
+TEST(RGBFilter, RoundsTheProductBeforeItAdds) {
+  // Each product is a little below a half in the reals and exactly a half as a double. A processor that
+  // multiplies and adds in one step would give one less.
+  EXPECT_EQ(RGBFilter::Get8(5, 0.7, -3), 1);
+  EXPECT_EQ(RGBFilter::Get8(15, 0.7, -10), 1);
+  EXPECT_EQ(RGBFilter::Get8(25, 0.7, -17), 1);
+  RGBFilter filter;
+  ToneSettings settings;
+  settings.gain = {0.7, 0.7, 0.7};
+  settings.offset = {-3.0, -10.0, -17.0};
+  ASSERT_TRUE(filter.SetTone(settings).IsSuccess());
+  EXPECT_EQ(filter.GetRed()[5], 1);
+  EXPECT_EQ(filter.GetGreen()[15], 1);
+  EXPECT_EQ(filter.GetBlue()[25], 1);
+}
+
 TEST(RGBFilter, TakesAnyNumber) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr int kMax = std::numeric_limits<int>::max();
