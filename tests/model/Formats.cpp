@@ -274,6 +274,18 @@ std::optional<Pair> FindPair(long source, long destination) {
   return Pair{{*direct, *writer}};
 }
 
+std::optional<Source> FindSource(long id) {
+  const auto packed = FindPacked(id);
+  if (!packed) return FindDirect(id);
+  Source source = FindDirect(packed->to8).value();
+  source.id = id;
+  source.name = packed->stream.name;
+  source.packing = packed->stream.packing;
+  source.bits = packed->stream.bits;
+  source.csi2 = packed->stream.csi2;
+  return source;
+}
+
 std::vector<Source> AllSources() {
   std::vector<Source> sources(kDirect.begin(), kDirect.end());
   for (const Packed& packed : kPacked) sources.push_back(packed.stream);

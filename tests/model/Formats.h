@@ -84,6 +84,10 @@ using Pair = std::vector<Stage>;
 /// What the library can convert from `source` to `destination`; nothing when it cannot.
 std::optional<Pair> FindPair(long source, long destination);
 
+/// The source with its samples as they lie in memory and with their meaning, also where a conversion takes
+/// two stages.
+std::optional<Source> FindSource(long id);
+
 /// Every source that has pairs, and the destinations of one.
 std::vector<Source> AllSources();
 std::vector<long> DestinationsOf(long source);

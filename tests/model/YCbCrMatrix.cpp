@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "FullDepth.h"
+
 namespace Model {
 namespace {
 
@@ -33,6 +35,17 @@ Value YCbCrToRgb(YCbCr pixel, unsigned flags) {
   const int c = (static_cast<int>(pixel.y) - m.lumaOffset) * m.luma;
   return {Channel(c + m.redOfCr * v), Channel(c + m.greenOfCb * u + m.greenOfCr * v),
           Channel(c + m.blueOfCb * u)};
+}
+
+Value YCbCrToRgbAtFullDepth(std::uint32_t y, std::uint32_t cb, std::uint32_t cr, unsigned flags) {
+  const Matrix& m = Choose(flags);
+  const auto part = [](std::uint32_t sample, int offset) { return std::int64_t{sample} - offset * 256; };
+  const std::int64_t u = part(cb, 128), v = part(cr, 128), c = part(y, m.lumaOffset) * m.luma;
+  const auto channel = [](std::int64_t sum) {
+    return static_cast<std::uint32_t>(std::clamp<std::int64_t>(sum >> 10, 0, 255 << 8));
+  };
+  return {channel(c + m.redOfCr * v), channel(c + m.greenOfCb * u + m.greenOfCr * v),
+          channel(c + m.blueOfCb * u)};
 }
 
 }  // namespace Model
