@@ -53,6 +53,13 @@ bool IsMosaicToColour(const Case& frame) {
          FindFormatInfo(frame.destination)->family != FormatFamily::Bayer;
 }
 
+/// Sides below this hold no whole pattern of colours.
+std::uint32_t LeastSide(const Case& frame) {
+  const FormatFamily family = FindFormatInfo(frame.source)->family;
+  if (family == FormatFamily::Scf1) return 4;
+  return family == FormatFamily::BiColor || IsMosaicToColour(frame) ? 2 : 1;
+}
+
 std::uint32_t RandomSide(TestSupport::Random& random, bool tall) {
   switch (random.Below(8)) {
     case 0:
@@ -87,7 +94,7 @@ class WholePicture {
         mStride(Model::DestinationStride(mPair, mCall)),
         mPlane(std::size_t{mStride} * frame.height),
         mBytes(0, mPlane * 3 + kModelPadding) {
-    Model::Memory source(0, std::size_t{Model::SourceStride(mPair, mCall)} * (frame.height + 1));
+    Model::Memory source(0, std::size_t{Model::SourceStride(mPair, mCall)} * (3 * frame.height + 1));
     CopyLines(frame, source);
     Model::Convert(mPair, mCall, source, mBytes);
   }
@@ -109,11 +116,12 @@ class WholePicture {
     return call;
   }
 
+  /// The lines of all planes, which follow one another in both.
   void CopyLines(const Case& frame, Model::Memory& to) {
     const FrameLayout layout = SourceLayout(frame);
     const std::vector<std::uint8_t> bytes = SourceOf(frame);
     const std::size_t stride = Model::SourceStride(mPair, mCall);
-    for (std::size_t y = 0; y < frame.height; ++y) {
+    for (std::size_t y = 0; y < std::size_t{layout.planes} * frame.height; ++y) {
       std::memcpy(to.All().data() + y * stride, bytes.data() + y * layout.stride, layout.bytesPerLine);
     }
   }
@@ -155,7 +163,7 @@ Case CaseOf(long source, long destination, unsigned number) {
       {static_cast<std::uint64_t>(source), static_cast<std::uint64_t>(destination), number});
   TestSupport::Random random(frame.seed);
   const std::uint32_t multiple = FindFormatInfo(source)->widthMultiple;
-  const std::uint32_t least = IsMosaicToColour(frame) ? 2 : 1;
+  const std::uint32_t least = LeastSide(frame);
   frame.width = std::max((RandomSide(random, false) + multiple - 1) / multiple * multiple, least);
   frame.height = std::max(RandomSide(random, frame.width < 12), least);
 
