@@ -30,7 +30,7 @@ std::vector<SampleBit> BitsOf(const FormatRow& row) {
 
 std::string CellText(const FormatRow& row, const SampleBit& high, const SampleBit& low) {
   if (high.sample == kUnused) return "-";
-  std::string text = FormatWords::NameOf(row, static_cast<unsigned>(high.sample));
+  std::string text(std::string_view(FormatWords::NameOf(row, static_cast<unsigned>(high.sample))));
   if (row.depth == 1) return text;
   text.append("[").append(std::to_string(high.bit));
   if (high.bit != low.bit) text.append(":").append(std::to_string(low.bit));

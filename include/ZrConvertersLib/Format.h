@@ -21,22 +21,57 @@ enum class FormatFamily : std::uint8_t { Rgb, Mono, YCbCr, Bayer, Scf1, BiColor 
 /// The family's name in words, "Mono" for instance; empty for a value that is no family.
 ZR_EXPORT std::string_view FamilyName(FormatFamily family) noexcept;
 
+/// The samples of a pixel, or of the pixels that share chroma, in memory order.
+enum class ChannelOrder : std::uint8_t {
+  Mono,
+  Bayer,    ///< one site of the mosaic
+  Scf1,     ///< one site of the mosaic
+  BiColor,  ///< two sites
+  Rgb,
+  Bgr,
+  RgbA,
+  BgrA,
+  YCbCr,     ///< 4:4:4
+  CbYCr,     ///< 4:4:4
+  YCbYCr,    ///< 4:2:2, two pixels
+  CbYCrY,    ///< 4:2:2, two pixels
+  YYCbYYCr,  ///< 4:1:1, four pixels
+  CbYYCrYY,  ///< 4:1:1, four pixels
+};
+
+/// How samples lie in memory. Everything is little-endian.
+enum class Packing : std::uint8_t {
+  Plain,     ///< each sample in the low bits of a byte or word of its own
+  Dense,     ///< one sample after another without gaps, from the least significant bit of the first byte up
+  Pair,      ///< two samples in three bytes: their high 8 bits outside, their low bits in the middle byte
+  Word,      ///< one pixel in one word: RGB565p red highest; RGB10p32 red lowest
+  V1Packed,  ///< the packed colour layouts of GigE Vision 1: bytes of low bits beside bytes of high bits
+  Planar,    ///< one plane per channel, each as Plain
+};
+
 /// Facts of one pixel format. All sizes are what lies in memory, not what the type catalogue registers.
 struct FormatInfo {
   long id = 0;            ///< type ID, see PixelTypes.h
   std::string_view name;  ///< the library's name, "Mono12p" for instance
   FormatFamily family = FormatFamily::Rgb;
-  unsigned bitsPerPixel = 0;    ///< bits of memory per pixel, all planes together
-  unsigned depth = 0;           ///< significant bits of one sample
-  unsigned planes = 1;          ///< planes, which follow one another in the frame
-  unsigned widthMultiple = 1;   ///< a frame's width must be a multiple of this
-  unsigned heightMultiple = 1;  ///< a frame's height must be a multiple of this
-  bool isSource = false;        ///< the library converts from it
-  bool isDestination = false;   ///< the library converts to it
-  std::string_view layout;      ///< bit layout in words
+  ChannelOrder order = ChannelOrder::Rgb;
+  Packing packing = Packing::Plain;
+  unsigned bitsPerPixel = 0;   ///< bits of memory per pixel, all planes together
+  unsigned depth = 0;          ///< significant bits of one sample (565: of red and blue; green has one more)
+  unsigned sampleBits = 0;     ///< bits of memory a sample takes; Word and V1Packed: the whole pixel
+  bool isSigned = false;       ///< two's complement samples
+  unsigned groupPixels = 1;    ///< the fewest pixels that fill whole bytes (of one plane)
+  unsigned groupBytes = 0;     ///< those bytes
+  unsigned planes = 1;         ///< planes, which follow one another in the frame
+  unsigned widthMultiple = 1;  ///< a frame's width must be a multiple of this
+  std::string_view layout;     ///< bit layout in words
+  bool takesFilter = false;    ///< as a destination its colours pass the RGBFilter
+  bool isSource = false;       ///< the library converts from it
+  bool isDestination = false;  ///< the library converts to it
 };
 
-/// All formats that the library knows by name, in the order of their IDs. Static storage.
+/// All formats that the library knows by name, in the order of their IDs. Static storage, which outlives all
+/// static objects; takes no memory.
 ZR_EXPORT std::span<const FormatInfo> Formats();
 
 /// The format of that ID, or null.

@@ -132,8 +132,7 @@ class ZR_EXPORT FrameConverter {
   /// height come from one fast pair. Unpacked mosaics (Bayer12p to Bayer16 for instance) keep their samples;
   /// region and flips may change their pattern, see DestinationPattern().
   ///
-  /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, HeightNotAllowed,
-  /// FrameTooSmall,
+  /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, FrameTooSmall,
   ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, RegionOutside, RegionNotAllowed,
   ///         OutOfMemory; without success the object stays as it was
   ZrUtilsLib::Result Configure(long source, long destination, std::uint32_t width, std::uint32_t height,

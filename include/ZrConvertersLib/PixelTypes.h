@@ -52,9 +52,13 @@ inline constexpr long RGB16_Planar = 0x124;
 /// Converters read these layouts, but no pixel type is registered for them.
 /// @{
 inline constexpr long BGR10 = 0x107;
+inline constexpr long BGR10p = 0x109;
 inline constexpr long BGRa10 = 0x10B;
+inline constexpr long BGRa10p = 0x10D;
 inline constexpr long BGR12 = 0x10F;
+inline constexpr long BGR12p = 0x111;
 inline constexpr long BGRa12 = 0x113;
+inline constexpr long BGRa12p = 0x115;
 /// @}
 
 /// @name Monochrome

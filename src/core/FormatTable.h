@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/PixelTypes.h>
 
 #include <algorithm>
@@ -17,34 +18,6 @@ namespace ZrConvertersLib {
 
 /// The high byte of a type ID.
 enum class Family : std::uint8_t { Rgb = 1, Mono = 2, YCbCr = 3, Bayer = 4, Scf1 = 5, BiColor = 6 };
-
-/// The samples of a pixel, or of the pixels that share chroma, in memory order.
-enum class ChannelOrder : std::uint8_t {
-  Mono,
-  Bayer,    ///< one site of the mosaic
-  Scf1,     ///< one site of the mosaic
-  BiColor,  ///< two sites
-  Rgb,
-  Bgr,
-  RgbA,
-  BgrA,
-  YCbCr,     ///< 4:4:4
-  CbYCr,     ///< 4:4:4
-  YCbYCr,    ///< 4:2:2, two pixels
-  CbYCrY,    ///< 4:2:2, two pixels
-  YYCbYYCr,  ///< 4:1:1, four pixels
-  CbYYCrYY,  ///< 4:1:1, four pixels
-};
-
-/// How samples lie in memory. Everything is little-endian.
-enum class Packing : std::uint8_t {
-  Plain,     ///< each sample in the low bits of a byte or word of its own
-  Dense,     ///< one sample after another without gaps, from the least significant bit of the first byte up
-  Pair,      ///< two samples in three bytes: their high 8 bits outside, their low bits in the middle byte
-  Word,      ///< one pixel in one word: RGB565p red highest; RGB10p32 red lowest
-  V1Packed,  ///< the packed colour layouts of GigE Vision 1: bytes of low bits beside bytes of high bits
-  Planar,    ///< one plane per channel, each as Plain
-};
 
 /// The smallest whole number of pixels that fills whole bytes (of one plane).
 struct Group {
@@ -186,9 +159,13 @@ inline constexpr auto kUntypedFormats = [] {
   using P = Packing;
   return std::array{
       FormatRow{Ids::BGR10,               "BGR10",               48,  6, F::Rgb,     C::Bgr,      10, 16, P::Plain,    {1,  6}, 1, kRegular},
+      FormatRow{Ids::BGR10p,              "BGR10p",              30,  4, F::Rgb,     C::Bgr,      10, 10, P::Dense,    {4, 15}, 1, kRegular},
       FormatRow{Ids::BGRa10,              "BGRa10",              64,  8, F::Rgb,     C::BgrA,     10, 16, P::Plain,    {1,  8}, 1, kRegular},
+      FormatRow{Ids::BGRa10p,             "BGRa10p",             40,  5, F::Rgb,     C::BgrA,     10, 10, P::Dense,    {1,  5}, 1, kRegular},
       FormatRow{Ids::BGR12,               "BGR12",               48,  6, F::Rgb,     C::Bgr,      12, 16, P::Plain,    {1,  6}, 1, kRegular},
+      FormatRow{Ids::BGR12p,              "BGR12p",              36,  5, F::Rgb,     C::Bgr,      12, 12, P::Dense,    {2,  9}, 1, kRegular},
       FormatRow{Ids::BGRa12,              "BGRa12",              64,  8, F::Rgb,     C::BgrA,     12, 16, P::Plain,    {1,  8}, 1, kRegular},
+      FormatRow{Ids::BGRa12p,             "BGRa12p",             48,  6, F::Rgb,     C::BgrA,     12, 12, P::Dense,    {1,  6}, 1, kRegular},
   };
 }();
 // clang-format on
@@ -369,7 +346,7 @@ constexpr bool DestinationFits(const DestinationRow& row) {
   });
 }
 
-static_assert(kFormats.size() == 84 && kUntypedFormats.size() == 4 && kDestinations.size() == 16);
+static_assert(kFormats.size() == 84 && kUntypedFormats.size() == 8 && kDestinations.size() == 16);
 static_assert(CountOf(Family::Rgb) == 29 && CountOf(Family::Mono) == 15 && CountOf(Family::YCbCr) == 18);
 static_assert(CountOf(Family::Bayer) == 10 && CountOf(Family::Scf1) == 7 && CountOf(Family::BiColor) == 5);
 static_assert(IdsAndNamesAreUnique());

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 
 #include "core/FormatTable.h"
 #include "formats/FormatWords.h"
@@ -44,6 +43,38 @@ constexpr FormatFamily FamilyOf(Family family) {
   return FormatFamily::BiColor;
 }
 
+constexpr auto kLayouts = [] {
+  std::array<FormatWords::Phrase, kCount> words;
+  for (std::size_t i = 0; i < kCount; ++i) words[i] = LayoutInWords(*kRows[i]);
+  return words;
+}();
+
+constexpr FormatInfo InfoOf(const FormatRow& row, std::string_view layout) {
+  const DestinationRow* destination = FindDestination(row.id);
+  return {.id = row.id,
+          .name = row.name,
+          .family = FamilyOf(row.family),
+          .order = row.order,
+          .packing = row.packing,
+          .bitsPerPixel = BitsInMemory(row),
+          .depth = row.depth,
+          .sampleBits = row.container,
+          .isSigned = (row.traits & kSigned) != 0,
+          .groupPixels = row.group.pixels,
+          .groupBytes = row.group.bytes,
+          .planes = row.planes,
+          .widthMultiple = UnitOf(row.order).pixels,
+          .layout = layout,
+          .takesFilter = destination != nullptr && destination->filtered};
+}
+
+/// Nothing here is ever destroyed, so that static objects of a program may ask for formats in the end.
+constinit auto sInfos = [] {
+  std::array<FormatInfo, kCount> infos;
+  for (std::size_t i = 0; i < kCount; ++i) infos[i] = InfoOf(*kRows[i], kLayouts[i]);
+  return infos;
+}();
+
 bool ConvertsToAnything(long source) {
   return std::any_of(kRows.begin(), kRows.end(), [source](const FormatRow* row) {
     return PixelTypeFactory::HasConverter(source, row->id);
@@ -56,28 +87,14 @@ bool ComesFromAnything(long destination) {
   });
 }
 
-struct Catalogue {
-  std::array<std::string, kCount> words;
-  std::array<FormatInfo, kCount> infos;
-
-  Catalogue() {
-    for (std::size_t i = 0; i < kCount; ++i) {
-      const FormatRow& row = *kRows[i];
-      words[i] = LayoutInWords(row);
-      infos[i] = {row.id,
-                  row.name,
-                  FamilyOf(row.family),
-                  BitsInMemory(row),
-                  row.depth,
-                  row.planes,
-                  UnitOf(row.order).pixels,
-                  1,
-                  ConvertsToAnything(row.id),
-                  ComesFromAnything(row.id),
-                  words[i]};
-    }
+/// Only the registry knows what converts to what.
+bool AskRegistry() {
+  for (FormatInfo& info : sInfos) {
+    info.isSource = ConvertsToAnything(info.id);
+    info.isDestination = ComesFromAnything(info.id);
   }
-};
+  return true;
+}
 
 }  // namespace
 
@@ -100,8 +117,8 @@ std::string_view FamilyName(FormatFamily family) noexcept {
 }
 
 std::span<const FormatInfo> Formats() {
-  static const Catalogue catalogue;
-  return catalogue.infos;
+  [[maybe_unused]] static const bool asked = AskRegistry();
+  return sInfos;
 }
 
 const FormatInfo* FindFormatInfo(long id) {

@@ -32,10 +32,8 @@ std::string_view ResultText(std::uint32_t code) noexcept {
       return "width and height must be at least 1";
     case FrameError::WidthNotAllowed:
       return "the format keeps its pixels in groups, and the width is not a whole number of groups";
-    case FrameError::HeightNotAllowed:
-      return "the format keeps its lines in groups, and the height is not a whole number of groups";
     case FrameError::FrameTooSmall:
-      return "a colour mosaic needs at least 2 x 2 pixels to become a picture";
+      return "a colour mosaic needs at least one whole tile (2 x 2 pixels, SCF1 4 x 4) to become a picture";
     case FrameError::FrameTooLarge:
       return "the frame is too large: a line may take 512 MiB and a side 4294967295 pixels at most";
     case FrameError::StrideTooSmall:

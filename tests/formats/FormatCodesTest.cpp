@@ -70,7 +70,7 @@ TEST(FormatCodesTest, OnlyTheBitsOfTheFamilyCount) {
   EXPECT_EQ(FormatCodeOf(Ids::Bayer8, 0xF0)->name, "BayerBG8");
   EXPECT_EQ(FormatCodeOf(Ids::YCbCr8_CbYCr, 0x50000)->name, "YCbCr8_CbYCr");
   EXPECT_EQ(FormatCodeOf(Ids::BiColor8, 0), nullptr);
-  EXPECT_EQ(FormatCodeOf(265, 0), nullptr);
+  EXPECT_EQ(FormatCodeOf(293, 0), nullptr);
 }
 
 TEST(FormatCodesTest, UnknownCodes) {

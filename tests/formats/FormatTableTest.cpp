@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "core/Catalogue.h"
 #include "formats/FormatWords.h"
 
@@ -22,20 +19,29 @@ TEST(FormatTable, AgreesWithTheCatalogue) {
   }
 }
 
-TEST(FormatWords, PlacesEveryBit) {
-  using Bytes = std::vector<std::string>;
-  const auto bytes = [](long id) { return LayoutByBytes(*FindFormat(id)); };
-  EXPECT_EQ(bytes(PixelTypeIds::Mono10p),
-            (Bytes{"P0 7..0", "P1 5..0 | P0 9..8", "P2 3..0 | P1 9..6", "P3 1..0 | P2 9..4", "P3 9..2"}));
-  EXPECT_EQ(bytes(PixelTypeIds::Mono12Packed), (Bytes{"P0 11..4", "P0 3..0 | P1 3..0", "P1 11..4"}));
-  EXPECT_EQ(bytes(PixelTypeIds::Bayer10Packed), (Bytes{"P0 9..2", "- | P0 1..0 | - | P1 1..0", "P1 9..2"}));
-  EXPECT_EQ(bytes(PixelTypeIds::RGB565p), (Bytes{"G 2..0 | B 4..0", "R 4..0 | G 5..3"}));
-  EXPECT_EQ(bytes(PixelTypeIds::BGR565p), (Bytes{"G 2..0 | R 4..0", "B 4..0 | G 5..3"}));
-  EXPECT_EQ(bytes(PixelTypeIds::Mono2p), (Bytes{"P3 1..0 | P2 1..0 | P1 1..0 | P0 1..0"}));
-  EXPECT_EQ(bytes(PixelTypeIds::BGR10),
-            (Bytes{"B 7..0", "- | B 9..8", "G 7..0", "- | G 9..8", "R 7..0", "- | R 9..8"}));
-  EXPECT_EQ(bytes(PixelTypeIds::YCbCr411_8),
-            (Bytes{"Y0 7..0", "Y1 7..0", "Cb 7..0", "Y2 7..0", "Y3 7..0", "Cr 7..0"}));
+/// Byte and bit of the group where the sample's lowest bit, and that of its upper eight, lie.
+struct Place {
+  long format;
+  unsigned sample, lowByte, lowBit, highByte, highBit;
+};
+
+TEST(FormatWords, PlacesSamplesInTheirBytes) {
+  namespace Ids = PixelTypeIds;
+  constexpr Place kPlaces[] = {
+      {Ids::Mono10p, 1, 1, 2, 1, 4},       {Ids::Mono10p, 3, 3, 6, 4, 0},
+      {Ids::Mono12Packed, 0, 1, 4, 0, 0},  {Ids::Mono12Packed, 1, 1, 0, 2, 0},
+      {Ids::Bayer10Packed, 0, 1, 4, 0, 0}, {Ids::Bayer10Packed, 1, 1, 0, 2, 0},
+      {Ids::BGR10, 2, 4, 0, 4, 2},         {Ids::RGB10p32, 1, 1, 2, 1, 4},
+      {Ids::RGB10V1Packed, 2, 0, 4, 3, 0}, {Ids::RGB12V1Packed, 1, 1, 4, 2, 0},
+      {Ids::RGB12V1Packed, 2, 4, 0, 3, 0}, {Ids::YCbCr411_8, 5, 5, 0, 5, 0},
+  };
+  for (const Place& place : kPlaces) {
+    const FormatRow& row = *FindFormat(place.format);
+    EXPECT_EQ(BitPosition(row, place.sample, 0), place.lowByte * 8 + place.lowBit) << row.name;
+    EXPECT_EQ(BitPosition(row, place.sample, row.depth - 8u), place.highByte * 8 + place.highBit) << row.name;
+  }
+  EXPECT_EQ(BitPosition(*FindFormat(Ids::RGB565p), 0, 0), 11u);
+  EXPECT_EQ(BitPosition(*FindFormat(Ids::BGR565p), 0, 0), 11u);
 }
 
 }  // namespace

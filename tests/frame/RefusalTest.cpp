@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Setup{"UnknownSource", FrameError::UnknownFormat, 0x1FF},
         Setup{"UnknownDestination", FrameError::UnknownFormat, Ids::Mono8, -1},
-        Setup{"FreeIdOfAPackedLayout", FrameError::UnknownFormat, 265},
+        Setup{"FreeId", FrameError::UnknownFormat, 293},
         Setup{"NoPair", FrameError::NoConverter, Ids::Mono8, Ids::YCbCr422_8},
         Setup{"SourceWithoutConverters", FrameError::NoConverter, Ids::SCF18, Ids::RGB8},
         Setup{"NoWidth", FrameError::ZeroSize, Ids::Mono8, Ids::RGB8, 0, 4},

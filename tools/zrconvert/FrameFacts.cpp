@@ -9,21 +9,13 @@ namespace {
 
 namespace zr = ZrConvertersLib;
 
-std::string Multiple(const std::string& side, unsigned multiple, std::uint32_t given) {
-  return " frames have a " + side + " that is a multiple of " + std::to_string(multiple) + ", not " +
-         std::to_string(given);
-}
-
 [[noreturn]] void Refuse(const zr::FormatInfo& format, Size size, ZrUtilsLib::Result result) {
   const std::string name(format.name);
-  switch (result.GetCode()) {
-    case zr::FrameError::WidthNotAllowed:
-      throw UsageError(name + Multiple("width", format.widthMultiple, size.width));
-    case zr::FrameError::HeightNotAllowed:
-      throw UsageError(name + Multiple("height", format.heightMultiple, size.height));
-    default:
-      throw UsageError(ToText(size) + " " + name + ": " + std::string(zr::ResultText(result)));
+  if (result.GetCode() == zr::FrameError::WidthNotAllowed) {
+    throw UsageError(name + " frames have a width that is a multiple of " +
+                     std::to_string(format.widthMultiple) + ", not " + std::to_string(size.width));
   }
+  throw UsageError(ToText(size) + " " + name + ": " + std::string(zr::ResultText(result)));
 }
 
 zr::FrameLayout Layout(const zr::FormatInfo& format, Size size, std::uint64_t stride) {
