@@ -9,38 +9,24 @@ namespace {
 
 const BayerCreator sBayerCreator;
 
-#define ZR_BYTES(source, destination) \
-  BayerTo<unsigned char, Output##destination> s##source##To##destination{FormatOf(PixelTypeIds::source)};
-#define ZR_WORDS(source, destination) \
-  BayerTo<unsigned short, Output##destination> s##source##To##destination{FormatOf(PixelTypeIds::source)};
-
-ZR_FOR_EACH_DESTINATION(ZR_BYTES, Bayer8)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Bayer10)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Bayer12)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Bayer14)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Bayer16)
+ZR_CONVERTERS(Bayer8, BayerBytesTo)
+ZR_CONVERTERS(Bayer10, BayerWordsTo)
+ZR_CONVERTERS(Bayer12, BayerWordsTo)
+ZR_CONVERTERS(Bayer14, BayerWordsTo)
+ZR_CONVERTERS(Bayer16, BayerWordsTo)
 
 #define ZR_UNPACKER(type, source, unpacked, writer) \
   type<writer> s##source##To##unpacked{FormatOf(PixelTypeIds::source), PixelTypeIds::unpacked};
-#define ZR_CHAIN(source, unpacked, destination) \
-  FusedChain s##source##To##destination{&s##source##To##unpacked, &s##unpacked##To##destination};
-// clang-format off
-#define ZR_PACKED(type, source)                                                                          \
-  ZR_UNPACKER(type, source, Bayer8, OutputMono8)                                                         \
-  ZR_UNPACKER(type, source, Bayer16, OutputMono16)                                                       \
-  ZR_CHAIN(source, Bayer8, RGB565p) ZR_CHAIN(source, Bayer8, RGB8) ZR_CHAIN(source, Bayer8, BGR8)        \
-  ZR_CHAIN(source, Bayer8, RGBa8) ZR_CHAIN(source, Bayer8, BGRa8) ZR_CHAIN(source, Bayer8, Mono8)        \
-  ZR_CHAIN(source, Bayer16, Mono10) ZR_CHAIN(source, Bayer16, Mono12) ZR_CHAIN(source, Bayer16, Mono14)  \
-  ZR_CHAIN(source, Bayer16, Mono16) ZR_CHAIN(source, Bayer16, RGB16) ZR_CHAIN(source, Bayer16, BGR16)    \
-  ZR_CHAIN(source, Bayer8, Planar8) ZR_CHAIN(source, Bayer16, Planar10)                                  \
-  ZR_CHAIN(source, Bayer16, Planar12) ZR_CHAIN(source, Bayer16, Planar16)
-// clang-format on
+#define ZR_PACKED(source, unpacker)                    \
+  ZR_UNPACKER(unpacker, source, Bayer8, OutputMono8)   \
+  ZR_UNPACKER(unpacker, source, Bayer16, OutputMono16) \
+  ZR_CHAINS(source, Bayer8, Bayer16)
 
-ZR_PACKED(MonoPackedUnpacker, Bayer10Packed)
-ZR_PACKED(Mono10pUnpacker, Bayer10p)
-ZR_PACKED(MonoPackedUnpacker, Bayer12Packed)
-ZR_PACKED(Mono12pUnpacker, Bayer12p)
-ZR_PACKED(Mono14pUnpacker, Bayer14p)
+ZR_PACKED(Bayer10Packed, MonoPackedUnpacker)
+ZR_PACKED(Bayer10p, Mono10pUnpacker)
+ZR_PACKED(Bayer12Packed, MonoPackedUnpacker)
+ZR_PACKED(Bayer12p, Mono12pUnpacker)
+ZR_PACKED(Bayer14p, Mono14pUnpacker)
 
 }  // namespace
 }  // namespace ZrConvertersLib

@@ -2,6 +2,7 @@
 
 #include <ZrConvertersLib/ComplexConverter.h>
 
+#include "converters/LineRecipe.h"
 #include "core/ChainFrame.h"
 #include "core/LineDriver.h"
 
@@ -26,24 +27,17 @@ class FusedChain : public ComplexConverter, public OnePassChain {
                              std::uint32_t destinationPadding, unsigned char** pipelineBuffer,
                              std::uint32_t* pipelineBufferSize, std::uint32_t sourcePadding,
                              bool flipVertical, const RGBFilter* filter) const override {
-    const FrameCall call{source,
-                         sourceWidth,
-                         sourceHeight,
-                         destination,
-                         destinationWidth,
-                         destinationHeight,
-                         width,
-                         height,
-                         flags,
-                         destinationPadding,
-                         0,
-                         false,
-                         filter};
+    // As the second stage is called: the intermediate image has no padding and is the right way up.
+    const FrameCall call{
+        source, sourceWidth, sourceHeight, destination,        destinationWidth, destinationHeight,
+        width,  height,      flags,        destinationPadding, nullptr,          nullptr,
+        0,      false,       filter};
     const std::uint32_t samples = sourceWidth * mUnpacker->GetWidthMultiplier();
     const std::uint32_t stride = mUnpacker->GetSourceByteSize(samples) + sourcePadding;
     const Band band = BandOf(flags, sourceHeight);
     const BandLayout layout = LayoutOf(*mUnpacker, band, samples, sourceHeight, flipVertical);
-    const bool groupsOverlap = flipVertical && samples % mUnpacker->Samples().group.pixels != 0;
+    const SampleRecipe unpacked = mUnpacker->Samples(flags);
+    const bool groupsOverlap = flipVertical && samples % simd::FactsOf(unpacked.reader).group.pixels != 0;
     if (groupsOverlap || !StaysInFrame(call) || stride > kLargestStep || layout.capacity > kLargestCapacity)
       return ComplexConverter::Convert(
           source, sourceWidth, sourceHeight, destination, destinationWidth, destinationHeight, width, height,
@@ -56,7 +50,7 @@ class FusedChain : public ComplexConverter, public OnePassChain {
     const std::ptrdiff_t last = std::ptrdiff_t{band.lines} - 1 - 2 * std::ptrdiff_t{band.above};
     const SourceLines lines =
         flipVertical ? SourceLines{OffsetBy(source, last * step), -step} : SourceLines{source, step};
-    mReader->ConvertSamples(call, lines, mUnpacker->Samples());
+    mReader->ConvertSamples(call, lines, unpacked);
     return {};
   }
 

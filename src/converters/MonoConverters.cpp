@@ -8,37 +8,22 @@ namespace {
 
 const MonoCreator sMonoCreator;
 
-#define ZR_OBJECT(type, source, destination) \
-  const type s##source##To##destination{FormatOf(PixelTypeIds::source)};
-#define ZR_BYTES(source, destination) \
-  const MonoTo<unsigned char, Output##destination> s##source##To##destination{FormatOf(PixelTypeIds::source)};
-#define ZR_WORDS(source, destination)                                           \
-  const MonoTo<unsigned short, Output##destination> s##source##To##destination{ \
-      FormatOf(PixelTypeIds::source)};
-#define ZR_SIGNED(source, destination) ZR_OBJECT(Mono8sTo<Output##destination>, source, destination)
-#define ZR_DOUBLE_WORDS(source, destination) ZR_OBJECT(Mono32To<Output##destination>, source, destination)
-#define ZR_10P(source, destination) ZR_OBJECT(Mono10pTo<Output##destination>, source, destination)
-#define ZR_12P(source, destination) ZR_OBJECT(Mono12pTo<Output##destination>, source, destination)
-#define ZR_14P(source, destination) ZR_OBJECT(Mono14pTo<Output##destination>, source, destination)
-#define ZR_PACKED(source, destination) ZR_OBJECT(MonoPackedTo<Output##destination>, source, destination)
-#define ZR_SUB_BYTE(source, destination) ZR_OBJECT(MonoPTo<Output##destination>, source, destination)
+ZR_CONVERTERS(Mono8, MonoBytesTo)
+ZR_CONVERTERS(Mono8s, Mono8sTo)
+ZR_CONVERTERS(Mono10, MonoWordsTo)
+ZR_CONVERTERS(Mono12, MonoWordsTo)
+ZR_CONVERTERS(Mono14, MonoWordsTo)
+ZR_CONVERTERS(Mono16, MonoWordsTo)
+ZR_CONVERTERS(Mono32, Mono32To)
 
-ZR_FOR_EACH_DESTINATION(ZR_BYTES, Mono8)
-ZR_FOR_EACH_DESTINATION(ZR_SIGNED, Mono8s)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Mono10)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Mono12)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Mono14)
-ZR_FOR_EACH_DESTINATION(ZR_WORDS, Mono16)
-ZR_FOR_EACH_DESTINATION(ZR_DOUBLE_WORDS, Mono32)
-
-ZR_FOR_EACH_DESTINATION(ZR_10P, Mono10p)
-ZR_FOR_EACH_DESTINATION(ZR_12P, Mono12p)
-ZR_FOR_EACH_DESTINATION(ZR_14P, Mono14p)
-ZR_FOR_EACH_DESTINATION(ZR_PACKED, Mono10Packed)
-ZR_FOR_EACH_DESTINATION(ZR_PACKED, Mono12Packed)
-ZR_FOR_EACH_DESTINATION(ZR_SUB_BYTE, Mono1p)
-ZR_FOR_EACH_DESTINATION(ZR_SUB_BYTE, Mono2p)
-ZR_FOR_EACH_DESTINATION(ZR_SUB_BYTE, Mono4p)
+ZR_CONVERTERS(Mono10p, Mono10pTo)
+ZR_CONVERTERS(Mono12p, Mono12pTo)
+ZR_CONVERTERS(Mono14p, Mono14pTo)
+ZR_CONVERTERS(Mono10Packed, MonoPackedTo)
+ZR_CONVERTERS(Mono12Packed, MonoPackedTo)
+ZR_CONVERTERS(Mono1p, MonoPTo)
+ZR_CONVERTERS(Mono2p, MonoPTo)
+ZR_CONVERTERS(Mono4p, MonoPTo)
 
 }  // namespace
 }  // namespace ZrConvertersLib

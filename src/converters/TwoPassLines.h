@@ -12,7 +12,6 @@ class TwoPassLines {
   TwoPassLines(const PixelConverterContext& context, const LineRecipe& recipe);
 
   void Run(const LineBlock& block) const;
-  void Finish() const { mPixels.Finish(); }
 
   /// Bytes of a whole number of groups.
   std::size_t SourceBytes(std::size_t pixels) const {
@@ -24,7 +23,7 @@ class TwoPassLines {
 
   /// Whether the samples of `pixels` fill whole groups, so that the next line's may follow at once.
   bool FillsGroups(std::size_t pixels) const {
-    return mPixels.SourceBytes(pixels) % mSamples.GroupOfSource().pixels == 0;
+    return mPixels.SourceBytes(pixels) % mSamples.Kernel().reader.group.pixels == 0;
   }
 
  private:

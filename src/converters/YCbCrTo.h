@@ -2,8 +2,7 @@
 
 #include <ZrConvertersLib/PixelConverter.h>
 
-#include "converters/KernelConverter.h"
-#include "core/OutputWriters.h"
+#include "converters/LineConverter.h"
 #include "core/YCbCrMatrix.h"
 
 /// Converters of YCbCr lines. Mono destinations get the green of the converted colour.
@@ -17,66 +16,78 @@ constexpr const YCbCrMatrix& MatrixOf(std::uint32_t flags) {
   return kMatrix601;
 }
 
-/// How many pixels share chroma.
-enum class Sharing : std::uint8_t { None = 1, Two = 2, Four = 4 };
-
-/// Pixels that a line of `width` writes. With chroma shared by two an odd last pixel is left out; by four,
-/// one pixel more than whole groups is left out, two or three make another whole group.
-constexpr std::size_t PixelsOf(Sharing sharing, std::uint32_t width) {
-  if (sharing == Sharing::Two) return width - width % 2;
-  if (sharing == Sharing::Four && width % 4 != 0) return WholeGroups(width - 1, 4);
-  return width;
-}
-
 /// Samples of type T. Those in words are shifted down to 8 bits first.
-template <class T, class Out, simd::SourceReader reader, Sharing sharing>
-class YCbCrLayoutTo : public KernelConverter<YCbCrLayoutTo<T, Out, reader, sharing>> {
+template <class T, class Out, simd::SourceReader reader>
+class YCbCrLayoutTo : public LineConverter<YCbCrLayoutTo<T, Out, reader>> {
  public:
   explicit YCbCrLayoutTo(const FormatRow& source)
-      : KernelConverter<YCbCrLayoutTo>(source.id, Out::kTypeId, sharing == Sharing::Four ? 4 : source.bytes,
-                                       Out::kByteSize, 1, 1, true),
+      : LineConverter<YCbCrLayoutTo>(source, Out{}, kGroup.pixels == 4 ? 4 : source.bytes),
         mShift(source.depth - 8u) {}
 
   using PixelConverter::GetSourceByteSize;
   std::uint32_t GetSourceByteSize(std::uint32_t width) const override {
-    if (sharing == Sharing::Four) return width * 3 * 2 / 4;
+    if (kGroup.pixels == 4) return width * 3 * 2 / 4;
     return PixelConverter::GetSourceByteSize(width);
   }
 
   LineRecipe Recipe(std::uint32_t flags) const {
-    constexpr std::uint8_t bytes = (static_cast<std::uint8_t>(sharing) + 2) * kReadBytes;
-    LineRecipe recipe{.reader = reader,
-                      .group = {static_cast<std::uint8_t>(sharing), bytes},
-                      .destination = Out::kIndex,
-                      .shift = mShift,
-                      .matrix = &MatrixOf(flags)};
-    if (sizeof(T) > kReadBytes) recipe.samples = {simd::SourceReader::Mono16, {1, sizeof(T)}, 8 - mShift};
+    LineRecipe recipe{.reader = reader, .writer = Out::kWriter, .shift = mShift, .matrix = &MatrixOf(flags)};
+    // 4:4:4 is read from bytes only.
+    if (sizeof(T) > 1 && kGroup.pixels == 1) recipe.samples = {simd::SourceReader::Mono16, 8 - mShift};
     return recipe;
   }
-  std::size_t Pixels(std::uint32_t width) const { return PixelsOf(sharing, width); }
+
+  /// With chroma shared by two pixels an odd last one is left out; by four, one pixel more than whole groups
+  /// is left out, two or three make another whole group.
+  std::size_t Pixels(std::uint32_t width) const {
+    if (kGroup.pixels == 2) return width - width % 2;
+    return width % kGroup.pixels == 0 ? width : WholeGroups(width - 1, reader);
+  }
 
  private:
-  /// Of the samples that the kernel reads: 4:4:4 has one for bytes only.
-  static constexpr std::size_t kReadBytes = sharing == Sharing::None ? 1 : sizeof(T);
+  static constexpr simd::ReaderGroup kGroup = simd::FactsOf(reader).group;  ///< pixels that share chroma
 
   std::uint32_t mShift;
 };
 
+/// By sample type: the reader of bytes or that of words.
+template <class T>
+constexpr simd::SourceReader ByWidth(simd::SourceReader bytes, simd::SourceReader words) {
+  return sizeof(T) == 1 ? bytes : words;
+}
+
 template <class T, class Out>
-using YCbCrTo = YCbCrLayoutTo<T, Out, simd::SourceReader::YCbCr, Sharing::None>;
+using YCbCrTo = YCbCrLayoutTo<T, Out, simd::SourceReader::YCbCr>;
 template <class T, class Out>
-using YCbCr_CbYCrTo = YCbCrLayoutTo<T, Out, simd::SourceReader::CbYCr, Sharing::None>;
+using YCbCr_CbYCrTo = YCbCrLayoutTo<T, Out, simd::SourceReader::CbYCr>;
 template <class T, class Out>
 using YCbCr422To =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::SourceReader::YCbYCr8 : simd::SourceReader::YCbYCr16,
-                  Sharing::Two>;
+    YCbCrLayoutTo<T, Out, ByWidth<T>(simd::SourceReader::YCbYCr8, simd::SourceReader::YCbYCr16)>;
 template <class T, class Out>
 using YCbCr422_CbYCrYTo =
-    YCbCrLayoutTo<T, Out, sizeof(T) == 1 ? simd::SourceReader::CbYCrY8 : simd::SourceReader::CbYCrY16,
-                  Sharing::Two>;
+    YCbCrLayoutTo<T, Out, ByWidth<T>(simd::SourceReader::CbYCrY8, simd::SourceReader::CbYCrY16)>;
 template <class T, class Out>
-using YCbCr411To = YCbCrLayoutTo<T, Out, simd::SourceReader::YYCbYYCr, Sharing::Four>;
+using YCbCr411To = YCbCrLayoutTo<T, Out, simd::SourceReader::YYCbYYCr>;
 template <class T, class Out>
-using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::SourceReader::CbYYCrYY, Sharing::Four>;
+using YCbCr411_CbYYCrYYTo = YCbCrLayoutTo<T, Out, simd::SourceReader::CbYYCrYY>;
+
+template <class Out>
+using YCbCrBytesTo = YCbCrTo<unsigned char, Out>;
+template <class Out>
+using YCbCr_CbYCrBytesTo = YCbCr_CbYCrTo<unsigned char, Out>;
+template <class Out>
+using YCbCr_CbYCrWordsTo = YCbCr_CbYCrTo<unsigned short, Out>;
+template <class Out>
+using YCbCr422BytesTo = YCbCr422To<unsigned char, Out>;
+template <class Out>
+using YCbCr422WordsTo = YCbCr422To<unsigned short, Out>;
+template <class Out>
+using YCbCr422_CbYCrYBytesTo = YCbCr422_CbYCrYTo<unsigned char, Out>;
+template <class Out>
+using YCbCr422_CbYCrYWordsTo = YCbCr422_CbYCrYTo<unsigned short, Out>;
+template <class Out>
+using YCbCr411BytesTo = YCbCr411To<unsigned char, Out>;
+template <class Out>
+using YCbCr411_CbYYCrYYBytesTo = YCbCr411_CbYYCrYYTo<unsigned char, Out>;
 
 }  // namespace ZrConvertersLib

@@ -95,9 +95,9 @@ Result ComplexConverter::Convert(const unsigned char* source, std::uint32_t sour
   std::memset(buffer + end, 0, layout.capacity - end);
 
   const FrameCall frame{
-      source, sourceWidth, sourceHeight, destination,        destinationWidth, destinationHeight,
-      width,  height,      flags,        destinationPadding, sourcePadding,    flipVertical,
-      filter};
+      source,        sourceWidth,  sourceHeight, destination,        destinationWidth, destinationHeight,
+      width,         height,       flags,        destinationPadding, pipelineBuffer,   pipelineBufferSize,
+      sourcePadding, flipVertical, filter};
   return RunStages(*mFirst, *mSecond, frame, band, buffer + layout.front);
 }
 

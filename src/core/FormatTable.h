@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "core/Destinations.h"
+
 /// @file
 /// What a format is, in one table: every other part of the library takes its format facts from here.
 ///
@@ -238,39 +240,24 @@ constexpr std::uint64_t LineBytes(const FormatRow& row, std::uint32_t width) {
   return (std::uint64_t{width} * row.group.bytes * 8 / row.group.pixels + 7) / 8;
 }
 
-/// Forms of the sixteen writers.
-enum class Shape : std::uint8_t { Sampled, ThreeChannels, FourChannels, Packed565 };
-
 struct DestinationRow {
   long id;
   std::string_view name;  ///< of the writer, without its prefix
   std::uint8_t bytes;     ///< per pixel, in each plane
   std::uint8_t planes;
   std::uint8_t depth;  ///< bits of a channel that the writer keeps (565: before it packs them)
-  Shape shape;
-  bool colour;    ///< takes red, green and blue; otherwise one value
-  bool filtered;  ///< passes each channel through the colour filter
+  bool colour;         ///< takes red, green and blue; otherwise one value
+  bool filtered;       ///< passes each channel through the colour filter
 };
 
 /// What every family converts to.
-inline constexpr std::array kDestinations = {
-    DestinationRow{PixelTypeIds::Mono8, "Mono8", 1, 1, 8, Shape::Sampled, false, false},
-    DestinationRow{PixelTypeIds::Mono10, "Mono10", 2, 1, 10, Shape::Sampled, false, false},
-    DestinationRow{PixelTypeIds::Mono12, "Mono12", 2, 1, 12, Shape::Sampled, false, false},
-    DestinationRow{PixelTypeIds::Mono14, "Mono14", 2, 1, 14, Shape::Sampled, false, false},
-    DestinationRow{PixelTypeIds::Mono16, "Mono16", 2, 1, 16, Shape::Sampled, false, false},
-    DestinationRow{PixelTypeIds::RGB8, "RGB8", 3, 1, 8, Shape::ThreeChannels, true, true},
-    DestinationRow{PixelTypeIds::BGR8, "BGR8", 3, 1, 8, Shape::ThreeChannels, true, true},
-    DestinationRow{PixelTypeIds::RGBa8, "RGBa8", 4, 1, 8, Shape::FourChannels, true, true},
-    DestinationRow{PixelTypeIds::BGRa8, "BGRa8", 4, 1, 8, Shape::FourChannels, true, true},
-    DestinationRow{PixelTypeIds::RGB16, "RGB16", 6, 1, 16, Shape::ThreeChannels, true, false},
-    DestinationRow{PixelTypeIds::BGR16, "BGR16", 6, 1, 16, Shape::ThreeChannels, true, false},
-    DestinationRow{PixelTypeIds::RGB565p, "RGB565p", 2, 1, 8, Shape::Packed565, true, true},
-    DestinationRow{PixelTypeIds::RGB8_Planar, "Planar8", 1, 3, 8, Shape::Sampled, true, true},
-    DestinationRow{PixelTypeIds::RGB10_Planar, "Planar10", 2, 3, 10, Shape::Sampled, true, false},
-    DestinationRow{PixelTypeIds::RGB12_Planar, "Planar12", 2, 3, 12, Shape::Sampled, true, false},
-    DestinationRow{PixelTypeIds::RGB16_Planar, "Planar16", 2, 3, 16, Shape::Sampled, true, false},
-};
+inline constexpr auto kDestinations = [] {
+  constexpr bool Grey = false, Colour = true;
+#define ZR_ROW(name, type, chained, bytes, planes, depth, channels, path) \
+  DestinationRow{PixelTypeIds::type, #name, bytes, planes, depth, channels, channels && path == 8},
+  return std::array{ZR_DESTINATIONS(ZR_ROW)};
+#undef ZR_ROW
+}();
 
 /// The row of a destination's type ID, or null.
 constexpr const DestinationRow* FindDestination(long id) {

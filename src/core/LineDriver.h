@@ -9,7 +9,7 @@
 
 namespace ZrConvertersLib {
 
-/// The arguments of a whole-image conversion, as PixelConverter::Convert takes them.
+/// The arguments of a whole-image conversion, in the order in which PixelConverter::Convert takes them.
 struct FrameCall {
   const unsigned char* source;
   std::uint32_t sourceWidth, sourceHeight;
@@ -17,7 +17,10 @@ struct FrameCall {
   std::uint32_t destinationWidth, destinationHeight;
   std::uint32_t width, height;
   std::uint32_t flags;
-  std::uint32_t destinationPadding, sourcePadding;
+  std::uint32_t destinationPadding;
+  unsigned char** pipelineBuffer;
+  std::uint32_t* pipelineBufferSize;
+  std::uint32_t sourcePadding;
   bool flipVertical;
   const RGBFilter* filter;
 };

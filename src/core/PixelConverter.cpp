@@ -80,13 +80,13 @@ Result PixelConverter::Convert(const unsigned char* source, std::uint32_t source
                                std::uint32_t sourceHeight, unsigned char* destination,
                                std::uint32_t destinationWidth, std::uint32_t destinationHeight,
                                std::uint32_t width, std::uint32_t height, std::uint32_t flags,
-                               std::uint32_t destinationPadding, unsigned char**, std::uint32_t*,
-                               std::uint32_t sourcePadding, bool flipVertical,
-                               const RGBFilter* filter) const {
+                               std::uint32_t destinationPadding, unsigned char** pipelineBuffer,
+                               std::uint32_t* pipelineBufferSize, std::uint32_t sourcePadding,
+                               bool flipVertical, const RGBFilter* filter) const {
   const FrameCall call{
-      source, sourceWidth, sourceHeight, destination,        destinationWidth, destinationHeight,
-      width,  height,      flags,        destinationPadding, sourcePadding,    flipVertical,
-      filter};
+      source,        sourceWidth,  sourceHeight, destination,        destinationWidth, destinationHeight,
+      width,         height,       flags,        destinationPadding, pipelineBuffer,   pipelineBufferSize,
+      sourcePadding, flipVertical, filter};
   LineDriver driver(*this, call);
   driver.Walk(
       [this](const PixelConverterContext& context, std::uint32_t pixels) { ConvertLine(context, pixels); },

@@ -101,26 +101,32 @@ struct PackedSamples {
 
 /// Fast demosaic: one colour for the four pixels of a tile, green the mean of its two. Source 0 is the line
 /// with red, source 1 the line with blue; both destination lines get the same pixels.
-template <class Samples, class Writer>
-void FastLines(const KernelArgs& args) {
-  using Channel = typename Writer::Channel;
-  const Samples samples(args);
-  const Phase phase(args);
-  const Writer writer(args);
-  BlockBytes<Samples> redBytes, blueBytes;
-  EachLine<2, 2>(args, [&](const auto& line) ZR_ALWAYS {
-    constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
-    EachBlock<Writer::kStep, kGroup>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      const U8 withRed = samples.Read(redBytes.At(line, 0, x));
-      const U8 withBlue = samples.Read(blueBytes.At(line, 1, x));
-      const Colour<Channel> block = {Cast<Channel>::From(phase.AtRed(withRed)),
-                                     MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
-                                     Cast<Channel>::From(phase.BesideRed(withBlue))};
-      writer.Write(line.destination[0] + x * Writer::kStep, block);
-      writer.Write(line.destination[1] + x * Writer::kStep, block);
+template <class Samples>
+struct FastLines {
+  using Source = Samples;
+
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    using Channel = typename Writer::Channel;
+    const Samples samples(args);
+    const Phase phase(args);
+    const Writer writer(args);
+    BlockBytes<Samples> redBytes, blueBytes;
+    EachLine<2, 2>(args, [&](const auto& line) ZR_ALWAYS {
+      constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
+      EachBlock<Writer::kStep, kGroup>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+        const U8 withRed = samples.Read(redBytes.At(line, 0, x));
+        const U8 withBlue = samples.Read(blueBytes.At(line, 1, x));
+        const Colour<Channel> block = {
+            Cast<Channel>::From(phase.AtRed(withRed)),
+            MeanOfTwo<Channel>::Get(phase.BesideRed(withRed), phase.AtRed(withBlue)),
+            Cast<Channel>::From(phase.BesideRed(withBlue))};
+        writer.Write(line.destination[0] + x * Writer::kStep, block);
+        writer.Write(line.destination[1] + x * Writer::kStep, block);
+      });
     });
-  });
-}
+  }
+};
 
 /// Values of the pixels of one line: `own` is the line's colour beside green, `other` the one of its
 /// neighbours.
@@ -230,13 +236,15 @@ ZR_INLINE void BilinearPairs(const KernelArgs& args) {
 
 /// Sources 0 to 2 are the line with red between its neighbours, 3 to 5 the line with blue; destination 0
 /// takes the former, 1 the latter.
-template <class, class Writer>
-void BilinearLines(const KernelArgs& args) {
-  if (args.redBelow)
-    BilinearPairs<true, Writer>(args);
-  else
-    BilinearPairs<false, Writer>(args);
-}
+struct BilinearLines {
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    if (args.redBelow)
+      BilinearPairs<true, Writer>(args);
+    else
+      BilinearPairs<false, Writer>(args);
+  }
+};
 
 /// Samples to bytes, each complemented, as Bilinear takes them for byte channels.
 template <class Samples>
@@ -250,26 +258,32 @@ void ComplementLines(const KernelArgs& args) {
   });
 }
 
-constinit const LineFunction kRows[][kPixelWriters] = {
-    ZR_ROW(FastLines, ByteSamples),
-    ZR_ROW(FastLines, WordSamples),
-    ZR_ROW(FastLines, PackedSamples<Form10p>),
-    ZR_ROW(FastLines, PackedSamples<Form12p>),
-    ZR_ROW(FastLines, PackedSamples<Form14p>),
-    ZR_ROW(FastLines, PackedSamples<FormPairPacked>),
-    ZR_ROW(BilinearLines, void),
-    {&ComplementLines<ByteSamples>},
-    {&ComplementLines<WordSamples>},
-    {&ComplementLines<PackedSamples<Form10p>>},
-    {&ComplementLines<PackedSamples<Form12p>>},
-    {&ComplementLines<PackedSamples<Form14p>>},
-    {&ComplementLines<PackedSamples<FormPairPacked>>},
+/// A row of which only Mono8 exists.
+template <SourceReader reader, class Samples>
+constexpr KernelRow ComplementRow() {
+  KernelRow row{reader, {}};
+  row.with[static_cast<std::size_t>(PixelWriter::Mono8)] = &ComplementLines<Samples>;
+  return row;
+}
+
+constexpr KernelRow kRows[] = {
+    Row<SourceReader::BayerFast8, FastLines<ByteSamples>>(),
+    Row<SourceReader::BayerFast16, FastLines<WordSamples>>(),
+    Row<SourceReader::BayerFast10p, FastLines<PackedSamples<Form10p>>>(),
+    Row<SourceReader::BayerFast12p, FastLines<PackedSamples<Form12p>>>(),
+    Row<SourceReader::BayerFast14p, FastLines<PackedSamples<Form14p>>>(),
+    Row<SourceReader::BayerFastPacked, FastLines<PackedSamples<FormPairPacked>>>(),
+    Row<SourceReader::BayerBilinear, BilinearLines>(),
+    ComplementRow<SourceReader::BayerComplement8, ByteSamples>(),
+    ComplementRow<SourceReader::BayerComplement16, WordSamples>(),
+    ComplementRow<SourceReader::BayerComplement10p, PackedSamples<Form10p>>(),
+    ComplementRow<SourceReader::BayerComplement12p, PackedSamples<Form12p>>(),
+    ComplementRow<SourceReader::BayerComplement14p, PackedSamples<Form14p>>(),
+    ComplementRow<SourceReader::BayerComplementPacked, PackedSamples<FormPairPacked>>(),
 };
 
 }  // namespace
 
-extern const FamilyKernels ZR_AT_LEVEL(kBayerKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kBayerKernels) = {SourceReader::BayerFast8,
-                                                            sizeof kRows / sizeof kRows[0], kRows};
+ZR_EXPORT_KERNELS(kBayerKernels)
 
 }  // namespace ZrConvertersLib::simd

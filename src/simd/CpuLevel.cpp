@@ -150,10 +150,11 @@ std::size_t StreamingThreshold() {
   return sStreamingThreshold.load(std::memory_order_relaxed);
 }
 
-LineFunction Level::Find(SourceReader reader, PixelWriter writer) const {
+KernelFunction Level::Find(SourceReader reader, PixelWriter writer) const {
   for (const FamilyKernels* family : families) {
-    const std::size_t row = static_cast<std::size_t>(reader) - static_cast<std::size_t>(family->first);
-    if (row < family->readers) return family->rows[row][static_cast<std::size_t>(writer)];
+    const std::size_t row =
+        static_cast<std::size_t>(reader) - static_cast<std::size_t>(family->rows[0].reader);
+    if (row < family->count) return family->rows[row].with[static_cast<std::size_t>(writer)];
   }
   return nullptr;
 }

@@ -15,7 +15,7 @@ struct Level {
   const StreamFunction* stream;
   const MirrorFunction* mirror;
 
-  LineFunction Find(SourceReader reader, PixelWriter writer) const;
+  KernelFunction Find(SourceReader reader, PixelWriter writer) const;
 };
 
 /// The level in use; the highest this machine runs unless one was forced.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <concepts>
+#include <iterator>
+
 #include "simd/Writers.h"
 
 #define ZR_PASTE(a, b) a##b
@@ -9,6 +12,19 @@
 
 namespace ZrConvertersLib::simd {
 namespace {
+
+/// What reads a line: a group of kGroupPixels pixels takes kGroupBytes bytes; Read gives a block of kWidth
+/// pixels from the block's first byte on, in the form of channel that is asked for where it can choose, and
+/// may read kOverread bytes beyond the block.
+template <class Reader>
+concept LineReader = std::constructible_from<Reader, const KernelArgs&> &&
+    requires(const Reader& reader, const std::uint8_t* p) {
+  { Reader::kGroupPixels } -> std::convertible_to<int>;
+  { Reader::kGroupBytes } -> std::convertible_to<int>;
+  { Reader::kOverread } -> std::convertible_to<int>;
+  In<U8>(reader.template Read<U8>(p));
+  In<Words>(reader.template Read<Words>(p));
+};
 
 /// Pixels from the first of a line to the next that is stored at the address of a whole vector, if that is a
 /// whole number of groups, else a block. Stores across cache lines take twice as long, and memory as it is
@@ -75,17 +91,17 @@ ZR_INLINE void Prefetch(const std::uint8_t* p, std::ptrdiff_t prefetch) {
 }
 
 /// The source bytes of a block, or a copy where reading beyond the block would read beyond the line.
-template <class Source>
+template <class Reader>
 class BlockBytes {
  public:
-  /// Of source `from` of the line, from pixel x on.
+  /// Of source line `from`, from pixel x on.
   template <class Line>
   ZR_INLINE const std::uint8_t* At(const Line& line, int from, std::size_t x) {
-    const std::uint8_t* bytes = line.source[from] + x / Source::kGroupPixels * Source::kGroupBytes;
+    const std::uint8_t* bytes = line.source[from] + x / Reader::kGroupPixels * Reader::kGroupBytes;
     Prefetch<kBlock>(bytes, line.prefetch);
-    if constexpr (Source::kOverread > 0) {
-      const std::size_t after = (line.width - x - kWidth) / Source::kGroupPixels * Source::kGroupBytes;
-      if (after < Source::kOverread) {
+    if constexpr (Reader::kOverread > 0) {
+      const std::size_t after = (line.width - x - kWidth) / Reader::kGroupPixels * Reader::kGroupBytes;
+      if (after < Reader::kOverread) {
         std::memcpy(mCopy, bytes, kBlock);
         return mCopy;
       }
@@ -94,43 +110,67 @@ class BlockBytes {
   }
 
  private:
-  static constexpr std::size_t kBlock = kWidth / Source::kGroupPixels * Source::kGroupBytes;
-  std::uint8_t mCopy[Source::kOverread > 0 ? kBlock + Source::kOverread : 1];
+  static constexpr std::size_t kBlock = kWidth / Reader::kGroupPixels * Reader::kGroupBytes;
+  std::uint8_t mCopy[Reader::kOverread > 0 ? kBlock + Reader::kOverread : 1];
 };
 
 /// Source lines to destination lines.
-template <class Source, class Writer>
-void Lines(const KernelArgs& args) {
-  const Source source(args);
-  const Writer writer(args);
-  BlockBytes<Source> block;
-  EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
-    EachBlock<Writer::kStep, Source::kGroupPixels>(
-        line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-          using Channel = typename Writer::Channel;
-          writer.Write(line.destination[0] + x * Writer::kStep,
-                       In<Channel>(source.template Read<Channel>(block.At(line, 0, x))));
-        });
-  });
+template <LineReader Reader>
+struct Lines {
+  using Source = Reader;
+
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    const Reader reader(args);
+    const Writer writer(args);
+    BlockBytes<Reader> block;
+    EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
+      EachBlock<Writer::kStep, Reader::kGroupPixels>(
+          line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+            using Channel = typename Writer::Channel;
+            writer.Write(line.destination[0] + x * Writer::kStep,
+                         In<Channel>(reader.template Read<Channel>(block.At(line, 0, x))));
+          });
+    });
+  }
+};
+
+/// Whether the facts of a reader are those of the bodies that its kernel is made of.
+template <SourceReader reader, class Kernel>
+constexpr bool FactsFit() {
+  if constexpr (requires { typename Kernel::Source; }) {
+    using Source = typename Kernel::Source;
+    constexpr ReaderGroup group = FactsOf(reader).group;
+    return group.pixels == Source::kGroupPixels && group.bytes == Source::kGroupBytes;
+  }
+  return true;
+}
+
+/// A reader's kernel with all writers.
+template <SourceReader reader, class Kernel>
+constexpr KernelRow Row() {
+  static_assert(FactsFit<reader, Kernel>(), "the list of readers names another group than the reader has");
+#define ZR_WITH(name, ...) &Kernel::template Run<name##Writer<false>>,
+#define ZR_WITH_FILTER(name) &Kernel::template Run<name##Writer<true>>,
+  return {reader, {ZR_DESTINATIONS(ZR_WITH) ZR_FILTERED_DESTINATIONS(ZR_WITH_FILTER)}};
+#undef ZR_WITH
+#undef ZR_WITH_FILTER
+}
+
+/// Whether readers follow one another in the order of their list, so that a row is found by its place.
+template <std::size_t count>
+constexpr bool RowsAreInOrder(const KernelRow (&rows)[count]) {
+  for (std::size_t i = 0; i < count; ++i)
+    if (static_cast<std::size_t>(rows[i].reader) != static_cast<std::size_t>(rows[0].reader) + i)
+      return false;
+  return true;
 }
 
 }  // namespace
 }  // namespace ZrConvertersLib::simd
 
-/// All writers of one kernel template `kernel<Source, Writer>`, in the order of PixelWriter.
-#define ZR_ROW(kernel, ...)                                                                          \
-  {                                                                                                  \
-    &kernel<__VA_ARGS__, MonoWriter<8>>, &kernel<__VA_ARGS__, MonoWriter<10>>,                       \
-        &kernel<__VA_ARGS__, MonoWriter<12>>, &kernel<__VA_ARGS__, MonoWriter<14>>,                  \
-        &kernel<__VA_ARGS__, MonoWriter<16>>, &kernel<__VA_ARGS__, ThreeBytesWriter<false>>,         \
-        &kernel<__VA_ARGS__, ThreeBytesWriter<true>>, &kernel<__VA_ARGS__, FourBytesWriter<false>>,  \
-        &kernel<__VA_ARGS__, FourBytesWriter<true>>, &kernel<__VA_ARGS__, ThreeWordsWriter<false>>,  \
-        &kernel<__VA_ARGS__, ThreeWordsWriter<true>>, &kernel<__VA_ARGS__, RGB565Writer<>>,          \
-        &kernel<__VA_ARGS__, PlanarWriter<8>>, &kernel<__VA_ARGS__, PlanarWriter<10>>,               \
-        &kernel<__VA_ARGS__, PlanarWriter<12>>, &kernel<__VA_ARGS__, PlanarWriter<16>>,              \
-        &kernel<__VA_ARGS__, ThreeBytesWriter<false, true>>,                                         \
-        &kernel<__VA_ARGS__, ThreeBytesWriter<true, true>>,                                          \
-        &kernel<__VA_ARGS__, FourBytesWriter<false, true>>,                                          \
-        &kernel<__VA_ARGS__, FourBytesWriter<true, true>>, &kernel<__VA_ARGS__, RGB565Writer<true>>, \
-        &kernel<__VA_ARGS__, PlanarWriter<8, true>>                                                  \
-  }
+/// Exports kRows as `name` of this level.
+#define ZR_EXPORT_KERNELS(name)                                                                  \
+  static_assert(RowsAreInOrder(kRows), "kernel rows stand in the order of the list of readers"); \
+  extern const FamilyKernels ZR_AT_LEVEL(name);                                                  \
+  constinit const FamilyKernels ZR_AT_LEVEL(name) = {kRows, std::size(kRows)};

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/Destinations.h"
 #include "core/YCbCrMatrix.h"
+#include "simd/SourceReaders.h"
 
 /// The one header that both the baseline code and the kernel files see. Plain data and nothing of
 /// external linkage: an inline function compiled with wide instructions here could be the copy that the
@@ -11,83 +13,17 @@
 
 namespace ZrConvertersLib::simd {
 
-/// How the pixels of a source line are read; one body each, whatever the destination.
-enum class SourceReader : std::uint8_t {
-  Mono8,
-  Mono16,
-  Mono32,
-  Mono10p,
-  Mono12p,
-  Mono14p,
-  MonoPacked,
-  Mono1p,
-  Mono2p,
-  Mono4p,
-  BayerFast8,
-  BayerFast16,
-  BayerFast10p,
-  BayerFast12p,
-  BayerFast14p,
-  BayerFastPacked,
-  BayerBilinear,
-  BayerComplement8,  ///< the complemented bytes that BayerBilinear reads for byte channels; only as Mono8
-  BayerComplement16,
-  BayerComplement10p,
-  BayerComplement12p,
-  BayerComplement14p,
-  BayerComplementPacked,
-  RGB8,
-  BGR8,
-  RGBa8,
-  BGRa8,
-  RGB16,
-  BGR16,
-  RGBa16,
-  BGRa16,
-  YCbCr,
-  CbYCr,
-  YCbYCr8,
-  YCbYCr16,
-  YCbYCr10p,
-  YCbYCr12p,
-  CbYCrY8,
-  CbYCrY16,
-  CbYCrY10p,
-  CbYCrY12p,
-  YYCbYYCr,
-  CbYYCrYY,
-  Count
-};
-
-/// How pixels are written. The first sixteen stand in the order of the destination table; the last six are
-/// the 8-bit colour writers with the caller's filter tables, the plain ones being for identity filters.
+/// How pixels are written: the destinations in the order of their list, then those of them that a filter acts
+/// on, with the caller's tables; the plain ones are for identity filters.
 enum class PixelWriter : std::uint8_t {
-  Mono8,
-  Mono10,
-  Mono12,
-  Mono14,
-  Mono16,
-  RGB8,
-  BGR8,
-  RGBa8,
-  BGRa8,
-  RGB16,
-  BGR16,
-  RGB565p,
-  Planar8,
-  Planar10,
-  Planar12,
-  Planar16,
-  FilteredRGB8,
-  FilteredBGR8,
-  FilteredRGBa8,
-  FilteredBGRa8,
-  FilteredRGB565p,
-  FilteredPlanar8,
-  Count
+#define ZR_NAME(name, ...) name,
+#define ZR_FILTERED_NAME(name) Filtered##name,
+  ZR_DESTINATIONS(ZR_NAME) ZR_FILTERED_DESTINATIONS(ZR_FILTERED_NAME)
+#undef ZR_NAME
+#undef ZR_FILTERED_NAME
+      Count
 };
 
-inline constexpr std::size_t kSourceReaders = static_cast<std::size_t>(SourceReader::Count);
 inline constexpr std::size_t kPixelWriters = static_cast<std::size_t>(PixelWriter::Count);
 
 /// What one kernel call converts: `width` pixels of each of some lines, or of pairs of lines for mosaics.
@@ -109,7 +45,7 @@ struct KernelArgs {
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
 };
 
-using LineFunction = void (*)(const KernelArgs&);
+using KernelFunction = void (*)(const KernelArgs&);
 
 /// A pointer loaded by itself, as it was stored. A load of several that were stored one by one has to wait
 /// until all of the processor's store buffer is written, streaming stores included, and then nothing is
@@ -120,11 +56,16 @@ template <class Byte>
   return pointer;
 }
 
-/// The kernels of one family at one level: row = reader, counted from `first`; column = writer.
+/// One reader with every writer.
+struct KernelRow {
+  SourceReader reader;
+  KernelFunction with[kPixelWriters];
+};
+
+/// The kernels of one family at one level: rows of consecutive readers.
 struct FamilyKernels {
-  SourceReader first;
-  std::uint8_t readers;
-  const LineFunction (*rows)[kPixelWriters];
+  const KernelRow* rows;
+  std::size_t count;
 };
 
 /// Copies whole cache lines past the caches, with non-temporal stores; both sides begin with one.

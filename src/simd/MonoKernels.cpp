@@ -166,23 +166,21 @@ struct SubByteReader {
   }
 };
 
-constinit const LineFunction kRows[][kPixelWriters] = {
-    ZR_ROW(Lines, Mono8Reader),
-    ZR_ROW(Lines, Mono16Reader),
-    ZR_ROW(Lines, Mono32Reader),
-    ZR_ROW(Lines, PackedReader<Form10p>),
-    ZR_ROW(Lines, PackedReader<Form12p>),
-    ZR_ROW(Lines, PackedReader<Form14p>),
-    ZR_ROW(Lines, PackedReader<FormPairPacked>),
-    ZR_ROW(Lines, SubByteReader<1>),
-    ZR_ROW(Lines, SubByteReader<2>),
-    ZR_ROW(Lines, SubByteReader<4>),
+constexpr KernelRow kRows[] = {
+    Row<SourceReader::Mono8, Lines<Mono8Reader>>(),
+    Row<SourceReader::Mono16, Lines<Mono16Reader>>(),
+    Row<SourceReader::Mono32, Lines<Mono32Reader>>(),
+    Row<SourceReader::Mono10p, Lines<PackedReader<Form10p>>>(),
+    Row<SourceReader::Mono12p, Lines<PackedReader<Form12p>>>(),
+    Row<SourceReader::Mono14p, Lines<PackedReader<Form14p>>>(),
+    Row<SourceReader::MonoPacked, Lines<PackedReader<FormPairPacked>>>(),
+    Row<SourceReader::Mono1p, Lines<SubByteReader<1>>>(),
+    Row<SourceReader::Mono2p, Lines<SubByteReader<2>>>(),
+    Row<SourceReader::Mono4p, Lines<SubByteReader<4>>>(),
 };
 
 }  // namespace
 
-extern const FamilyKernels ZR_AT_LEVEL(kMonoKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kMonoKernels) = {SourceReader::Mono8,
-                                                           sizeof kRows / sizeof kRows[0], kRows};
+ZR_EXPORT_KERNELS(kMonoKernels)
 
 }  // namespace ZrConvertersLib::simd

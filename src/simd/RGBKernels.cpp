@@ -77,17 +77,19 @@ struct WordsReader {
   std::uint32_t mShift;
 };
 
-constinit const LineFunction kRows[][kPixelWriters] = {
-    ZR_ROW(Lines, BytesReader<3, false>), ZR_ROW(Lines, BytesReader<3, true>),
-    ZR_ROW(Lines, BytesReader<4, false>), ZR_ROW(Lines, BytesReader<4, true>),
-    ZR_ROW(Lines, WordsReader<3, false>), ZR_ROW(Lines, WordsReader<3, true>),
-    ZR_ROW(Lines, WordsReader<4, false>), ZR_ROW(Lines, WordsReader<4, true>),
+constexpr KernelRow kRows[] = {
+    Row<SourceReader::RGB8, Lines<BytesReader<3, false>>>(),
+    Row<SourceReader::BGR8, Lines<BytesReader<3, true>>>(),
+    Row<SourceReader::RGBa8, Lines<BytesReader<4, false>>>(),
+    Row<SourceReader::BGRa8, Lines<BytesReader<4, true>>>(),
+    Row<SourceReader::RGB16, Lines<WordsReader<3, false>>>(),
+    Row<SourceReader::BGR16, Lines<WordsReader<3, true>>>(),
+    Row<SourceReader::RGBa16, Lines<WordsReader<4, false>>>(),
+    Row<SourceReader::BGRa16, Lines<WordsReader<4, true>>>(),
 };
 
 }  // namespace
 
-extern const FamilyKernels ZR_AT_LEVEL(kRGBKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kRGBKernels) = {SourceReader::RGB8, sizeof kRows / sizeof kRows[0],
-                                                          kRows};
+ZR_EXPORT_KERNELS(kRGBKernels)
 
 }  // namespace ZrConvertersLib::simd

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <concepts>
+
 #include "simd/Blocks.h"
 #include "simd/Interleave.h"
 #include "simd/Lookup.h"
@@ -202,6 +204,55 @@ struct RGB565Writer {
  private:
   FilterTables<filtered> mTables;
 };
+
+/// What stores a block: kStep bytes from a pixel to the next, channels in the form Channel.
+template <class Writer>
+concept BlockWriter = std::constructible_from<Writer, const KernelArgs&> &&
+    requires(const Writer& writer, std::uint8_t* p, const Grey<typename Writer::Channel>& grey,
+             const Colour<typename Writer::Channel>& colour) {
+  { Writer::kStep } -> std::convertible_to<int>;
+  writer.Write(p, grey);
+  writer.Write(p, colour);
+};
+
+/// The writer of each destination by its name in the list, with and without the caller's filter.
+template <bool>
+using Mono8Writer = MonoWriter<8>;
+template <bool>
+using Mono10Writer = MonoWriter<10>;
+template <bool>
+using Mono12Writer = MonoWriter<12>;
+template <bool>
+using Mono14Writer = MonoWriter<14>;
+template <bool>
+using Mono16Writer = MonoWriter<16>;
+template <bool filtered>
+using RGB8Writer = ThreeBytesWriter<false, filtered>;
+template <bool filtered>
+using BGR8Writer = ThreeBytesWriter<true, filtered>;
+template <bool filtered>
+using RGBa8Writer = FourBytesWriter<false, filtered>;
+template <bool filtered>
+using BGRa8Writer = FourBytesWriter<true, filtered>;
+template <bool>
+using RGB16Writer = ThreeWordsWriter<false>;
+template <bool>
+using BGR16Writer = ThreeWordsWriter<true>;
+template <bool filtered>
+using RGB565pWriter = RGB565Writer<filtered>;
+template <bool filtered>
+using Planar8Writer = PlanarWriter<8, filtered>;
+template <bool>
+using Planar10Writer = PlanarWriter<10>;
+template <bool>
+using Planar12Writer = PlanarWriter<12>;
+template <bool>
+using Planar16Writer = PlanarWriter<16>;
+
+#define ZR_CHECK(name, type, chained, bytes, ...) \
+  static_assert(BlockWriter<name##Writer<false>> && name##Writer<false>::kStep == bytes);
+ZR_DESTINATIONS(ZR_CHECK)
+#undef ZR_CHECK
 
 }  // namespace
 }  // namespace ZrConvertersLib::simd

@@ -224,25 +224,23 @@ struct CbYYCrYY {
   }
 };
 
-constinit const LineFunction kRows[][kPixelWriters] = {
-    ZR_ROW(Lines, YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>>),  // Y Cb Cr
-    ZR_ROW(Lines, YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>>),  // Cb Y Cr
-    ZR_ROW(Lines, YCbCr422Reader<true>),
-    ZR_ROW(Lines, YCbCr422WordsReader<true>),
-    ZR_ROW(Lines, YCbCr422PackedReader<true, Form10p>),
-    ZR_ROW(Lines, YCbCr422PackedReader<true, Form12p>),
-    ZR_ROW(Lines, YCbCr422Reader<false>),
-    ZR_ROW(Lines, YCbCr422WordsReader<false>),
-    ZR_ROW(Lines, YCbCr422PackedReader<false, Form10p>),
-    ZR_ROW(Lines, YCbCr422PackedReader<false, Form12p>),
-    ZR_ROW(Lines, YCbCr411Reader<YYCbYYCr>),
-    ZR_ROW(Lines, YCbCr411Reader<CbYYCrYY>),
+constexpr KernelRow kRows[] = {
+    Row<SourceReader::YCbCr, Lines<YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>>>>(),
+    Row<SourceReader::CbYCr, Lines<YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>>>>(),
+    Row<SourceReader::YCbYCr8, Lines<YCbCr422Reader<true>>>(),
+    Row<SourceReader::YCbYCr16, Lines<YCbCr422WordsReader<true>>>(),
+    Row<SourceReader::YCbYCr10p, Lines<YCbCr422PackedReader<true, Form10p>>>(),
+    Row<SourceReader::YCbYCr12p, Lines<YCbCr422PackedReader<true, Form12p>>>(),
+    Row<SourceReader::CbYCrY8, Lines<YCbCr422Reader<false>>>(),
+    Row<SourceReader::CbYCrY16, Lines<YCbCr422WordsReader<false>>>(),
+    Row<SourceReader::CbYCrY10p, Lines<YCbCr422PackedReader<false, Form10p>>>(),
+    Row<SourceReader::CbYCrY12p, Lines<YCbCr422PackedReader<false, Form12p>>>(),
+    Row<SourceReader::YYCbYYCr, Lines<YCbCr411Reader<YYCbYYCr>>>(),
+    Row<SourceReader::CbYYCrYY, Lines<YCbCr411Reader<CbYYCrYY>>>(),
 };
 
 }  // namespace
 
-extern const FamilyKernels ZR_AT_LEVEL(kYCbCrKernels);
-constinit const FamilyKernels ZR_AT_LEVEL(kYCbCrKernels) = {SourceReader::YCbCr,
-                                                            sizeof kRows / sizeof kRows[0], kRows};
+ZR_EXPORT_KERNELS(kYCbCrKernels)
 
 }  // namespace ZrConvertersLib::simd

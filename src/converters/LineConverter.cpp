@@ -1,4 +1,4 @@
-#include "converters/KernelConverter.h"
+#include "converters/LineConverter.h"
 
 #include "converters/TwoPassLines.h"
 
@@ -31,13 +31,11 @@ void RunLines(const Plan& plan, const LineDriver& driver, const SourceLines& lin
               bool mayJoin) {
   const LineBlock block = AllLines(driver, lines, pixels);
   plan.Run(mayJoin && LinesJoin(plan, driver, block) ? Joined(block) : block);
-  plan.Finish();
 }
 
 template <class Plan>
 void RunOneLine(const Plan& plan, const PixelConverterContext& context, std::size_t pixels) {
   plan.Run({{context.mSource}, {context.mDestination}, pixels});
-  plan.Finish();
 }
 
 }  // namespace

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "converters/MosaicLines.h"
+
+namespace ZrConvertersLib {
+
+/// Colours interpolated from 3x3 sites. Lines are read as rows of bytes, six or more at a time, each line once
+/// and with its neighbours beyond the first and last column.
+class BilinearDemosaic {
+ public:
+  BilinearDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe);
+
+  /// The context is that of the first pair.
+  void Run(const PixelConverterContext& context, const MosaicPairs& pairs);
+
+ private:
+  /// Some columns of all pairs, and the memory for their rows.
+  struct Work;
+
+  void RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs, const MosaicColumns& columns);
+  std::uint32_t RunInside(const Work& work) const;
+  void RunBeyond(const Work& work, std::uint32_t pair) const;
+  void RunPairs(const Work& work, std::uint32_t pair, std::uint32_t count, std::size_t rowsApart) const;
+  void ReadLines(const Work& work, std::ptrdiff_t first, std::ptrdiff_t end, std::uint8_t* row) const;
+  void ReadRows(const Work& work, std::ptrdiff_t line, std::size_t count, std::uint8_t* row) const;
+
+  LinePlan mPairs;
+  MosaicSamples mSamples;
+};
+
+}  // namespace ZrConvertersLib

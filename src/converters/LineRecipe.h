@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "simd/LineKernel.h"
+
+namespace ZrConvertersLib {
+
+/// How samples that stand in words or are packed become the bytes that a kernel reads: by the kernel that
+/// would convert them to Mono8.
+struct SampleRecipe {
+  simd::SourceReader reader;
+  std::uint32_t shift;  ///< of the reader
+};
+
+/// What a converter asks of its kernels; the same for every line it ever converts.
+struct LineRecipe {
+  simd::SourceReader reader;
+  simd::PixelWriter writer;  ///< without the filter
+  std::uint32_t shift = 0;
+  std::uint8_t flip = 0;
+  const YCbCrMatrix* matrix = nullptr;
+  bool throughCaches = false;                ///< never written past the caches: small, or read again at once
+  std::optional<SampleRecipe> samples = {};  ///< when the source's samples are not the bytes that are read
+};
+
+/// The recipe that makes bytes of samples.
+inline LineRecipe ToBytes(const SampleRecipe& samples) {
+  return {.reader = samples.reader,
+          .writer = simd::PixelWriter::Mono8,
+          .shift = samples.shift,
+          .throughCaches = true};
+}
+
+/// Turns a recipe that reads bytes into one that reads `samples` itself, where a kernel for the two exists.
+inline bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples) {
+  const simd::SourceReader fused = simd::FusedReader(recipe.reader, samples.reader);
+  if (fused == simd::SourceReader::None) return false;
+  recipe.reader = fused;
+  recipe.shift = samples.shift;
+  return true;
+}
+
+}  // namespace ZrConvertersLib

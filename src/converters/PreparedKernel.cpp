@@ -1,0 +1,103 @@
+#include "converters/PreparedKernel.h"
+
+#include <ZrConvertersLib/RGBFilter.h>
+
+#include <cstring>
+
+#include "core/FormatTable.h"
+#include "simd/CpuLevel.h"
+
+namespace ZrConvertersLib {
+
+using simd::PixelWriter;
+
+namespace {
+
+/// How far ahead of the bytes being read memory is asked for the next ones, in frames larger than the caches.
+constexpr std::ptrdiff_t kPrefetchDistance = 2048;
+
+/// Entries of a filter's table of bytes.
+constexpr std::size_t kTableSize = 256;
+
+/// The writer with the caller's tables, for destinations that a filter acts on.
+PixelWriter WithFilter(PixelWriter writer) {
+#define ZR_CASE(name)     \
+  case PixelWriter::name: \
+    return PixelWriter::Filtered##name;
+  switch (writer) {
+    ZR_FILTERED_DESTINATIONS(ZR_CASE)
+    default:
+      return writer;
+  }
+#undef ZR_CASE
+}
+
+/// The default filter never changes; any other one may be the identity, too.
+bool IsIdentity(const RGBFilter* filter) {
+  return filter == nullptr || filter == &sRGBFilter || filter->IsIdentity();
+}
+
+/// Bytes from a plane to the next: a 32-bit figure that counts as signed.
+std::ptrdiff_t PlaneDistance(const PixelConverterContext& context) {
+  return static_cast<std::int32_t>(context.mDestinationStride * context.mDestinationHeight);
+}
+
+bool ExceedsCaches(const PixelConverterContext& context, std::size_t planes) {
+  const std::size_t source = std::size_t{context.mSourceStride} * context.mSourceHeight;
+  const std::size_t destination =
+      std::size_t{context.mDestinationStride} * context.mDestinationHeight * planes;
+  // In an image of one line the planes of a pair of lines overlap; their order would not be kept.
+  return context.mDestinationHeight > 1 && source + destination > simd::StreamingThreshold();
+}
+
+/// One table where all are equal, which kernels can tell by its address.
+void SetTables(simd::KernelArgs& args, const RGBFilter& filter) {
+  const std::uint8_t* const red = filter.GetRed();
+  const auto orRed = [&](const std::uint8_t* table) {
+    return std::memcmp(table, red, kTableSize) == 0 ? red : table;
+  };
+  args.tables[0] = red;
+  args.tables[1] = orRed(filter.GetGreen());
+  args.tables[2] = orRed(filter.GetBlue());
+}
+
+}  // namespace
+
+PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe)
+    : reader(simd::FactsOf(recipe.reader)), args{} {
+  const DestinationRow& destination = kDestinations[static_cast<std::size_t>(recipe.writer)];
+  const simd::Level& level = simd::CurrentLevel();
+  const bool filtered = destination.filtered && !IsIdentity(context.mFilter);
+  const bool large = ExceedsCaches(context, destination.planes);
+  function = level.Find(recipe.reader, filtered ? WithFilter(recipe.writer) : recipe.writer);
+  stream = large && !recipe.throughCaches ? *level.stream : nullptr;
+  block = level.blockPixels;
+  pixelBytes = destination.bytes;
+  planes = destination.planes;
+
+  args.lines = 1;
+  args.prefetch = large ? kPrefetchDistance : 0;
+  args.planeDistance = PlaneDistance(context);
+  args.shift = recipe.shift;
+  args.flip = recipe.flip;
+  args.matrix = recipe.matrix;
+  if (filtered) SetTables(args, *context.mFilter);
+}
+
+bool PreparedKernel::PlanesApart(std::size_t pixels) const {
+  const auto distance =
+      static_cast<std::size_t>(args.planeDistance < 0 ? -args.planeDistance : args.planeDistance);
+  return planes == 1 || DestinationBytes(pixels) <= distance;
+}
+
+LineBlock LineBlock::Line(std::size_t line) const {
+  const auto down = static_cast<std::ptrdiff_t>(line);
+  LineBlock one{{}, {}, pixels};
+  for (std::size_t i = 0; i < std::size(source); ++i)
+    one.source[i] = OffsetBy(simd::LoadedSingly(source[i]), down * sourceStep);
+  for (std::size_t i = 0; i < std::size(destination); ++i)
+    one.destination[i] = OffsetBy(simd::LoadedSingly(destination[i]), down * destinationStep);
+  return one;
+}
+
+}  // namespace ZrConvertersLib

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <ZrConvertersLib/PixelConverterContext.h>
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include "converters/LineRecipe.h"
+#include "core/PointerOffset.h"
+
+namespace ZrConvertersLib {
+
+/// The most pixels that a level's block has.
+inline constexpr std::size_t kLargestBlock = 64;
+
+/// What one kernel call needs of the image: pointers to the first pixel of its lines.
+struct LineBlock {
+  const std::uint8_t* source[6];
+  std::uint8_t* destination[2];
+  std::size_t pixels;  ///< a whole number of groups
+  std::size_t lines = 1;
+  std::ptrdiff_t sourceStep = 0, destinationStep = 0;
+
+  /// One of its lines, or pairs of them.
+  LineBlock Line(std::size_t line) const;
+};
+
+/// The kernel for a recipe, this machine and the caller's filter, and all of its arguments but the lines.
+struct PreparedKernel {
+  simd::KernelFunction function;
+  simd::StreamFunction stream;  ///< null when the frame is written through the caches
+  std::size_t block;            ///< fewest pixels of a call
+  simd::ReaderFacts reader;
+  std::uint8_t pixelBytes, planes;  ///< of the destination
+  simd::KernelArgs args;
+
+  PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe);
+
+  /// Bytes of a whole number of groups.
+  std::size_t SourceBytes(std::size_t pixels) const {
+    return (pixels >> std::countr_zero(reader.group.pixels)) * reader.group.bytes;
+  }
+  std::size_t DestinationBytes(std::size_t pixels) const { return pixels * pixelBytes; }
+
+  /// Whether planes of so many pixels lie beside one another. Where they overlap, lines are to be stored in
+  /// turn.
+  bool PlanesApart(std::size_t pixels) const;
+
+  /// Whether a short line's pixels reach into the next plane, as the last group of an image of one line may.
+  /// In a line longer than a block such pixels are written last anyway.
+  bool BlockPlanesOverlap(std::size_t pixels) const {
+    return pixels <= kLargestBlock && !PlanesApart(pixels);
+  }
+};
+
+/// Converts one line, or pair of lines, shorter than a block, or with planes that overlap.
+void RunShortLine(const PreparedKernel& kernel, const LineBlock& line);
+
+/// Converts one line, or pair of lines, past the caches.
+void RunStreamedLine(const PreparedKernel& kernel, const LineBlock& line);
+
+}  // namespace ZrConvertersLib

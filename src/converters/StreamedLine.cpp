@@ -1,0 +1,47 @@
+#include <algorithm>
+
+#include "converters/PreparedKernel.h"
+#include "converters/StreamBuffer.h"
+
+namespace ZrConvertersLib {
+
+namespace {
+
+/// Bytes that are made in the first-level cache at a time: so few that the processor's write buffers empty
+/// while the next ones are made, and two blocks of the longest pixels.
+constexpr std::size_t kBytesAtATime = 1536;
+
+}  // namespace
+
+void RunStreamedLine(const PreparedKernel& kernel, const LineBlock& line) {
+  const simd::ReaderLines& lines = kernel.reader.lines;
+  StreamBuffer buffer({lines.destinations, kernel.planes, kernel.args.planeDistance}, line.destination,
+                      kernel.stream);
+  const std::size_t longest = kBytesAtATime / (std::size_t{kernel.pixelBytes} * kernel.planes * lines.destinations) /
+                              kLargestBlock * kLargestBlock;
+  simd::KernelArgs args = kernel.args;
+  args.planeDistance = buffer.PlaneDistance();
+  // Pieces begin with whole groups, and in mosaics with whole tiles.
+  const std::size_t unit = std::max<std::size_t>(kernel.reader.group.pixels, 2);
+  args.width = buffer.PieceToCacheLine(kernel.DestinationBytes(unit), kernel.DestinationBytes(kLargestBlock),
+                                       kernel.DestinationBytes(longest)) /
+               kernel.pixelBytes;
+  for (std::size_t x = 0; x < line.pixels; x += args.width, args.width = longest) {
+    const std::size_t left = line.pixels - x;
+    // The rest after a piece must not be shorter than a block.
+    if (left <= longest)
+      args.width = left;
+    else if (left < args.width + kLargestBlock)
+      args.width = longest - kLargestBlock;
+    buffer.Reserve(kernel.DestinationBytes(args.width));
+    for (std::size_t i = 0; i < lines.sources; ++i)
+      args.source[i] = simd::LoadedSingly(line.source[i]) + kernel.SourceBytes(x);
+    for (std::size_t i = 0; i < lines.destinations; ++i)
+      args.destination[i] = simd::LoadedSingly(buffer.Next(i));
+    kernel.function(args);
+    buffer.Advance(kernel.DestinationBytes(args.width));
+  }
+  buffer.Finish();
+}
+
+}  // namespace ZrConvertersLib

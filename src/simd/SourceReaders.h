@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+
+/// @file
+/// What source readers there are and what each takes, in one list. Plain data, seen by baseline and kernel
+/// code alike; the rows of the kernel files are checked against it when they are compiled.
+
+/// Calls row(name, pixels, bytes, lines [, of, unpacker]) for each reader:
+///  pixels, bytes  of its smallest group that fills whole bytes
+///  lines          what one step takes and gives, see ReaderLines
+///  of, unpacker   a reader that takes packed samples itself: the reader of bytes and the unpacker before it
+///                 that it replaces
+/// BayerBilinear takes bytes, complemented ones for destinations of byte channels. The Complement readers make
+/// these and write Mono8 only.
+// clang-format off
+#define ZR_SOURCE_READERS(row) \
+  row(Mono8,                1, 1, kOneLine)                                \
+  row(Mono16,               1, 2, kOneLine)                                \
+  row(Mono32,               1, 4, kOneLine)                                \
+  row(Mono10p,              4, 5, kOneLine)                                \
+  row(Mono12p,              2, 3, kOneLine)                                \
+  row(Mono14p,              4, 7, kOneLine)                                \
+  row(MonoPacked,           2, 3, kOneLine)                                \
+  row(Mono1p,               8, 1, kOneLine)                                \
+  row(Mono2p,               4, 1, kOneLine)                                \
+  row(Mono4p,               2, 1, kOneLine)                                \
+  row(BayerFast8,           1, 1, kPairOfLines)                            \
+  row(BayerFast16,          1, 2, kPairOfLines)                            \
+  row(BayerFast10p,         4, 5, kPairOfLines, BayerFast8, Mono10p)       \
+  row(BayerFast12p,         2, 3, kPairOfLines, BayerFast8, Mono12p)       \
+  row(BayerFast14p,         4, 7, kPairOfLines, BayerFast8, Mono14p)       \
+  row(BayerFastPacked,      2, 3, kPairOfLines, BayerFast8, MonoPacked)    \
+  row(BayerBilinear,        1, 1, kThreeLinesTwice)                        \
+  row(BayerComplement8,     1, 1, kOneLine)                                \
+  row(BayerComplement16,    1, 2, kOneLine)                                \
+  row(BayerComplement10p,   4, 5, kOneLine, BayerComplement8, Mono10p)     \
+  row(BayerComplement12p,   2, 3, kOneLine, BayerComplement8, Mono12p)     \
+  row(BayerComplement14p,   4, 7, kOneLine, BayerComplement8, Mono14p)     \
+  row(BayerComplementPacked,2, 3, kOneLine, BayerComplement8, MonoPacked)  \
+  row(RGB8,                 1, 3, kOneLine)                                \
+  row(BGR8,                 1, 3, kOneLine)                                \
+  row(RGBa8,                1, 4, kOneLine)                                \
+  row(BGRa8,                1, 4, kOneLine)                                \
+  row(RGB16,                1, 6, kOneLine)                                \
+  row(BGR16,                1, 6, kOneLine)                                \
+  row(RGBa16,               1, 8, kOneLine)                                \
+  row(BGRa16,               1, 8, kOneLine)                                \
+  row(YCbCr,                1, 3, kOneLine)                                \
+  row(CbYCr,                1, 3, kOneLine)                                \
+  row(YCbYCr8,              2, 4, kOneLine)                                \
+  row(YCbYCr16,             2, 8, kOneLine)                                \
+  row(YCbYCr10p,            2, 5, kOneLine, YCbYCr8, Mono10p)              \
+  row(YCbYCr12p,            2, 6, kOneLine, YCbYCr8, Mono12p)              \
+  row(CbYCrY8,              2, 4, kOneLine)                                \
+  row(CbYCrY16,             2, 8, kOneLine)                                \
+  row(CbYCrY10p,            2, 5, kOneLine, CbYCrY8, Mono10p)              \
+  row(CbYCrY12p,            2, 6, kOneLine, CbYCrY8, Mono12p)              \
+  row(YYCbYYCr,             4, 6, kOneLine)                                \
+  row(CbYYCrYY,             4, 6, kOneLine)
+// clang-format on
+
+namespace ZrConvertersLib::simd {
+
+/// How the pixels of a source line are read; one body each, whatever the destination.
+enum class SourceReader : std::uint8_t {
+#define ZR_NAME(name, ...) name,
+  ZR_SOURCE_READERS(ZR_NAME)
+#undef ZR_NAME
+      None  ///< also the number of readers
+};
+
+/// Source lines that one step of a reader takes, destination lines that it gives, and the columns to either
+/// side of a block that it looks at.
+struct ReaderLines {
+  std::uint8_t sources, destinations, margin;
+};
+
+inline constexpr ReaderLines kOneLine{1, 1, 0}, kPairOfLines{2, 2, 0}, kThreeLinesTwice{6, 2, 1};
+
+/// The smallest whole number of pixels that fills whole bytes.
+struct ReaderGroup {
+  std::uint8_t pixels, bytes;
+};
+
+struct ReaderFacts {
+  ReaderGroup group;
+  ReaderLines lines;
+  SourceReader of = SourceReader::None, unpacker = SourceReader::None;  ///< of fused readers
+};
+
+/// The facts of all readers, in the order of the enumeration.
+inline constexpr auto kSourceReaders = [] {
+  using enum SourceReader;
+  struct All {
+    ReaderFacts of[static_cast<std::size_t>(None)];
+  };
+#define ZR_FACTS(name, pixels, bytes, lines, ...) {{pixels, bytes}, lines __VA_OPT__(, ) __VA_ARGS__},
+  return All{{ZR_SOURCE_READERS(ZR_FACTS)}};
+#undef ZR_FACTS
+}();
+
+constexpr const ReaderFacts& FactsOf(SourceReader reader) {
+  return kSourceReaders.of[static_cast<std::size_t>(reader)];
+}
+
+/// The reader that takes packed samples itself in place of `unpacker` and `bytes` after it, or None.
+constexpr SourceReader FusedReader(SourceReader bytes, SourceReader unpacker) {
+  for (std::size_t i = 0; i < std::size(kSourceReaders.of); ++i) {
+    const ReaderFacts& facts = kSourceReaders.of[i];
+    if (facts.of == bytes && facts.unpacker == unpacker) return static_cast<SourceReader>(i);
+  }
+  return SourceReader::None;
+}
+
+}  // namespace ZrConvertersLib::simd
