@@ -1,0 +1,163 @@
+// The compiled half of the Python package zrconverters. Its signatures and types stand in zrconverters/__init__.pyi.
+#include <ZrConvertersLib/Format.h>
+#include <ZrConvertersLib/FormatCodes.h>
+#include <pybind11/numpy.h>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include <memory>
+#include <optional>
+
+#include "Converter.h"
+#include "Options.h"
+#include "common/Refusal.h"
+#include "common/Words.h"
+
+namespace zrpython {
+namespace {
+
+namespace py = pybind11;
+namespace zr = ZrConvertersLib;
+
+constexpr const char* kConverterText = R"(Converts frames of one kind; made once and called at frame rate.
+
+Converter(source, destination, width, height, *, pattern=None, demosaic=None, matrix=None, flip_vertical=False,
+          flip_horizontal=False, region=None, threads=1)
+
+source, destination: formats. width, height: size of the frame in pixels.
+pattern: colours of a mosaic's first 2 x 2 sites, 'GRBG', 'GBRG', 'RGGB' or 'BGGR'; as the source's name or code
+    says, else 'GRBG'.
+demosaic: how a mosaic becomes colour, 'fast' (one colour for each 2 x 2 sites) or 'interpolate' (bilinear).
+matrix: of YCbCr, '601' or '709' (video range) or 'jpeg' (full range); as the source says, else '601'.
+flip_vertical, flip_horizontal: the last line, or column, of the picture comes first.
+region: (x, y, width, height) of the frame to convert, in pixels; width or height 0 reach to the edge.
+threads: threads that share each frame, 0 for one per processor. Pictures do not depend on it.)";
+
+constexpr const char* kConvertMethodText = R"(Converts a frame and returns the picture.
+
+frame: any object with the buffer protocol, see the package's text. stride: bytes from line to line of a frame without
+a shape, 0 for lines without a gap.
+out: where to write, an array of self.shape and self.dtype or a writable buffer of bytes; None makes a new array.)";
+
+constexpr const char* kConvertText = R"(Converts one frame without keeping a Converter.
+
+convert(frame, source, destination, width=None, height=None, *, out=None, stride=0, **options)
+
+The arguments are those of Converter and of Converter.convert. Width and height may be left out for an array of lines
+whose pixels take whole bytes, since its shape tells them.)";
+
+const zr::FormatInfo& FindFormat(py::handle word) {
+  return InfoOf(FormatOf(word).id);
+}
+
+std::vector<const zr::FormatInfo*> ListFormats() {
+  std::vector<const zr::FormatInfo*> list;
+  for (const zr::FormatInfo& format : zr::Formats()) list.push_back(&format);
+  return list;
+}
+
+std::vector<const zr::FormatInfo*> DestinationsOf(const zr::FormatInfo& source) {
+  std::vector<const zr::FormatInfo*> list;
+  for (const long id : zr::DestinationsOf(source.id)) list.push_back(&InfoOf(id));
+  return list;
+}
+
+zr::FrameLayout DescribeFrame(py::handle format, std::uint64_t width, std::uint64_t height, std::uint64_t stride) {
+  zr::FrameLayout layout;
+  zrbindings::Require(zr::DescribeFrame(FormatOf(format).id, width, height, stride, layout));
+  return layout;
+}
+
+void BindFormats(py::module_& module) {
+  using zr::FormatInfo;
+  py::class_<FormatInfo, std::unique_ptr<FormatInfo, py::nodelete>>(module, "Format", "Facts of one pixel format.")
+      .def_readonly("id", &FormatInfo::id)
+      .def_readonly("name", &FormatInfo::name)
+      .def_property_readonly("family", [](const FormatInfo& format) { return zr::FamilyName(format.family); })
+      .def_readonly("bits_per_pixel", &FormatInfo::bitsPerPixel, "Bits of memory, all planes together.")
+      .def_readonly("depth", &FormatInfo::depth, "Significant bits of one sample.")
+      .def_readonly("planes", &FormatInfo::planes)
+      .def_readonly("width_multiple", &FormatInfo::widthMultiple)
+      .def_readonly("height_multiple", &FormatInfo::heightMultiple)
+      .def_readonly("is_source", &FormatInfo::isSource)
+      .def_readonly("is_destination", &FormatInfo::isDestination)
+      .def_readonly("layout", &FormatInfo::layout)
+      .def_property_readonly("destinations", &DestinationsOf, py::return_value_policy::reference,
+                             "Formats that this one converts to.")
+      .def("__repr__", [](const FormatInfo& format) { return "<Format " + std::string(format.name) + ">"; });
+  module.def("formats", &ListFormats, py::return_value_policy::reference, "All formats that the library knows.");
+  module.def("find_format", &FindFormat, py::arg("word"), py::return_value_policy::reference,
+             "The format of a name or code; ValueError if there is none.");
+}
+
+void BindLayouts(py::module_& module) {
+  using zr::FrameLayout;
+  py::class_<FrameLayout>(module, "FrameLayout", "Sizes of one frame, in bytes.")
+      .def_readonly("bytes_per_line", &FrameLayout::bytesPerLine)
+      .def_readonly("stride", &FrameLayout::stride)
+      .def_readonly("planes", &FrameLayout::planes)
+      .def_readonly("bytes_per_plane", &FrameLayout::bytesPerPlane)
+      .def_readonly("frame_bytes", &FrameLayout::frameBytes)
+      .def_readonly("least_bytes", &FrameLayout::leastBytes);
+  module.def("describe_frame", &DescribeFrame, py::arg("format"), py::arg("width"), py::arg("height"),
+             py::arg("stride") = 0,
+             "Sizes of a frame, in bytes; stride 0 means lines without a gap. ValueError for sizes that the format "
+             "cannot have.");
+}
+
+py::object ConvertWith(Converter& converter, const py::object& frame, py::object out, std::size_t stride) {
+  return converter.Convert(frame, std::move(out), stride);
+}
+
+void BindConverter(py::module_& module) {
+  const auto make = [](py::handle source, py::handle destination, std::uint32_t width, std::uint32_t height,
+                       const py::kwargs& options) {
+    return std::make_unique<Converter>(FormatOf(source), FormatOf(destination), width, height, options);
+  };
+  py::class_<Converter>(module, "Converter", kConverterText)
+      .def(py::init(make), py::arg("source"), py::arg("destination"), py::arg("width"), py::arg("height"))
+      .def("convert", &ConvertWith, py::arg("frame"), py::arg("out") = py::none(), py::arg("stride") = 0,
+           kConvertMethodText)
+      .def("__call__", &ConvertWith, py::arg("frame"), py::arg("out") = py::none(), py::arg("stride") = 0)
+      .def_property_readonly("source", &Converter::Source, py::return_value_policy::reference)
+      .def_property_readonly("destination", &Converter::Destination, py::return_value_policy::reference)
+      .def_property_readonly("shape", &Converter::Shape, "Shape of the picture, for numpy.empty.")
+      .def_property_readonly("dtype", &Converter::Type)
+      .def_property_readonly("pattern", &Converter::Pattern, "Pattern of a picture that is a mosaic itself, else None.")
+      .def_property_readonly("threads", &Converter::Threads)
+      .def_property_readonly("source_layout", [](const Converter& c) { return c.Facts().SourceLayout(); })
+      .def_property_readonly("destination_layout", [](const Converter& c) { return c.Facts().DestinationLayout(); });
+}
+
+py::object ConvertOnce(const py::object& frame, py::handle source, py::handle destination,
+                       std::optional<std::uint32_t> width, std::optional<std::uint32_t> height, py::object out,
+                       std::size_t stride, const py::kwargs& options) {
+  const zr::FormatChoice from = FormatOf(source);
+  const Buffer buffer(frame, Buffer::Access::Read, "frame");
+  FrameKind kind{&InfoOf(from.id), 0, 0};
+  if (!width || !height) ReadSize(buffer, kind);
+  Converter converter(from, FormatOf(destination), width.value_or(kind.width), height.value_or(kind.height), options);
+  return converter.Convert(buffer, std::move(out), stride);
+}
+
+void TranslateRefusal(std::exception_ptr pointer) {
+  try {
+    if (pointer) std::rethrow_exception(pointer);
+  } catch (const zrbindings::Refusal& refusal) {
+    PyErr_SetString(PyExc_ValueError, refusal.what());
+  }
+}
+
+}  // namespace
+}  // namespace zrpython
+
+PYBIND11_MODULE(_zrconverters, module) {
+  using namespace zrpython;
+  py::register_exception_translator(&TranslateRefusal);
+  BindFormats(module);
+  BindLayouts(module);
+  BindConverter(module);
+  module.def("convert", &ConvertOnce, py::arg("frame"), py::arg("source"), py::arg("destination"),
+             py::arg("width") = py::none(), py::arg("height") = py::none(), py::kw_only(),
+             py::arg("out") = py::none(), py::arg("stride") = 0, kConvertText);
+}

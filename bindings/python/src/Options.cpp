@@ -1,0 +1,95 @@
+#include "Options.h"
+
+#include <pybind11/stl.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "common/Refusal.h"
+#include "common/Words.h"
+
+namespace zrpython {
+
+namespace py = pybind11;
+namespace zr = ZrConvertersLib;
+using zrbindings::Conversion;
+
+namespace {
+
+template <typename Value>
+Value Cast(const char* keyword, py::handle value) {
+  try {
+    return value.cast<Value>();
+  } catch (const py::cast_error&) {
+    throw py::type_error(std::string(keyword) + ": " + py::repr(value).cast<std::string>() + " does not fit");
+  }
+}
+
+zr::Region RegionOf(py::handle value) {
+  const auto [x, y, width, height] = Cast<std::array<std::uint32_t, 4>>("region", value);
+  return {x, y, width, height};
+}
+
+struct Keyword {
+  const char* name;
+  void (*read)(const char* name, py::handle value, Conversion& conversion);
+};
+
+constexpr std::array kKeywords{
+    Keyword{"pattern",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.pattern = zrbindings::ValueOf(zrbindings::kPatterns, name, Cast<std::string>(name, value));
+            }},
+    Keyword{"demosaic",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.demosaic = zrbindings::ValueOf(zrbindings::kDemosaics, name, Cast<std::string>(name, value));
+            }},
+    Keyword{"matrix",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.matrix = zrbindings::ValueOf(zrbindings::kMatrices, name, Cast<std::string>(name, value));
+            }},
+    Keyword{"flip_vertical",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.flipVertical = Cast<bool>(name, value);
+            }},
+    Keyword{"flip_horizontal",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.flipHorizontal = Cast<bool>(name, value);
+            }},
+    Keyword{"region",
+            [](const char*, py::handle value, Conversion& conversion) { conversion.options.region = RegionOf(value); }},
+    Keyword{"threads",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.threads = Cast<unsigned>(name, value);
+            }},
+};
+
+}  // namespace
+
+zr::FormatChoice FormatOf(py::handle word) {
+  if (py::isinstance<zr::FormatInfo>(word)) return {word.cast<const zr::FormatInfo&>().id, 0, false};
+  if (!py::isinstance<py::str>(word) && !py::isinstance<py::int_>(word))
+    throw py::type_error("a format is a name, a code or a Format, not " + py::repr(word).cast<std::string>());
+  zr::FormatChoice choice;
+  const auto text = py::str(word).cast<std::string>();
+  zrbindings::Require(zr::ReadFormat(text, choice), "'" + text + "'");
+  return choice;
+}
+
+const zr::FormatInfo& InfoOf(long id) {
+  return *zr::FindFormatInfo(id);
+}
+
+void ReadOptions(const zr::FormatChoice& settled, const py::dict& keywords, Conversion& conversion) {
+  conversion.options.SetFlags(settled.flags);
+  for (const auto& [key, value] : keywords) {
+    const auto name = key.cast<std::string>();
+    const auto* found = std::ranges::find(kKeywords, name, &Keyword::name);
+    if (found == kKeywords.end()) throw py::type_error("there is no option '" + name + "'");
+    if (!value.is_none()) found->read(found->name, value, conversion);
+  }
+  zrbindings::RefuseContradiction(settled, conversion.options);
+}
+
+}  // namespace zrpython

@@ -1,0 +1,98 @@
+"""Pictures are those of the tool, for every source and for recorded frames, whatever holds the frame."""
+import array
+import ctypes
+import mmap
+
+import numpy
+import pytest
+
+import zrconverters as zr
+from conftest import HEIGHT, WIDTH, noise, recorded_frames
+
+SOURCES = [format.name for format in zr.formats() if format.is_source]
+
+
+@pytest.mark.parametrize("source", SOURCES)
+def test_every_source_to_every_destination(tool, source):
+    path = tool.chart(source)
+    frame = numpy.fromfile(path, numpy.uint8)
+    for destination in zr.find_format(source).destinations:
+        picture = zr.convert(frame, source, destination, WIDTH, HEIGHT)
+        assert picture.tobytes() == tool.convert(path, source, destination.name), destination
+
+
+@pytest.mark.parametrize("options, arguments", [
+    ({"pattern": "BGGR", "demosaic": "interpolate"}, ["-p", "BGGR", "-d", "interpolate"]),
+    ({"flip_vertical": True, "flip_horizontal": True}, ["--flip", "--flip-horizontal"]),
+    ({"region": (5, 3, 21, 17)}, ["-r", "5,3,21,17"]),
+    ({"threads": 3}, []),
+])
+def test_options_are_those_of_the_tool(tool, options, arguments):
+    path = tool.chart("Bayer12p")
+    picture = zr.convert(path.read_bytes(), "Bayer12p", "RGB8", WIDTH, HEIGHT, **options)
+    assert picture.tobytes() == tool.convert(path, "Bayer12p", "RGB8", WIDTH, HEIGHT, *arguments)
+
+
+@pytest.mark.parametrize("path, width, height, source, pattern, matrix", recorded_frames())
+def test_recorded_frames(tool, path, width, height, source, pattern, matrix):
+    options = {"pattern": pattern} if pattern else {"matrix": matrix} if matrix else {}
+    arguments = ["-p", pattern] if pattern else ["-m", matrix] if matrix else []
+    picture = zr.convert(path.read_bytes(), source, "RGB8", width, height, **options)
+    assert picture.tobytes() == tool.convert(path, source, "RGB8", width, height, *arguments)
+
+
+def test_formats_have_names_and_codes():
+    frame = noise("Bayer12p")
+    expected = zr.convert(frame, "Bayer12p", "RGB8", WIDTH, HEIGHT, pattern="RGGB")
+    for word in ("BayerRG12p", 0x010C0059, "0x010C0059"):
+        assert (zr.convert(frame, word, "RGB8", WIDTH, HEIGHT) == expected).all()
+    with pytest.raises(ValueError, match="says another pattern"):
+        zr.convert(frame, "BayerRG12p", "RGB8", WIDTH, HEIGHT, pattern="GRBG")
+
+
+def holders(frame):
+    memory = mmap.mmap(-1, len(frame))
+    memory[:] = frame
+    words = numpy.frombuffer(frame, numpy.uint8)
+    return [frame, bytearray(frame), memoryview(frame), memory, array.array("B", frame),
+            (ctypes.c_ubyte * len(frame)).from_buffer_copy(frame), words.view(numpy.int16), words.view("u4"),
+            words.reshape(HEIGHT, -1)]
+
+
+def test_whatever_holds_the_frame():
+    frame = noise("Mono12p").tobytes()
+    pictures = {zr.convert(holder, "Mono12p", "Mono8", WIDTH, HEIGHT).tobytes() for holder in holders(frame)}
+    assert len(pictures) == 1
+
+
+@pytest.mark.parametrize("destination, shape, dtype", [
+    ("Mono8", (HEIGHT, WIDTH), "u1"), ("Mono10", (HEIGHT, WIDTH), "u2"), ("Mono16", (HEIGHT, WIDTH), "u2"),
+    ("RGB565p", (HEIGHT, WIDTH), "u2"), ("RGB8", (HEIGHT, WIDTH, 3), "u1"), ("BGRa8", (HEIGHT, WIDTH, 4), "u1"),
+    ("RGB16", (HEIGHT, WIDTH, 3), "u2"), ("RGB8_Planar", (3, HEIGHT, WIDTH), "u1"),
+    ("RGB12_Planar", (3, HEIGHT, WIDTH), "u2"), ("Bayer16", (HEIGHT, WIDTH), "u2"),
+])
+def test_pictures_have_their_natural_shape(destination, shape, dtype):
+    picture = zr.convert(noise("Bayer12p"), "Bayer12p", destination, WIDTH, HEIGHT)
+    assert (picture.shape, picture.dtype) == (shape, numpy.dtype(dtype))
+
+
+def test_every_destination_fills_its_array():
+    for destination in zr.find_format("Mono12").destinations:
+        converter = zr.Converter("Mono12", destination, WIDTH, HEIGHT)
+        picture = numpy.empty(converter.shape, converter.dtype)
+        assert picture.nbytes == converter.destination_layout.frame_bytes, destination
+
+
+def test_an_array_tells_its_size():
+    grey = noise("Mono12").view(numpy.uint16).reshape(HEIGHT, WIDTH)
+    assert zr.convert(grey, "Mono12", "RGB8").shape == (HEIGHT, WIDTH, 3)
+    colour = noise("RGB8").reshape(HEIGHT, WIDTH, 3)
+    assert (zr.convert(colour, "RGB8", "BGR8") == colour[..., ::-1]).all()
+    with pytest.raises(ValueError, match="width and height"):
+        zr.convert(noise("Bayer12p").reshape(HEIGHT, -1), "Bayer12p", "RGB8")
+
+
+def test_the_pattern_of_a_picture_that_is_a_mosaic():
+    flipped = zr.Converter("BayerRG12p", "Bayer16", WIDTH, HEIGHT, flip_horizontal=True)
+    assert flipped.pattern == "GRBG"
+    assert zr.Converter("BayerRG12p", "RGB8", WIDTH, HEIGHT).pattern is None

@@ -1,0 +1,138 @@
+from typing import Any, List, Literal, Optional, Tuple, TypeVar, Union, overload
+
+from _typeshed import ReadableBuffer, WriteableBuffer
+import numpy
+
+__all__ = ["Converter", "Format", "FrameLayout", "convert", "describe_frame", "find_format", "formats"]
+
+_Array = numpy.ndarray[Any, Any]
+_Frame = Union[ReadableBuffer, _Array]
+_Out = TypeVar("_Out", bound=Union[WriteableBuffer, _Array])
+_Format = Union["Format", str, int]
+_Pattern = Literal["GRBG", "GBRG", "RGGB", "BGGR"]
+_Demosaic = Literal["fast", "interpolate"]
+_Matrix = Literal["601", "709", "jpeg"]
+_Region = Tuple[int, int, int, int]
+
+class Format:
+    @property
+    def id(self) -> int: ...
+    @property
+    def name(self) -> str: ...
+    @property
+    def family(self) -> str: ...
+    @property
+    def bits_per_pixel(self) -> int: ...
+    @property
+    def depth(self) -> int: ...
+    @property
+    def planes(self) -> int: ...
+    @property
+    def width_multiple(self) -> int: ...
+    @property
+    def height_multiple(self) -> int: ...
+    @property
+    def is_source(self) -> bool: ...
+    @property
+    def is_destination(self) -> bool: ...
+    @property
+    def layout(self) -> str: ...
+    @property
+    def destinations(self) -> List[Format]: ...
+
+def formats() -> List[Format]: ...
+def find_format(word: _Format) -> Format: ...
+
+class FrameLayout:
+    @property
+    def bytes_per_line(self) -> int: ...
+    @property
+    def stride(self) -> int: ...
+    @property
+    def planes(self) -> int: ...
+    @property
+    def bytes_per_plane(self) -> int: ...
+    @property
+    def frame_bytes(self) -> int: ...
+    @property
+    def least_bytes(self) -> int: ...
+
+def describe_frame(format: _Format, width: int, height: int, stride: int = 0) -> FrameLayout: ...
+
+class Converter:
+    def __init__(
+        self,
+        source: _Format,
+        destination: _Format,
+        width: int,
+        height: int,
+        *,
+        pattern: Optional[_Pattern] = None,
+        demosaic: Optional[_Demosaic] = None,
+        matrix: Optional[_Matrix] = None,
+        flip_vertical: bool = False,
+        flip_horizontal: bool = False,
+        region: Optional[_Region] = None,
+        threads: int = 1,
+    ) -> None: ...
+    @overload
+    def convert(self, frame: _Frame, out: None = None, stride: int = 0) -> _Array: ...
+    @overload
+    def convert(self, frame: _Frame, out: _Out, stride: int = 0) -> _Out: ...
+    @overload
+    def __call__(self, frame: _Frame, out: None = None, stride: int = 0) -> _Array: ...
+    @overload
+    def __call__(self, frame: _Frame, out: _Out, stride: int = 0) -> _Out: ...
+    @property
+    def source(self) -> Format: ...
+    @property
+    def destination(self) -> Format: ...
+    @property
+    def shape(self) -> Tuple[int, ...]: ...
+    @property
+    def dtype(self) -> numpy.dtype[Any]: ...
+    @property
+    def pattern(self) -> Optional[str]: ...
+    @property
+    def threads(self) -> int: ...
+    @property
+    def source_layout(self) -> FrameLayout: ...
+    @property
+    def destination_layout(self) -> FrameLayout: ...
+
+@overload
+def convert(
+    frame: _Frame,
+    source: _Format,
+    destination: _Format,
+    width: Optional[int] = None,
+    height: Optional[int] = None,
+    *,
+    out: None = None,
+    stride: int = 0,
+    pattern: Optional[_Pattern] = None,
+    demosaic: Optional[_Demosaic] = None,
+    matrix: Optional[_Matrix] = None,
+    flip_vertical: bool = False,
+    flip_horizontal: bool = False,
+    region: Optional[_Region] = None,
+    threads: int = 1,
+) -> _Array: ...
+@overload
+def convert(
+    frame: _Frame,
+    source: _Format,
+    destination: _Format,
+    width: Optional[int] = None,
+    height: Optional[int] = None,
+    *,
+    out: _Out,
+    stride: int = 0,
+    pattern: Optional[_Pattern] = None,
+    demosaic: Optional[_Demosaic] = None,
+    matrix: Optional[_Matrix] = None,
+    flip_vertical: bool = False,
+    flip_horizontal: bool = False,
+    region: Optional[_Region] = None,
+    threads: int = 1,
+) -> _Out: ...
