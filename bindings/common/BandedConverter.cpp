@@ -41,7 +41,8 @@ ZrUtilsLib::Result BandedConverter::ConvertBand(unsigned index, const zr::Source
   };
   const std::uint32_t first = firstLineOf(index);
   const std::uint32_t count = firstLineOf(index + 1U) - first;
-  return count == 0 ? ZrUtilsLib::Result() : mConverters[index].ConvertLines(first, count, source, destination);
+  return count == 0 ? ZrUtilsLib::Result()
+                    : mConverters[index].ConvertLines(first, count, source, destination);
 }
 
 Workers& BandedConverter::WorkersOfThisProcess() {

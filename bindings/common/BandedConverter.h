@@ -29,7 +29,8 @@ class BandedConverter {
   explicit BandedConverter(const Conversion& conversion);
 
   /// Throws Refusal when the library refuses the views; nothing is written then.
-  void Convert(const ZrConvertersLib::SourceView& source, const ZrConvertersLib::DestinationView& destination);
+  void Convert(const ZrConvertersLib::SourceView& source,
+               const ZrConvertersLib::DestinationView& destination);
 
   /// The converter of the first band, for what is true of the whole frame.
   const ZrConvertersLib::FrameConverter& Facts() const { return mConverters.front(); }
@@ -43,7 +44,7 @@ class BandedConverter {
 
   std::vector<ZrConvertersLib::FrameConverter> mConverters;
   std::unique_ptr<Workers> mWorkers;  // started by the first frame that needs them
-  pid_t mProcess = 0;                 // the process that started them: a fork has none of its parent's threads
+  pid_t mProcess = 0;  // the process that started them: a fork has none of its parent's threads
 };
 
 }  // namespace zrbindings

@@ -1,7 +1,7 @@
 // The library's refusals as exceptions, for the languages and frameworks that the library is bound to.
 #pragma once
 
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 #include <ZrUtilsLib/Result.h>
 
 #include <stdexcept>
@@ -18,7 +18,7 @@ class Refusal : public std::runtime_error {
 /// Throws Refusal, or std::bad_alloc when the library had no memory.
 inline void Require(ZrUtilsLib::Result result, const std::string& detail = {}) {
   if (result.IsSuccess()) return;
-  if (result.GetCode() == ZrConvertersLib::FrameCode::OutOfMemory) throw std::bad_alloc();
+  if (result.GetCode() == ZrConvertersLib::FrameError::OutOfMemory) throw std::bad_alloc();
   throw Refusal((detail.empty() ? "" : detail + ": ") + std::string(ZrConvertersLib::ResultText(result)));
 }
 

@@ -19,6 +19,8 @@ struct Word {
   Value value;
   const char* meaning;
 };
+template <typename Value>
+Word(const char*, Value, const char*) -> Word<Value>;
 
 inline constexpr std::array kPatterns{
     Word{"GRBG", ZrConvertersLib::MosaicPattern::GRBG, "green red / blue green"},

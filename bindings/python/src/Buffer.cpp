@@ -108,7 +108,8 @@ FrameMemory ShapedMemory(const Buffer& buffer, const FrameKind& frame) {
 }  // namespace
 
 Buffer::Buffer(py::handle object, Access access, std::string what) : mWhat(std::move(what)) {
-  if (!PyObject_CheckBuffer(object.ptr())) throw py::type_error(mWhat + ": an object with the buffer protocol is needed");
+  if (!PyObject_CheckBuffer(object.ptr()))
+    throw py::type_error(mWhat + ": an object with the buffer protocol is needed");
   if (PyObject_GetBuffer(object.ptr(), &mView, PyBUF_RECORDS_RO) != 0) throw py::error_already_set();
   try {
     RequireIntegers();
@@ -143,22 +144,26 @@ ArrayKind ArrayKindOf(const FrameKind& frame) {
   if (format.planes > 1 && whole) return {{static_cast<Py_ssize_t>(format.planes), height, width}, item};
   if (samples == 1 && whole) return {{height, width}, item};
   // Colour in fewer bits than three samples take is one word a pixel.
-  if (format.family == zr::FormatFamily::Rgb && samples < 3) return {{height, width}, format.bitsPerPixel / 8};
+  if (format.family == zr::FormatFamily::Rgb && samples < 3)
+    return {{height, width}, format.bitsPerPixel / 8};
   if (whole) return {{height, width, static_cast<Py_ssize_t>(samples)}, item};
   return {{height, static_cast<Py_ssize_t>(LayoutOf(frame).bytesPerLine)}, 1};
 }
 
 FrameMemory SourceMemory(const Buffer& buffer, const FrameKind& frame, std::size_t stride) {
-  return stride != 0 || buffer.Shape().size() < 2 ? FlatMemory(buffer, frame, stride) : ShapedMemory(buffer, frame);
+  return stride != 0 || buffer.Shape().size() < 2 ? FlatMemory(buffer, frame, stride)
+                                                  : ShapedMemory(buffer, frame);
 }
 
 FrameMemory DestinationMemory(const Buffer& buffer, const FrameKind& frame) {
   const ArrayKind kind = ArrayKindOf(frame);
   const bool shaped = buffer.Shape().size() >= 2;
-  if (shaped && !std::ranges::equal(buffer.Shape(), kind.shape)) RefuseShape(buffer, frame, TextOf(kind.shape));
-  if ((shaped || buffer.ItemBytes() > 1) && (buffer.ItemBytes() != kind.itemBytes || !buffer.HasUnsignedItems()))
-    throw py::type_error(buffer.What() + ": " + std::string(frame.format->name) + " needs unsigned items of " +
-                         std::to_string(kind.itemBytes) + " bytes");
+  if (shaped && !std::ranges::equal(buffer.Shape(), kind.shape))
+    RefuseShape(buffer, frame, TextOf(kind.shape));
+  if ((shaped || buffer.ItemBytes() > 1) &&
+      (buffer.ItemBytes() != kind.itemBytes || !buffer.HasUnsignedItems()))
+    throw py::type_error(buffer.What() + ": " + std::string(frame.format->name) +
+                         " needs unsigned items of " + std::to_string(kind.itemBytes) + " bytes");
   return shaped ? ShapedMemory(buffer, frame) : FlatMemory(buffer, frame, 0);
 }
 

@@ -29,7 +29,9 @@ class Buffer {
   std::size_t ItemBytes() const { return static_cast<std::size_t>(mView.itemsize); }
   bool HasUnsignedItems() const;
   std::span<const Py_ssize_t> Shape() const { return {mView.shape, static_cast<std::size_t>(mView.ndim)}; }
-  std::span<const Py_ssize_t> Strides() const { return {mView.strides, static_cast<std::size_t>(mView.ndim)}; }
+  std::span<const Py_ssize_t> Strides() const {
+    return {mView.strides, static_cast<std::size_t>(mView.ndim)};
+  }
   bool IsContiguous() const { return PyBuffer_IsContiguous(&mView, 'C') != 0; }
   std::size_t Bytes() const { return static_cast<std::size_t>(mView.len); }
 

@@ -1,4 +1,5 @@
-// The compiled half of the Python package zrconverters. Its signatures and types stand in zrconverters/__init__.pyi.
+// The compiled half of the Python package zrconverters. Its signatures and types stand in
+// zrconverters/__init__.pyi.
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FormatCodes.h>
 #include <pybind11/numpy.h>
@@ -62,7 +63,8 @@ std::vector<const zr::FormatInfo*> DestinationsOf(const zr::FormatInfo& source) 
   return list;
 }
 
-zr::FrameLayout DescribeFrame(py::handle format, std::uint64_t width, std::uint64_t height, std::uint64_t stride) {
+zr::FrameLayout DescribeFrame(py::handle format, std::uint64_t width, std::uint64_t height,
+                              std::uint64_t stride) {
   zr::FrameLayout layout;
   zrbindings::Require(zr::DescribeFrame(FormatOf(format).id, width, height, stride, layout));
   return layout;
@@ -70,7 +72,8 @@ zr::FrameLayout DescribeFrame(py::handle format, std::uint64_t width, std::uint6
 
 void BindFormats(py::module_& module) {
   using zr::FormatInfo;
-  py::class_<FormatInfo, std::unique_ptr<FormatInfo, py::nodelete>>(module, "Format", "Facts of one pixel format.")
+  py::class_<FormatInfo, std::unique_ptr<FormatInfo, py::nodelete>>(module, "Format",
+                                                                    "Facts of one pixel format.")
       .def_readonly("id", &FormatInfo::id)
       .def_readonly("name", &FormatInfo::name)
       .def_property_readonly("family", [](const FormatInfo& format) { return zr::FamilyName(format.family); })
@@ -85,7 +88,8 @@ void BindFormats(py::module_& module) {
       .def_property_readonly("destinations", &DestinationsOf, py::return_value_policy::reference,
                              "Formats that this one converts to.")
       .def("__repr__", [](const FormatInfo& format) { return "<Format " + std::string(format.name) + ">"; });
-  module.def("formats", &ListFormats, py::return_value_policy::reference, "All formats that the library knows.");
+  module.def("formats", &ListFormats, py::return_value_policy::reference,
+             "All formats that the library knows.");
   module.def("find_format", &FindFormat, py::arg("word"), py::return_value_policy::reference,
              "The format of a name or code; ValueError if there is none.");
 }
@@ -99,10 +103,11 @@ void BindLayouts(py::module_& module) {
       .def_readonly("bytes_per_plane", &FrameLayout::bytesPerPlane)
       .def_readonly("frame_bytes", &FrameLayout::frameBytes)
       .def_readonly("least_bytes", &FrameLayout::leastBytes);
-  module.def("describe_frame", &DescribeFrame, py::arg("format"), py::arg("width"), py::arg("height"),
-             py::arg("stride") = 0,
-             "Sizes of a frame, in bytes; stride 0 means lines without a gap. ValueError for sizes that the format "
-             "cannot have.");
+  module.def(
+      "describe_frame", &DescribeFrame, py::arg("format"), py::arg("width"), py::arg("height"),
+      py::arg("stride") = 0,
+      "Sizes of a frame, in bytes; stride 0 means lines without a gap. ValueError for sizes that the format "
+      "cannot have.");
 }
 
 py::object ConvertWith(Converter& converter, const py::object& frame, py::object out, std::size_t stride) {
@@ -123,20 +128,23 @@ void BindConverter(py::module_& module) {
       .def_property_readonly("destination", &Converter::Destination, py::return_value_policy::reference)
       .def_property_readonly("shape", &Converter::Shape, "Shape of the picture, for numpy.empty.")
       .def_property_readonly("dtype", &Converter::Type)
-      .def_property_readonly("pattern", &Converter::Pattern, "Pattern of a picture that is a mosaic itself, else None.")
+      .def_property_readonly("pattern", &Converter::Pattern,
+                             "Pattern of a picture that is a mosaic itself, else None.")
       .def_property_readonly("threads", &Converter::Threads)
       .def_property_readonly("source_layout", [](const Converter& c) { return c.Facts().SourceLayout(); })
-      .def_property_readonly("destination_layout", [](const Converter& c) { return c.Facts().DestinationLayout(); });
+      .def_property_readonly("destination_layout",
+                             [](const Converter& c) { return c.Facts().DestinationLayout(); });
 }
 
 py::object ConvertOnce(const py::object& frame, py::handle source, py::handle destination,
-                       std::optional<std::uint32_t> width, std::optional<std::uint32_t> height, py::object out,
-                       std::size_t stride, const py::kwargs& options) {
+                       std::optional<std::uint32_t> width, std::optional<std::uint32_t> height,
+                       py::object out, std::size_t stride, const py::kwargs& options) {
   const zr::FormatChoice from = FormatOf(source);
   const Buffer buffer(frame, Buffer::Access::Read, "frame");
   FrameKind kind{&InfoOf(from.id), 0, 0};
   if (!width || !height) ReadSize(buffer, kind);
-  Converter converter(from, FormatOf(destination), width.value_or(kind.width), height.value_or(kind.height), options);
+  Converter converter(from, FormatOf(destination), width.value_or(kind.width), height.value_or(kind.height),
+                      options);
   return converter.Convert(buffer, std::move(out), stride);
 }
 

@@ -39,15 +39,18 @@ struct Keyword {
 constexpr std::array kKeywords{
     Keyword{"pattern",
             [](const char* name, py::handle value, Conversion& conversion) {
-              conversion.options.pattern = zrbindings::ValueOf(zrbindings::kPatterns, name, Cast<std::string>(name, value));
+              conversion.options.pattern =
+                  zrbindings::ValueOf(zrbindings::kPatterns, name, Cast<std::string>(name, value));
             }},
     Keyword{"demosaic",
             [](const char* name, py::handle value, Conversion& conversion) {
-              conversion.options.demosaic = zrbindings::ValueOf(zrbindings::kDemosaics, name, Cast<std::string>(name, value));
+              conversion.options.demosaic =
+                  zrbindings::ValueOf(zrbindings::kDemosaics, name, Cast<std::string>(name, value));
             }},
     Keyword{"matrix",
             [](const char* name, py::handle value, Conversion& conversion) {
-              conversion.options.matrix = zrbindings::ValueOf(zrbindings::kMatrices, name, Cast<std::string>(name, value));
+              conversion.options.matrix =
+                  zrbindings::ValueOf(zrbindings::kMatrices, name, Cast<std::string>(name, value));
             }},
     Keyword{"flip_vertical",
             [](const char* name, py::handle value, Conversion& conversion) {
@@ -57,12 +60,10 @@ constexpr std::array kKeywords{
             [](const char* name, py::handle value, Conversion& conversion) {
               conversion.options.flipHorizontal = Cast<bool>(name, value);
             }},
-    Keyword{"region",
-            [](const char*, py::handle value, Conversion& conversion) { conversion.options.region = RegionOf(value); }},
-    Keyword{"threads",
-            [](const char* name, py::handle value, Conversion& conversion) {
-              conversion.threads = Cast<unsigned>(name, value);
-            }},
+    Keyword{"region", [](const char*, py::handle value,
+                         Conversion& conversion) { conversion.options.region = RegionOf(value); }},
+    Keyword{"threads", [](const char* name, py::handle value,
+                          Conversion& conversion) { conversion.threads = Cast<unsigned>(name, value); }},
 };
 
 }  // namespace
