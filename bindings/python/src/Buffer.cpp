@@ -29,11 +29,6 @@ zr::FrameLayout LayoutOf(const FrameKind& frame) {
   return layout;
 }
 
-// Bytes of the smallest word that holds a sample.
-std::size_t SampleBytes(const zr::FormatInfo& format) {
-  return format.depth <= 8 ? 1 : format.depth <= 16 ? 2 : 4;
-}
-
 std::string TextOf(std::span<const Py_ssize_t> shape) {
   std::string text = "(";
   for (const Py_ssize_t length : shape) text += (text.size() > 1 ? ", " : "") + std::to_string(length);
@@ -49,7 +44,7 @@ std::string TextOf(std::span<const Py_ssize_t> shape) {
 // An array of int64 that holds one 8-bit sample in each item must not pass as a frame with wide lines.
 void RequireItems(const Buffer& buffer, const FrameKind& frame, std::size_t bytes, std::uint64_t frameBytes) {
   const std::size_t item = buffer.ItemBytes();
-  if (item == 1 || item == SampleBytes(*frame.format) || bytes == frameBytes) return;
+  if (item == 1 || item == ArrayKindOf(frame).itemBytes || bytes == frameBytes) return;
   throw py::type_error(buffer.What() + ": items of " + std::to_string(item) + " bytes hold no samples of " +
                        std::string(frame.format->name));
 }
@@ -135,18 +130,17 @@ bool Buffer::HasUnsignedItems() const {
 }
 
 ArrayKind ArrayKindOf(const FrameKind& frame) {
+  using zr::Packing;
   const zr::FormatInfo& format = *frame.format;
   const auto height = static_cast<Py_ssize_t>(frame.height);
   const auto width = static_cast<Py_ssize_t>(frame.width);
-  const std::size_t item = SampleBytes(format);
-  const std::size_t samples = format.bitsPerPixel / format.planes / (8 * item);
-  const bool whole = samples * format.planes * 8 * item == format.bitsPerPixel;
-  if (format.planes > 1 && whole) return {{static_cast<Py_ssize_t>(format.planes), height, width}, item};
-  if (samples == 1 && whole) return {{height, width}, item};
-  // Colour in fewer bits than three samples take is one word a pixel.
-  if (format.family == zr::FormatFamily::Rgb && samples < 3)
-    return {{height, width}, format.bitsPerPixel / 8};
-  if (whole) return {{height, width, static_cast<Py_ssize_t>(samples)}, item};
+  const std::size_t item = format.sampleBits / 8;
+  const auto samples = static_cast<Py_ssize_t>(format.bitsPerPixel / format.sampleBits);
+  if (format.packing == Packing::Planar)
+    return {{static_cast<Py_ssize_t>(format.planes), height, width}, item};
+  if (format.packing == Packing::Word) return {{height, width}, item};
+  if (format.packing == Packing::Plain && format.bitsPerPixel % format.sampleBits == 0)
+    return samples == 1 ? ArrayKind{{height, width}, item} : ArrayKind{{height, width, samples}, item};
   return {{height, static_cast<Py_ssize_t>(LayoutOf(frame).bytesPerLine)}, 1};
 }
 
