@@ -46,8 +46,8 @@ ZR_EXPORT const FormatCode* FindFormatCode(std::uint32_t code) noexcept;
 ZR_EXPORT const FormatCode* FindFormatCode(std::string_view name) noexcept;
 
 /// The entry for a type ID under conversion flags (only the pattern and matrix bits that matter to the type
-/// are looked at; no pattern bit counts as GRBG, no matrix bit as BT.601), or null where the convention has
-/// none.
+/// are looked at; no pattern bit counts as the family's first, no matrix bit as BT.601), or null where the
+/// convention has none.
 ZR_EXPORT const FormatCode* FormatCodeOf(long id, unsigned flags) noexcept;
 
 /// What a user's word for a format means.

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 
 /// @file
 /// The checked interface: whole frames in, whole pictures out, or a named refusal.
@@ -32,13 +33,30 @@ namespace ZrConvertersLib {
 
 class RGBFilter;
 
-/// Colours of a mosaic's first 2 x 2 sites, row by row.
-enum class MosaicPattern : std::uint8_t { GRBG, GBRG, RGGB, BGGR };
+/// How a mosaic begins, in the vocabulary of its family. GRBG, where every choice begins, also stands for the
+/// first pattern of the other two families.
+enum class MosaicPattern : std::uint8_t {
+  GRBG,  ///< Bayer: the colours of the first 2 x 2 sites, row by row
+  GBRG,
+  RGGB,
+  BGGR,
+  RGBG,  ///< BiColor: the two samples of an even pixel, then those of an odd one
+  BGRG,
+  GRGB,
+  GBGR,
+  WGWR,  ///< SCF1: white, and the colours of the first line's first two cells
+  WBWG,
+  WRWG,
+  WGWB
+};
+
+/// The pattern's name, "RGGB" for instance; empty for a value that is no pattern. Static storage.
+ZR_EXPORT std::string_view PatternName(MosaicPattern pattern) noexcept;
 
 /// How a mosaic becomes colour.
 enum class Demosaic : std::uint8_t {
-  Fast,        ///< one colour for each 2 x 2 tile
-  Interpolate  ///< bilinear over a 3 x 3 neighbourhood
+  Fast,        ///< one colour for each tile: 2 x 2 pixels of Bayer, 2 x 1 of BiColor, 4 x 4 of SCF1
+  Interpolate  ///< every pixel from its neighbours
 };
 
 /// How luma and chroma become colour.
@@ -58,8 +76,8 @@ struct Region {
 
 /// What is to be done with a frame. The defaults convert it as it is.
 struct FrameOptions {
-  MosaicPattern pattern = MosaicPattern::GRBG;  ///< Bayer sources: pattern of the whole source frame
-  Demosaic demosaic = Demosaic::Fast;           ///< Bayer sources
+  MosaicPattern pattern = MosaicPattern::GRBG;  ///< Bayer, BiColor, SCF1: pattern of the whole source frame
+  Demosaic demosaic = Demosaic::Fast;           ///< the same
   ColourMatrix matrix = ColourMatrix::Bt601;    ///< YCbCr sources
   const RGBFilter* filter =
       nullptr;                  ///< for 8-bit colour; null: none. Must outlive every Convert that uses it
@@ -68,7 +86,7 @@ struct FrameOptions {
   Region region;  ///< the part of the source to convert: exactly that rectangle of the whole frame's picture
 
   /// Sets pattern, demosaic and matrix as PixelConverter::Convert reads them from its flags (no pattern bit:
-  /// GRBG; no matrix bit: BT.601). Takes the flags of a FormatCode as well.
+  /// GRBG; of several, the highest; no matrix bit: BT.601). Takes the flags of a FormatCode as well.
   ZR_EXPORT void SetFlags(unsigned flags) noexcept;
 
   /// The flags of PixelConverter::Convert for pattern, demosaic and matrix.
@@ -127,10 +145,10 @@ class ZR_EXPORT FrameConverter {
   /// Prepares the conversion of frames of `source` with `width` x `height` pixels into pictures of
   /// `destination`.
   ///
-  /// The picture has the size of the region. Bayer sources: pixels, also those of a region, of a band and of
-  /// a flipped picture, are the pixels that the whole frame's conversion gives; the last two lines of an odd
-  /// height come from one fast pair. Unpacked mosaics (Bayer12p to Bayer16 for instance) keep their samples;
-  /// region and flips may change their pattern, see DestinationPattern().
+  /// The picture has the size of the region. Pixels of mosaics, also those of a region, of a band and of a
+  /// flipped picture, are the pixels that the whole frame's conversion gives; the last two lines of a Bayer
+  /// frame of odd height come from one fast pair. Unpacked mosaics (Bayer12p to Bayer16 for instance) keep
+  /// their samples; region and flips may change their pattern, see DestinationPattern().
   ///
   /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, FrameTooSmall,
   ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, RegionOutside, RegionNotAllowed,

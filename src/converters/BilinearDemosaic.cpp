@@ -22,9 +22,8 @@ LineRecipe PairsRecipe(const MosaicRecipe& recipe) {
 /// What the bilinear kernel reads: bytes, complemented for destinations of byte channels.
 std::optional<LineRecipe> RowsRecipe(const MosaicRecipe& recipe) {
   if (kDestinations[static_cast<std::size_t>(recipe.writer)].depth != 8) return SamplesToBytes(recipe);
-  LineRecipe complement{.reader = SourceReader::BayerComplement8,
-                        .writer = simd::PixelWriter::Mono8,
-                        .throughCaches = true};
+  LineRecipe complement{
+      .reader = SourceReader::BayerComplement8, .writer = simd::PixelWriter::Mono8, .throughCaches = true};
   if (recipe.shift) {
     complement.reader = SourceReader::BayerComplement16;
     complement.shift = *recipe.shift;
@@ -115,12 +114,13 @@ void BilinearDemosaic::RunPairs(const Work& work, std::uint32_t pair, std::uint3
   const std::uint8_t *const red = redBelow ? lower : upper, *const blue = redBelow ? upper : lower;
   const auto destinations = PairDestinations(work.context, mPairs.DestinationBytes(work.columns.first));
   const std::ptrdiff_t down = pair * work.pairs.destinationStep;
-  mPairs.Run({{red, red + work.pitch, red + 2 * work.pitch, blue, blue + work.pitch, blue + 2 * work.pitch},
-              {OffsetBy(destinations[redBelow ? 1 : 0], down), OffsetBy(destinations[redBelow ? 0 : 1], down)},
-              work.columns.Count(),
-              count,
-              static_cast<std::ptrdiff_t>(2 * work.pitch),
-              work.pairs.destinationStep});
+  mPairs.Run(
+      {{red, red + work.pitch, red + 2 * work.pitch, blue, blue + work.pitch, blue + 2 * work.pitch},
+       {OffsetBy(destinations[redBelow ? 1 : 0], down), OffsetBy(destinations[redBelow ? 0 : 1], down)},
+       work.columns.Count(),
+       count,
+       static_cast<std::ptrdiff_t>(2 * work.pitch),
+       work.pairs.destinationStep});
 }
 
 /// Lines [first, end), those outside the image mirrored; lines that follow one another are read in one go.
@@ -129,7 +129,8 @@ void BilinearDemosaic::ReadLines(const Work& work, std::ptrdiff_t first, std::pt
   while (first < end) {
     const std::ptrdiff_t line = NeighbourLine(work.context, first);
     std::ptrdiff_t count = 1;
-    while (line == first && first + count < end && NeighbourLine(work.context, first + count) == first + count)
+    while (line == first && first + count < end &&
+           NeighbourLine(work.context, first + count) == first + count)
       ++count;
     ReadRows(work, line, static_cast<std::size_t>(count), row);
     first += count;

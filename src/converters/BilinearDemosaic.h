@@ -4,8 +4,8 @@
 
 namespace ZrConvertersLib {
 
-/// Colours interpolated from 3x3 sites. Lines are read as rows of bytes, six or more at a time, each line once
-/// and with its neighbours beyond the first and last column.
+/// Colours interpolated from 3x3 sites. Lines are read as rows of bytes, six or more at a time, each line
+/// once and with its neighbours beyond the first and last column.
 class BilinearDemosaic {
  public:
   BilinearDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe);
@@ -17,7 +17,8 @@ class BilinearDemosaic {
   /// Some columns of all pairs, and the memory for their rows.
   struct Work;
 
-  void RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs, const MosaicColumns& columns);
+  void RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs,
+                  const MosaicColumns& columns);
   std::uint32_t RunInside(const Work& work) const;
   void RunBeyond(const Work& work, std::uint32_t pair) const;
   void RunPairs(const Work& work, std::uint32_t pair, std::uint32_t count, std::size_t rowsApart) const;

@@ -14,7 +14,8 @@ namespace {
 /// The reader of the source itself where there is one: of words always, of packed samples when whole groups
 /// fill the columns. Otherwise that of bytes.
 LineRecipe TilesRecipe(const MosaicRecipe& recipe, std::uint32_t columns) {
-  if (recipe.shift) return {.reader = SourceReader::BayerFast16, .writer = recipe.writer, .shift = *recipe.shift};
+  if (recipe.shift)
+    return {.reader = SourceReader::BayerFast16, .writer = recipe.writer, .shift = *recipe.shift};
   const LineRecipe bytes{.reader = SourceReader::BayerFast8, .writer = recipe.writer};
   LineRecipe fused = bytes;
   const bool isFused = recipe.samples && ReadSamplesDirectly(fused, *recipe.samples) &&
@@ -78,8 +79,8 @@ void FastDemosaic::RunFromBytes(const PixelConverterContext& context, const Mosa
   const auto destinations = PairDestinations(context, mTiles.DestinationBytes(columns.first));
   for (std::uint32_t i = 0; i < pairs.count; i += std::min(most, pairs.count - i)) {
     const std::uint32_t count = std::min(most, pairs.count - i);
-    mSamples->Read(pairs.lines.From(LineNumber(context) + 2 * std::ptrdiff_t{i}), std::size_t{2} * count, columns,
-                   rows, pitch);
+    mSamples->Read(pairs.lines.From(LineNumber(context) + 2 * std::ptrdiff_t{i}), std::size_t{2} * count,
+                   columns, rows, pitch);
     const std::ptrdiff_t down = i * pairs.destinationStep;
     mTiles.Run({{rows + below * pitch, rows + (1 - below) * pitch},
                 {OffsetBy(destinations[0], down), OffsetBy(destinations[1], down)},

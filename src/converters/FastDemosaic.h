@@ -4,8 +4,8 @@
 
 namespace ZrConvertersLib {
 
-/// One colour for each tile of 2x2 sites: red, blue, and the mean of its two greens. Prepared for frames of one
-/// width.
+/// One colour for each tile of 2x2 sites: red, blue, and the mean of its two greens. Prepared for frames of
+/// one width.
 class FastDemosaic {
  public:
   FastDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe, std::uint32_t width);

@@ -72,8 +72,8 @@ constexpr std::size_t RowPitch(std::uint32_t columns) {
   return (columns + 2 * kBesideColumns + 63) / 64 * 64;
 }
 
-/// Memory for rows of bytes: six of the longest, which stay in the first-level cache together with what is made
-/// of them, or more of shorter ones, which few calls then handle.
+/// Memory for rows of bytes: six of the longest, which stay in the first-level cache together with what is
+/// made of them, or more of shorter ones, which few calls then handle.
 inline constexpr std::size_t kMosaicRows = 6 * RowPitch(kMosaicColumns);
 
 /// How many rows of a pitch are kept at a time.
@@ -91,8 +91,8 @@ class MosaicSamples {
     if (recipe) mPlan.emplace(context, *recipe);
   }
 
-  /// `count` lines to rows of bytes. The first of the columns begins a group of samples, the last group is read
-  /// whole.
+  /// `count` lines to rows of bytes. The first of the columns begins a group of samples, the last group is
+  /// read whole.
   void Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns, std::uint8_t* bytes,
             std::size_t pitch) const;
 

@@ -17,7 +17,8 @@ void RunStreamedLine(const PreparedKernel& kernel, const LineBlock& line) {
   const simd::ReaderLines& lines = kernel.reader.lines;
   StreamBuffer buffer({lines.destinations, kernel.planes, kernel.args.planeDistance}, line.destination,
                       kernel.stream);
-  const std::size_t longest = kBytesAtATime / (std::size_t{kernel.pixelBytes} * kernel.planes * lines.destinations) /
+  const std::size_t longest = kBytesAtATime /
+                              (std::size_t{kernel.pixelBytes} * kernel.planes * lines.destinations) /
                               kLargestBlock * kLargestBlock;
   simd::KernelArgs args = kernel.args;
   args.planeDistance = buffer.PlaneDistance();

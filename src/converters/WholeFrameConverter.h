@@ -20,7 +20,8 @@ class WholeFrameConverter : public PixelConverter {
   /// The converter of a format to the destination of a writer, registered for that pair.
   template <long destination>
   WholeFrameConverter(const FormatRow& source, OutputWriter<destination>, std::uint32_t sourceBytes)
-      : PixelConverter(source.id, destination, sourceBytes, OutputWriter<destination>::kByteSize, 1, 1, true) {}
+      : PixelConverter(source.id, destination, sourceBytes, OutputWriter<destination>::kByteSize, 1, 1,
+                       true) {}
   template <long destination>
   WholeFrameConverter(const FormatRow& source, OutputWriter<destination> writer)
       : WholeFrameConverter(source, writer, source.bytes) {}

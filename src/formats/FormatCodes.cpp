@@ -7,6 +7,7 @@
 #include <charconv>
 
 #include "core/FormatTable.h"
+#include "formats/Patterns.h"
 
 namespace ZrConvertersLib {
 
@@ -263,13 +264,6 @@ static_assert(std::all_of(kFormats.begin(), kFormats.end(), [](const FormatRow& 
                      [&](const FormatCode& entry) { return entry.id == row.id; });
 }));
 
-unsigned BayerFlags(unsigned flags) noexcept {
-  for (const unsigned pattern : {kBggr, kRggb, kGbrg}) {
-    if ((flags & pattern) != 0) return pattern;
-  }
-  return kGrbg;
-}
-
 unsigned MatrixFlags(unsigned flags) noexcept {
   if ((flags & kJpeg) != 0) return kJpeg;
   return flags & k709;
@@ -278,14 +272,12 @@ unsigned MatrixFlags(unsigned flags) noexcept {
 /// The bits of the flags that a code of this family settles.
 unsigned SettledFlags(Family family, unsigned flags) noexcept {
   switch (family) {
-    case Family::Bayer:
-      return BayerFlags(flags);
     case Family::YCbCr:
       return MatrixFlags(flags);
+    case Family::Bayer:
     case Family::BiColor:
-      return flags & (kBiColorRgbg | kBiColorBgrg);
     case Family::Scf1:
-      return flags & (kScfWgwr | kScfWbwg | kScfWrwg | kScfWgwb);
+      return PatternFlag(PatternOf(family, flags));
     case Family::Rgb:
     case Family::Mono:
       break;

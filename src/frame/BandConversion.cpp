@@ -15,14 +15,14 @@ using ZrUtilsLib::Result;
 
 namespace {
 
-constexpr unsigned kPatterns = 0xF0;
+constexpr unsigned kBayerPatterns = 0xF0;
 
 /// The pattern of a mosaic whose lines change places in pairs.
 unsigned SwapLines(unsigned flags) noexcept {
   FrameOptions options;
   options.SetFlags(flags);
   options.pattern = static_cast<MosaicPattern>(static_cast<unsigned>(options.pattern) ^ 3u);
-  return (flags & ~kPatterns) | (options.GetFlags() & kPatterns);
+  return (flags & ~kBayerPatterns) | (options.GetFlags() & kBayerPatterns);
 }
 
 std::uint32_t Raw(std::int64_t value) noexcept {

@@ -39,7 +39,7 @@ std::string_view ResultText(std::uint32_t code) noexcept {
     case FrameError::StrideTooSmall:
       return "the line stride is smaller than the bytes of one line";
     case FrameError::InvalidPattern:
-      return "the mosaic pattern is not one of GRBG, GBRG, RGGB and BGGR";
+      return "the source's family of mosaics has no such pattern";
     case FrameError::InvalidDemosaic:
       return "the demosaic method is neither fast nor interpolating";
     case FrameError::InvalidMatrix:

@@ -1,29 +1,27 @@
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/PixelConverter.h>
 
+#include <array>
+
+#include "formats/Patterns.h"
+
 namespace ZrConvertersLib {
 
 namespace {
 
-unsigned PatternFlag(MosaicPattern pattern) noexcept {
-  switch (pattern) {
-    case MosaicPattern::GBRG:
-      return PixelConverter::FLAG_BAYER_GBRG;
-    case MosaicPattern::RGGB:
-      return PixelConverter::FLAG_BAYER_RGGB;
-    case MosaicPattern::BGGR:
-      return PixelConverter::FLAG_BAYER_BGGR;
-    case MosaicPattern::GRBG:
-      break;
-  }
-  return PixelConverter::FLAG_BAYER_GRBG;
-}
+constexpr std::array<std::string_view, kPatterns> kNames = {"GRBG", "GBRG", "RGGB", "BGGR", "RGBG", "BGRG",
+                                                            "GRGB", "GBGR", "WGWR", "WBWG", "WRWG", "WGWB"};
 
-MosaicPattern PatternOf(unsigned flags) noexcept {
-  if ((flags & PixelConverter::FLAG_BAYER_BGGR) != 0) return MosaicPattern::BGGR;
-  if ((flags & PixelConverter::FLAG_BAYER_RGGB) != 0) return MosaicPattern::RGGB;
-  if ((flags & PixelConverter::FLAG_BAYER_GBRG) != 0) return MosaicPattern::GBRG;
-  return MosaicPattern::GRBG;
+constexpr unsigned kInterpolate =
+    PixelConverter::FLAG_BAYER_INTERPOLATE | PixelConverter::FLAG_BICOLOR_INTERPOLATE;
+
+/// Flags tell one source, so those of one family; should there be more, the highest.
+MosaicPattern AnyPatternOf(unsigned flags) noexcept {
+  for (const Family family : {Family::Scf1, Family::BiColor}) {
+    const MosaicPattern pattern = PatternOf(family, flags);
+    if ((flags & PatternFlag(pattern)) != 0) return pattern;
+  }
+  return PatternOf(Family::Bayer, flags);
 }
 
 ColourMatrix MatrixOf(unsigned flags) noexcept {
@@ -34,16 +32,20 @@ ColourMatrix MatrixOf(unsigned flags) noexcept {
 
 }  // namespace
 
+std::string_view PatternName(MosaicPattern pattern) noexcept {
+  const auto index = static_cast<std::size_t>(pattern);
+  return index < kNames.size() ? kNames[index] : std::string_view();
+}
+
 void FrameOptions::SetFlags(unsigned flags) noexcept {
-  const bool interpolates = (flags & PixelConverter::FLAG_BAYER_INTERPOLATE) != 0;
-  pattern = PatternOf(flags);
-  demosaic = interpolates ? Demosaic::Interpolate : Demosaic::Fast;
+  pattern = AnyPatternOf(flags);
+  demosaic = (flags & kInterpolate) != 0 ? Demosaic::Interpolate : Demosaic::Fast;
   matrix = MatrixOf(flags);
 }
 
 unsigned FrameOptions::GetFlags() const noexcept {
   unsigned flags = PatternFlag(pattern);
-  if (demosaic == Demosaic::Interpolate) flags |= PixelConverter::FLAG_BAYER_INTERPOLATE;
+  if (demosaic == Demosaic::Interpolate) flags |= kInterpolate;
   if (matrix == ColourMatrix::Bt709) flags |= PixelConverter::FLAG_YCBCR_709;
   if (matrix == ColourMatrix::Jpeg) flags |= PixelConverter::FLAG_YCBCR_JPG;
   return flags;

@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "core/ChainFrame.h"
+#include "formats/Patterns.h"
 
 namespace ZrConvertersLib {
 
@@ -14,8 +15,8 @@ namespace {
 
 using ZrUtilsLib::Result;
 
-Result CheckOptions(const FrameOptions& options) {
-  if (options.pattern > MosaicPattern::BGGR) return FrameError::InvalidPattern;
+Result CheckOptions(const FrameOptions& options, const FramePlan& plan) {
+  if (!IsPatternOf(plan.source->family, options.pattern)) return FrameError::InvalidPattern;
   if (options.demosaic > Demosaic::Interpolate) return FrameError::InvalidDemosaic;
   if (options.matrix > ColourMatrix::Jpeg) return FrameError::InvalidMatrix;
   return {};
@@ -121,7 +122,7 @@ Result MakeFramePlan(long source, long destination, std::uint32_t width, std::ui
   made.flipVertical = options.flipVertical;
   made.flipHorizontal = options.flipHorizontal;
   Result result = FindConverter(source, destination, made);
-  if (result.IsSuccess()) result = CheckOptions(options);
+  if (result.IsSuccess()) result = CheckOptions(options, made);
   if (result.IsSuccess()) result = Classify(options, made);
   if (result.IsSuccess()) result = Measure(made);
   if (result.IsSuccess()) result = PlaceRegion(options.region, made);

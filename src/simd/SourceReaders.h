@@ -13,8 +13,8 @@
 ///  lines          what one step takes and gives, see ReaderLines
 ///  of, unpacker   a reader that takes packed samples itself: the reader of bytes and the unpacker before it
 ///                 that it replaces
-/// BayerBilinear takes bytes, complemented ones for destinations of byte channels. The Complement readers make
-/// these and write Mono8 only.
+/// BayerBilinear takes bytes, complemented ones for destinations of byte channels. The Complement readers
+/// make these and write Mono8 only.
 // clang-format off
 #define ZR_SOURCE_READERS(row) \
   row(Mono8,                1, 1, kOneLine)                                \

@@ -69,7 +69,8 @@ TEST(FormatCodesTest, OnlyTheBitsOfTheFamilyCount) {
   EXPECT_EQ(FormatCodeOf(Ids::Bayer8, 0)->name, "BayerGR8");
   EXPECT_EQ(FormatCodeOf(Ids::Bayer8, 0xF0)->name, "BayerBG8");
   EXPECT_EQ(FormatCodeOf(Ids::YCbCr8_CbYCr, 0x50000)->name, "YCbCr8_CbYCr");
-  EXPECT_EQ(FormatCodeOf(Ids::BiColor8, 0), nullptr);
+  EXPECT_EQ(FormatCodeOf(Ids::BiColor8, 0)->name, "BiColorRGBG8");
+  EXPECT_EQ(FormatCodeOf(Ids::BiColor8, PixelConverter::FLAG_BICOLOR_GBGR), nullptr);
   EXPECT_EQ(FormatCodeOf(293, 0), nullptr);
 }
 
@@ -119,6 +120,8 @@ TEST(ReadFormatTest, WordsOfAPerson) {
 }
 
 TEST(FrameOptionsTest, FlagsMeanWhatTheRawCallMakesOfThem) {
+  constexpr unsigned kInterpolate =
+      PixelConverter::FLAG_BAYER_INTERPOLATE | PixelConverter::FLAG_BICOLOR_INTERPOLATE;
   FrameOptions options;
   options.SetFlags(PixelConverter::FLAG_BAYER_RGGB | PixelConverter::FLAG_BAYER_GBRG |
                    PixelConverter::FLAG_BAYER_INTERPOLATE | PixelConverter::FLAG_YCBCR_709 |
@@ -126,10 +129,23 @@ TEST(FrameOptionsTest, FlagsMeanWhatTheRawCallMakesOfThem) {
   EXPECT_EQ(options.pattern, MosaicPattern::RGGB);
   EXPECT_EQ(options.demosaic, Demosaic::Interpolate);
   EXPECT_EQ(options.matrix, ColourMatrix::Jpeg);
-  EXPECT_EQ(options.GetFlags(), PixelConverter::FLAG_BAYER_RGGB | PixelConverter::FLAG_BAYER_INTERPOLATE |
-                                    PixelConverter::FLAG_YCBCR_JPG);
-  options.SetFlags(0);
-  EXPECT_EQ(options.GetFlags(), PixelConverter::FLAG_BAYER_GRBG);
+  EXPECT_EQ(options.GetFlags(),
+            PixelConverter::FLAG_BAYER_RGGB | kInterpolate | PixelConverter::FLAG_YCBCR_JPG);
+  options.SetFlags(PixelConverter::FLAG_BICOLOR_INTERPOLATE);
+  EXPECT_EQ(options.GetFlags(), PixelConverter::FLAG_BAYER_GRBG | kInterpolate);
+}
+
+/// One pattern of each family by the name that its codes have.
+TEST(FrameOptionsTest, PatternsOfCodes) {
+  for (const char* name : {"BayerBG8", "BiColorBGRG10p", "SCF1WGWR8", "SCF1WRWG12p"}) {
+    FrameOptions options;
+    options.SetFlags(FindFormatCode(name)->flags);
+    const std::string_view family = FamilyName(FindFormatInfo(FindFormatCode(name)->id)->family);
+    EXPECT_TRUE(PatternName(options.pattern).starts_with(std::string_view(name).substr(family.size(), 2)))
+        << name;
+    EXPECT_EQ(options.GetFlags(), FindFormatCode(name)->flags) << name;
+  }
+  EXPECT_EQ(PatternName(static_cast<MosaicPattern>(12)), "");
 }
 
 }  // namespace

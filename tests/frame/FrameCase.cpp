@@ -60,6 +60,13 @@ std::uint32_t LeastSide(const Case& frame) {
   return family == FormatFamily::BiColor || IsMosaicToColour(frame) ? 2 : 1;
 }
 
+/// Where the patterns of the source's family begin in MosaicPattern.
+std::uint32_t FirstPattern(long source) {
+  const FormatFamily family = FindFormatInfo(source)->family;
+  if (family == FormatFamily::BiColor) return static_cast<std::uint32_t>(MosaicPattern::RGBG);
+  return family == FormatFamily::Scf1 ? static_cast<std::uint32_t>(MosaicPattern::WGWR) : 0;
+}
+
 std::uint32_t RandomSide(TestSupport::Random& random, bool tall) {
   switch (random.Below(8)) {
     case 0:
@@ -168,7 +175,7 @@ Case CaseOf(long source, long destination, unsigned number) {
   frame.height = std::max(RandomSide(random, frame.width < 12), least);
 
   FrameOptions& options = frame.options;
-  options.pattern = static_cast<MosaicPattern>(random.Below(4));
+  options.pattern = static_cast<MosaicPattern>(FirstPattern(source) + random.Below(4));
   options.demosaic = static_cast<Demosaic>(random.Below(2));
   options.matrix = static_cast<ColourMatrix>(random.Below(3));
   options.flipVertical = random.Below(3) == 0;

@@ -77,7 +77,7 @@ const std::vector<Nonsense> cNonsense{
     {"GammaOfZero", cRight + "--gamma 0", 2, {"--gamma"}},
     {"GainOfTwo", cRight + "--gain 1,2", 2, {"1,2", "RED,GREEN,BLUE"}},
     {"RegionOutside", cRight + "--region 60,0,5,5", 2, {"region", "64x48"}},
-    {"UnknownPattern", cRight + "--pattern RGBG", 2, {"RGBG", "RGGB"}},
+    {"UnknownPattern", cRight + "--pattern RGBB", 2, {"RGBB", "RGGB"}},
     {"UnknownMatrix", cRight + "--matrix 2020", 2, {"2020", "709"}},
     {"PatternAgainstCode", "convert in.raw out.png -f BayerRG8 -p BGGR -s 64x48", 2, {"BayerRG8", "pattern"}},
     {"UnknownDemosaic", cRight + "--demosaic magic", 2, {"magic", "interpolate"}},

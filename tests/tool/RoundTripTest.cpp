@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "Chart.h"
-#include "SourceLayout.h"
 #include "ToolRunner.h"
 #include "support/Thinning.h"
 
@@ -28,11 +27,14 @@ bool IsAny(const FormatInfo&) {
   return true;
 }
 bool IsMosaic(const FormatInfo& format) {
-  return format.family == FormatFamily::Bayer;
+  return format.family == FormatFamily::Bayer || format.family == FormatFamily::Scf1 ||
+         format.family == FormatFamily::BiColor;
 }
 
 std::vector<std::string> AllMeaningsOf(const FormatInfo& format) {
-  if (IsMosaic(format)) return {" -p GRBG", " -p GBRG", " -p RGGB", " -p BGGR"};
+  if (format.family == FormatFamily::Bayer) return {" -p GRBG", " -p GBRG", " -p RGGB", " -p BGGR"};
+  if (format.family == FormatFamily::BiColor) return {" -p RGBG", " -p BGRG", " -p GRGB", " -p GBGR"};
+  if (format.family == FormatFamily::Scf1) return {" -p WGWR", " -p WBWG", " -p WRWG", " -p WGWB"};
   if (format.family == FormatFamily::YCbCr) return {" -m 601", " -m 709", " -m jpeg"};
   return {""};
 }
@@ -101,6 +103,8 @@ class RoundTripTest : public ToolTest, public testing::WithParamInterface<const 
         return 86;
       case 4:
         return 24;
+      case 5:
+        return 5;
       default:
         return Format().family == FormatFamily::YCbCr ? 4 : 1;
     }

@@ -95,10 +95,12 @@ zr::Region ReadRegion(const std::string& text) {
 }
 
 zr::MosaicPattern ReadPattern(const std::string& text) {
-  using enum zr::MosaicPattern;
-  return Choose("pattern", text,
-                std::to_array<std::pair<std::string_view, zr::MosaicPattern>>(
-                    {{"GRBG", GRBG}, {"GBRG", GBRG}, {"RGGB", RGGB}, {"BGGR", BGGR}}));
+  std::array<std::pair<std::string_view, zr::MosaicPattern>, 12> patterns;
+  for (std::size_t i = 0; i < patterns.size(); ++i) {
+    const auto pattern = static_cast<zr::MosaicPattern>(i);
+    patterns[i] = {zr::PatternName(pattern), pattern};
+  }
+  return Choose("pattern", text, patterns);
 }
 
 zr::ColourMatrix ReadMatrix(const std::string& text) {

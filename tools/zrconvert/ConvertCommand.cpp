@@ -101,11 +101,10 @@ void Tell(const ConvertOptions& options, const Remainder& remainder) {
 
 // A mosaic keeps its sites when it is flipped or cut, so its first site may be another.
 void TellPattern(const ConvertOptions& options, const Plan& plan, const BandConverter& converter) {
-  static constexpr const char* cNames[] = {"GRBG", "GBRG", "RGGB", "BGGR"};
   if (plan.target->family != zr::FormatFamily::Bayer) return;
   const zr::MosaicPattern pattern = converter.PicturePattern();
   if (pattern == plan.job.options.pattern) return;
-  Note(options, std::string("the pattern of the mosaic is now ") + cNames[static_cast<unsigned>(pattern)]);
+  Note(options, "the pattern of the mosaic is now " + std::string(zr::PatternName(pattern)));
 }
 
 // The loop over the frames.

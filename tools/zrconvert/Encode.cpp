@@ -4,11 +4,16 @@
 #include <cmath>
 #include <string_view>
 
+#include "SourceLayout.h"
+
 namespace zrconvert {
 namespace {
 
 using ZrConvertersLib::ColourMatrix;
+using ZrConvertersLib::FormatFamily;
+using ZrConvertersLib::FormatInfo;
 using ZrConvertersLib::MosaicPattern;
+using ZrConvertersLib::Packing;
 using Bytes = std::vector<std::uint8_t>;
 
 // A sample and the number of bits that it takes in its stream.
@@ -98,107 +103,109 @@ Colour Mean(const std::vector<Colour>& colours) {
   return {sum.red / count, sum.green / count, sum.blue / count};
 }
 
-// The one place that says what each component of a layout holds.
+// The one place that says what each component of a format holds.
 class Sampler {
  public:
-  Sampler(const SourceLayout& layout, unsigned depth, const EncodeOptions& options)
-      : mLayout(layout), mDepth(depth), mOptions(options), mFacts(FactsOf(options.matrix)) {}
+  Sampler(const FormatInfo& format, const EncodeOptions& options)
+      : mFormat(format), mOptions(options), mFacts(FactsOf(options.matrix)) {}
 
-  Sample Take(const Slot& slot, const std::vector<Colour>& group, unsigned x, unsigned y) const {
-    const bool shared = slot.pixel == Slot::cWholeGroup;
+  // The sample of that index among those of the group, whose first pixel lies at x, y.
+  Sample Take(const Slot& slot, unsigned index, const std::vector<Colour>& group, unsigned x,
+              unsigned y) const {
+    const bool shared = slot.pixel == Slot::cAllPixels;
     const Colour colour = shared ? Mean(group) : group[slot.pixel];
     switch (slot.component) {
       case Component::Grey:
         return Grey(colour);
       case Component::Site:
-        return FromUnit(SiteOf(colour, mOptions.pattern, x, y), mDepth);
+        return FromUnit(SiteOf(colour, mFormat.family, mOptions.pattern, x, y, index), mFormat.depth);
       case Component::Red:
-        return FromUnit(colour.red, OtherDepth());
+        return FromUnit(colour.red, mFormat.depth);
       case Component::Green:
-        return FromUnit(colour.green, GreenDepth());
+        return FromUnit(colour.green, Is565() ? 6 : mFormat.depth);
       case Component::Blue:
-        return FromUnit(colour.blue, OtherDepth());
+        return FromUnit(colour.blue, mFormat.depth);
       case Component::Alpha:
-        return FromUnit(1, mDepth);
+        return FromUnit(1, mFormat.depth);
       case Component::Luma:
-        return FromByteScale(ToYCbCr(colour, mFacts).y, mDepth);
+        return FromByteScale(ToYCbCr(colour, mFacts).y, mFormat.depth);
       case Component::BlueDifference:
-        return FromByteScale(ToYCbCr(colour, mFacts).cb, mDepth);
+        return FromByteScale(ToYCbCr(colour, mFacts).cb, mFormat.depth);
       case Component::RedDifference:
-        return FromByteScale(ToYCbCr(colour, mFacts).cr, mDepth);
+        return FromByteScale(ToYCbCr(colour, mFacts).cr, mFormat.depth);
     }
     return {};
   }
 
  private:
-  // Mono8s counts from -128 for black in two's complement: the top bit is inverted.
+  bool Is565() const { return mFormat.packing == Packing::Word && mFormat.sampleBits == 16; }
+
+  // Signed samples count from their least value for black in two's complement: the top bit is inverted.
   Sample Grey(const Colour& colour) const {
-    Sample sample = FromUnit(Luma(colour), mDepth);
-    if (mLayout.name == "Mono8s") sample.value ^= 0x80U;
+    Sample sample = FromUnit(Luma(colour), mFormat.depth);
+    if (mFormat.isSigned) sample.value ^= 1U << (mFormat.depth - 1);
     return sample;
   }
 
-  unsigned GreenDepth() const { return mLayout.packing == Packing::Pixel565 ? 6 : mDepth; }
-  unsigned OtherDepth() const { return mLayout.packing == Packing::Pixel565 ? 5 : mDepth; }
-
-  const SourceLayout& mLayout;
-  unsigned mDepth;
+  const FormatInfo& mFormat;
   const EncodeOptions& mOptions;
   MatrixFacts mFacts;
 };
 
-// Two samples in three bytes; the first one's low bits are in the high nibble of the middle byte.
-void PutPairs(const std::vector<Sample>& samples, unsigned depth, BitWriter& writer) {
-  const unsigned low = depth - 8;
-  const std::uint32_t mask = (1U << low) - 1;
+// Two samples in three bytes, their low bits in the middle byte from the given bits on.
+void PutPairs(const std::vector<Sample>& samples, unsigned firstLow, unsigned secondLow, BitWriter& writer) {
   for (std::size_t i = 0; i < samples.size(); i += 2) {
     const bool whole = i + 1 < samples.size();
+    const unsigned low = samples[i].depth - 8;
+    const std::uint32_t mask = (1U << low) - 1;
     const std::uint32_t first = samples[i].value;
     const std::uint32_t second = whole ? samples[i + 1].value : 0;
     writer.Put(first >> low, 8);
-    writer.Put((first & mask) << 4 | (second & mask), 8);
+    writer.Put((first & mask) << firstLow | (second & mask) << secondLow, 8);
     if (whole) writer.Put(second >> low, 8);
   }
 }
 
-void PutPixels32(const std::vector<Sample>& samples, BitWriter& writer) {
+// A pixel in one word, the first sample in its lowest bits; of 16 bits in its highest.
+void PutWords(const std::vector<Sample>& samples, unsigned bits, BitWriter& writer) {
   for (std::size_t i = 0; i + 3 <= samples.size(); i += 3) {
-    for (std::size_t k = 0; k < 3; ++k) writer.Put(samples[i + k].value, samples[i + k].depth);
-    writer.Put(0, 2);
+    const Sample& first = samples[bits == 16 ? i + 2 : i];
+    const Sample& last = samples[bits == 16 ? i : i + 2];
+    for (const Sample* sample : {&first, &samples[i + 1], &last}) writer.Put(sample->value, sample->depth);
+    writer.Put(0, bits == 32 ? 2 : 0);
   }
 }
 
-// Bits that each sample takes; 0 stands for the sample's own depth.
-unsigned ContainerBits(Packing packing, unsigned depth) {
-  switch (packing) {
-    case Packing::Bytes:
-      return 8;
-    case Packing::Words:
-      return 16;
-    case Packing::DoubleWords:
-      return 32;
-    case Packing::Planes:
-      return depth > 8 ? 16 : 8;
-    default:
-      return 0;
+// A pixel in four bytes: the low two bits of all samples, then the upper eight of each.
+void PutLowBitsFirst(const std::vector<Sample>& samples, BitWriter& writer) {
+  for (std::size_t i = 0; i + 3 <= samples.size(); i += 3) {
+    for (std::size_t k = 0; k < 3; ++k) writer.Put(samples[i + k].value & 3U, 2);
+    writer.Put(0, 2);
+    for (std::size_t k = 0; k < 3; ++k) writer.Put(samples[i + k].value >> 2, 8);
   }
 }
 
 void PutStream(const std::vector<Sample>& samples, unsigned container, BitWriter& writer) {
-  for (const Sample& sample : samples) writer.Put(sample.value, container ? container : sample.depth);
+  for (const Sample& sample : samples) writer.Put(sample.value, container);
 }
 
-void PutLine(const std::vector<Sample>& samples, Packing packing, unsigned depth, Bytes& bytes) {
+void PutLine(const std::vector<Sample>& samples, const FormatInfo& format, Bytes& bytes) {
   BitWriter writer(bytes);
-  switch (packing) {
-    case Packing::Pairs:
-      PutPairs(samples, depth, writer);
+  switch (format.packing) {
+    case Packing::Pair:
+      PutPairs(samples, 4, 0, writer);
       break;
-    case Packing::Pixel32:
-      PutPixels32(samples, writer);
+    case Packing::Word:
+      PutWords(samples, format.sampleBits, writer);
+      break;
+    case Packing::V1Packed:
+      if (format.sampleBits == 32)
+        PutLowBitsFirst(samples, writer);
+      else
+        PutPairs(samples, 0, 4, writer);
       break;
     default:
-      PutStream(samples, ContainerBits(packing, depth), writer);
+      PutStream(samples, format.sampleBits, writer);
   }
   writer.Align();
 }
@@ -211,45 +218,66 @@ std::vector<Sample> SamplesOfLine(const Chart& chart, const Slots& slots, unsign
   std::vector<Colour> group(pixels);
   for (unsigned x = 0; x + pixels <= chart.Width(); x += pixels) {
     for (unsigned i = 0; i < pixels; ++i) group[i] = chart.At(x + i, y);
-    for (const Slot& slot : slots) samples.push_back(sampler.Take(slot, group, x, y));
+    for (unsigned i = 0; i < slots.size(); ++i) samples.push_back(sampler.Take(slots[i], i, group, x, y));
   }
   return samples;
 }
 
 // All lines of the frame, or of one plane of it.
-void PutImage(const Chart& chart, const SourceLayout& layout, const Slots& slots, unsigned depth,
-              const EncodeOptions& options, Bytes& bytes) {
-  const Sampler sampler(layout, depth, options);
-  const unsigned pixels = PixelsPerGroup(layout);
+void PutImage(const Chart& chart, const FormatInfo& format, const Slots& slots, const EncodeOptions& options,
+              Bytes& bytes) {
+  const Sampler sampler(format, options);
   for (unsigned y = 0; y < chart.Height(); ++y) {
-    PutLine(SamplesOfLine(chart, slots, pixels, sampler, y), layout.packing, depth, bytes);
+    PutLine(SamplesOfLine(chart, slots, format.widthMultiple, sampler, y), format, bytes);
     bytes.insert(bytes.end(), options.linePadding, 0);
   }
 }
 
+// A family's pattern is the given one, or the family's first.
+std::string_view NameOf(MosaicPattern pattern, MosaicPattern first) {
+  const unsigned place = static_cast<unsigned>(pattern) - static_cast<unsigned>(first);
+  return ZrConvertersLib::PatternName(place < 4 ? pattern : first);
+}
+
+// Which of "RGBW" a sample sees.
+char FilterOf(FormatFamily family, MosaicPattern pattern, unsigned x, unsigned y, unsigned sample) {
+  if (family == FormatFamily::BiColor) return NameOf(pattern, MosaicPattern::RGBG)[x % 2 * 2 + sample];
+  if (family == FormatFamily::Bayer) return NameOf(pattern, MosaicPattern::GRBG)[y % 2 * 2 + x % 2];
+  if ((x + y) % 2 == 0) return 'W';
+  // The name has the two colours of the first row of cells; red and blue lie across from one another.
+  const std::string_view name = NameOf(pattern, MosaicPattern::WGWR);
+  const char first = name[1];
+  const char second = name[3];
+  const auto across = [](char colour) { return colour == 'G' ? 'G' : colour == 'R' ? 'B' : 'R'; };
+  const char cells[] = {first, second, across(second), across(first)};
+  return cells[y / 2 % 2 * 2 + x / 2 % 2];
+}
+
 }  // namespace
 
-double SiteOf(const Colour& colour, MosaicPattern pattern, unsigned x, unsigned y) {
-  static constexpr std::string_view cTiles[] = {"GRBG", "GBRG", "RGGB", "BGGR"};
-  switch (cTiles[static_cast<unsigned>(pattern)][y % 2 * 2 + x % 2]) {
+double SiteOf(const Colour& colour, FormatFamily family, MosaicPattern pattern, unsigned x, unsigned y,
+              unsigned sample) {
+  switch (FilterOf(family, pattern, x, y, sample)) {
     case 'R':
       return colour.red;
     case 'B':
       return colour.blue;
+    case 'W':
+      return (colour.red + colour.green + colour.blue) / 3;
     default:
       return colour.green;
   }
 }
 
-std::vector<std::uint8_t> EncodeFrame(const Chart& chart, const SourceLayout& layout, unsigned depth,
+std::vector<std::uint8_t> EncodeFrame(const Chart& chart, const FormatInfo& format,
                                       const EncodeOptions& options) {
   Bytes bytes;
-  const Slots slots = GroupOf(layout);
-  if (layout.packing != Packing::Planes) {
-    PutImage(chart, layout, slots, depth, options, bytes);
+  const Slots slots = SlotsOf(format);
+  if (format.packing != Packing::Planar) {
+    PutImage(chart, format, slots, options, bytes);
     return bytes;
   }
-  for (const Slot& slot : slots) PutImage(chart, layout, {slot}, depth, options, bytes);
+  for (const Slot& slot : slots) PutImage(chart, format, {slot}, options, bytes);
   return bytes;
 }
 

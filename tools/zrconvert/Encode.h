@@ -1,13 +1,13 @@
 // Writes the chart as the bytes that a camera would send.
 #pragma once
 
+#include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FrameConverter.h>
 
 #include <cstdint>
 #include <vector>
 
 #include "Chart.h"
-#include "SourceLayout.h"
 
 namespace zrconvert {
 
@@ -17,11 +17,12 @@ struct EncodeOptions {
   std::size_t linePadding = 0;  // bytes of zeros after every line
 };
 
-// One frame in samples of `depth` bits; the chart's width must be a whole number of the layout's groups.
-std::vector<std::uint8_t> EncodeFrame(const Chart& chart, const SourceLayout& layout, unsigned depth,
+// One frame; the chart's width must be a multiple of format.widthMultiple.
+std::vector<std::uint8_t> EncodeFrame(const Chart& chart, const ZrConvertersLib::FormatInfo& format,
                                       const EncodeOptions& options);
 
-// The part of a colour that a site of a mosaic sees.
-double SiteOf(const Colour& colour, ZrConvertersLib::MosaicPattern pattern, unsigned x, unsigned y);
+// The part of a colour that a sample of a mosaic sees; BiColor has samples 0 and 1 in each pixel.
+double SiteOf(const Colour& colour, ZrConvertersLib::FormatFamily family,
+              ZrConvertersLib::MosaicPattern pattern, unsigned x, unsigned y, unsigned sample = 0);
 
 }  // namespace zrconvert

@@ -44,10 +44,11 @@ zr::FrameOptions ColourOptions(const Format& format, const std::optional<zr::Mos
                                const std::optional<zr::ColourMatrix>& matrix) {
   zr::FrameOptions options;
   options.SetFlags(format.flags);
-  if (format.info->family == zr::FormatFamily::Bayer)
+  const zr::FormatFamily family = format.info->family;
+  if (family == zr::FormatFamily::Bayer || family == zr::FormatFamily::BiColor ||
+      family == zr::FormatFamily::Scf1)
     RefuseContradiction(format, pattern, options.pattern, "pattern");
-  if (format.info->family == zr::FormatFamily::YCbCr)
-    RefuseContradiction(format, matrix, options.matrix, "matrix");
+  if (family == zr::FormatFamily::YCbCr) RefuseContradiction(format, matrix, options.matrix, "matrix");
   options.pattern = pattern.value_or(options.pattern);
   options.matrix = matrix.value_or(options.matrix);
   return options;

@@ -49,8 +49,10 @@ std::size_t ReadPadding(const std::string& text) {
 
 template <typename Options>
 void AddColour(CLI::App& app, Options& options) {
-  AddWord(app, "-p,--pattern", "PATTERN", options.pattern, ReadPattern,
-          "Colours of a mosaic's first 2x2 sites: GRBG, GBRG, RGGB or BGGR (GRBG unless the format says)");
+  AddWord(
+      app, "-p,--pattern", "PATTERN", options.pattern, ReadPattern,
+      "How a mosaic begins: GRBG, GBRG, RGGB, BGGR; BiColor RGBG ...; SCF1 WGWR ... (the first unless the "
+      "format says)");
   AddWord(app, "-m,--matrix", "MATRIX", options.matrix, ReadMatrix,
           "Matrix of YCbCr: 601, 709 (both video range) or jpeg (full range) (601 unless the format says)");
 }
@@ -112,7 +114,7 @@ void AddConvert(CLI::App& app, ConvertOptions& options, const Actions& actions) 
           "bmp, png, pgm, ppm or raw, whatever the ending of OUT says");
   AddColour(*command, options);
   AddWord(*command, "-d,--demosaic", "METHOD", options.demosaic, ReadDemosaic,
-          "fast (one colour for each 2x2 sites) or interpolate (bilinear)");
+          "fast (one colour for each tile of the mosaic) or interpolate");
   AddGeometry(*command, options);
   AddTones(*command, options);
   AddSequence(*command, options);

@@ -1,31 +1,42 @@
 #include "Picture.h"
 
+#include <ZrConvertersLib/Format.h>
+
 #include <algorithm>
-#include <array>
 
 namespace zrconvert {
 namespace {
 
 using enum Storage;
+namespace zr = ZrConvertersLib;
 
-constexpr std::array cLayouts{
-    PictureLayout{"Mono8", 1, 8, Bytes, false, false},
-    PictureLayout{"Mono10", 1, 10, Words, false, false},
-    PictureLayout{"Mono12", 1, 12, Words, false, false},
-    PictureLayout{"Mono14", 1, 14, Words, false, false},
-    PictureLayout{"Mono16", 1, 16, Words, false, false},
-    PictureLayout{"RGB8", 3, 8, Bytes, false, false},
-    PictureLayout{"BGR8", 3, 8, Bytes, true, false},
-    PictureLayout{"RGBa8", 4, 8, Bytes, false, false},
-    PictureLayout{"BGRa8", 4, 8, Bytes, true, false},
-    PictureLayout{"RGB16", 3, 16, Words, false, false},
-    PictureLayout{"BGR16", 3, 16, Words, true, false},
-    PictureLayout{"RGB565p", 3, 8, Packed565, false, false},
-    PictureLayout{"RGB8_Planar", 3, 8, Bytes, false, true},
-    PictureLayout{"RGB10_Planar", 3, 10, Words, false, true},
-    PictureLayout{"RGB12_Planar", 3, 12, Words, false, true},
-    PictureLayout{"RGB16_Planar", 3, 16, Words, false, true},
-};
+unsigned ChannelsOf(zr::ChannelOrder order) {
+  if (order == zr::ChannelOrder::Mono) return 1;
+  return order == zr::ChannelOrder::RgbA || order == zr::ChannelOrder::BgrA ? 4 : 3;
+}
+
+PictureLayout LayoutOf(const zr::FormatInfo& format) {
+  const bool blueFirst = format.order == zr::ChannelOrder::Bgr || format.order == zr::ChannelOrder::BgrA;
+  const bool packed = format.packing == zr::Packing::Word;
+  return {.name = format.name,
+          .channels = ChannelsOf(format.order),
+          .depth = packed ? 8 : format.depth,
+          .storage = packed                   ? Packed565
+                     : format.sampleBits == 8 ? Bytes
+                                              : Words,
+          .blueFirst = blueFirst,
+          .planar = format.packing == zr::Packing::Planar};
+}
+
+// Mosaics and YCbCr, which some packed sources are unpacked to, are no pictures that a file can show.
+std::vector<PictureLayout> AllLayouts() {
+  std::vector<PictureLayout> layouts;
+  for (const zr::FormatInfo& format : zr::Formats()) {
+    const bool shows = format.family == zr::FormatFamily::Mono || format.family == zr::FormatFamily::Rgb;
+    if (format.isDestination && shows) layouts.push_back(LayoutOf(format));
+  }
+  return layouts;
+}
 
 std::uint16_t WordAt(std::span<const std::uint8_t> bytes, std::size_t index) {
   return static_cast<std::uint16_t>(bytes[2 * index] | bytes[2 * index + 1] << 8);
@@ -63,8 +74,9 @@ void ReadPixel(const Picture& picture, unsigned line, unsigned x, std::uint16_t*
 }  // namespace
 
 const PictureLayout* FindPictureLayout(std::string_view name) {
-  const auto found = std::ranges::find(cLayouts, name, &PictureLayout::name);
-  return found == cLayouts.end() ? nullptr : &*found;
+  static const std::vector<PictureLayout> layouts = AllLayouts();
+  const auto found = std::ranges::find(layouts, name, &PictureLayout::name);
+  return found == layouts.end() ? nullptr : &*found;
 }
 
 std::vector<std::uint16_t> ReadRow(const Picture& picture, unsigned line) {

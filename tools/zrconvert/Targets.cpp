@@ -4,7 +4,6 @@
 
 #include "Error.h"
 #include "Names.h"
-#include "Tone.h"
 
 namespace zrconvert {
 namespace {
@@ -72,7 +71,7 @@ void RequireFit(Container container, const zr::FormatInfo& destination) {
 }
 
 void RequireTone(const ConvertOptions& options, const zr::FormatInfo& destination) {
-  if (!options.tone || TakesTone(destination)) return;
+  if (!options.tone || destination.takesFilter) return;
   throw UsageError("gain, offset, gamma, white balance and black level act on 8-bit colour only, not on " +
                    std::string(destination.name));
 }

@@ -22,7 +22,7 @@ _zrconvert() {
     -f | --format | -t | --to) _zrconvert_words "$("${COMP_WORDS[0]}" formats --names 2>/dev/null)" ;;
     -s | --size) _zrconvert_words '640x480 1280x720 1280x1024 1920x1080 2048x1536 2448x2048 3840x2160 4096x3000' ;;
     -c | --container) _zrconvert_words 'bmp png pgm ppm raw' ;;
-    -p | --pattern) _zrconvert_words 'GRBG GBRG RGGB BGGR' ;;
+    -p | --pattern) _zrconvert_words 'GRBG GBRG RGGB BGGR RGBG BGRG GRGB GBGR WGWR WBWG WRWG WGWB' ;;
     -m | --matrix) _zrconvert_words '601 709 jpeg' ;;
     -d | --demosaic) _zrconvert_words 'fast interpolate' ;;
     -r | --region | --src-padding | --padding | --black | --white-balance | --gain | --gamma | --offset | --skip | \
