@@ -39,4 +39,7 @@ using RGBa16To = InterleavedTo<Out, simd::SourceReader::RGBa16>;
 template <class Out>
 using BGRa16To = InterleavedTo<Out, simd::SourceReader::BGRa16>;
 
+template <class Out>
+using RGB10p32To = InterleavedTo<Out, simd::SourceReader::RGB10p32>;
+
 }  // namespace ZrConvertersLib

@@ -77,6 +77,49 @@ struct WordsReader {
   std::uint32_t mShift;
 };
 
+/// One 32-bit little-endian word a pixel, whose fields a layout knows.
+template <class Layout>
+struct PixelWordReader {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 4, kOverread = 0;
+
+  explicit ZR_INLINE PixelWordReader(const KernelArgs&) {}
+
+  template <class Channel>
+  ZR_INLINE Colour<Channel> Read(const std::uint8_t* p) const {
+    if constexpr (sizeof(Channel) == sizeof(U8)) {
+      const Vectors<3> x = Deinterleave4<1>(
+          ForEach<4>([&](auto i) ZR_ALWAYS { return As<U8>(Layout::UpperBits(Pixels(p, i))); }));
+      return {x.v[0], x.v[1], x.v[2]};
+    } else {
+      return {Join(p, Layout::Red), Join(p, Layout::Green), Join(p, Layout::Blue)};
+    }
+  }
+
+ private:
+  static ZR_INLINE U32 Pixels(const std::uint8_t* p, int quarter) {
+    return As<U32>(Load(p + quarter * kWidth));
+  }
+
+  /// The upper halves of the words that `channel` makes.
+  template <class F>
+  static ZR_INLINE Words Join(const std::uint8_t* p, F channel) {
+    return {NarrowHigh(channel(Pixels(p, 0)), channel(Pixels(p, 1))),
+            NarrowHigh(channel(Pixels(p, 2)), channel(Pixels(p, 3)))};
+  }
+};
+
+/// Red in bits 9..0, green in 19..10, blue in 29..20; bits 31..30 are unused.
+struct RGB10p32Layout {
+  static ZR_INLINE U32 Red(U32 x) { return (x << 22) & Splat32(0xFFC00000); }
+  static ZR_INLINE U32 Green(U32 x) { return (x << 12) & Splat32(0xFFC00000); }
+  static ZR_INLINE U32 Blue(U32 x) { return (x << 2) & Splat32(0xFFC00000); }
+
+  /// The upper 8 bits of red, green and blue in bytes 0, 1 and 2.
+  static ZR_INLINE U32 UpperBits(U32 x) {
+    return ((x >> 2) & Splat32(0xFF)) | ((x >> 4) & Splat32(0xFF00)) | ((x >> 6) & Splat32(0xFF0000));
+  }
+};
+
 constexpr KernelRow kRows[] = {
     Row<SourceReader::RGB8, Lines<BytesReader<3, false>>>(),
     Row<SourceReader::BGR8, Lines<BytesReader<3, true>>>(),
@@ -86,6 +129,7 @@ constexpr KernelRow kRows[] = {
     Row<SourceReader::BGR16, Lines<WordsReader<3, true>>>(),
     Row<SourceReader::RGBa16, Lines<WordsReader<4, false>>>(),
     Row<SourceReader::BGRa16, Lines<WordsReader<4, true>>>(),
+    Row<SourceReader::RGB10p32, Lines<PixelWordReader<RGB10p32Layout>>>(),
 };
 
 }  // namespace

@@ -48,6 +48,7 @@
   row(BGR16,                1, 6, kOneLine)                                \
   row(RGBa16,               1, 8, kOneLine)                                \
   row(BGRa16,               1, 8, kOneLine)                                \
+  row(RGB10p32, 1, 4, kOneLine) \
   row(YCbCr,                1, 3, kOneLine)                                \
   row(CbYCr,                1, 3, kOneLine)                                \
   row(YCbYCr8,              2, 4, kOneLine)                                \
