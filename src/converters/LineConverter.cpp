@@ -1,6 +1,7 @@
 #include "converters/LineConverter.h"
 
 #include "converters/TwoPassLines.h"
+#include "core/PointerOffset.h"
 
 namespace ZrConvertersLib {
 
@@ -15,15 +16,29 @@ bool LinesJoin(const Plan& plan, const LineDriver& driver, const LineBlock& bloc
          plan.PlanesApart(block.pixels * block.lines);
 }
 
+/// A block of lines of one source image: of its one plane, or of all three.
+LineBlock BlockOf(const PixelConverterContext& context, const SourceLines& lines, std::size_t pixels) {
+  const std::ptrdiff_t plane = static_cast<std::int32_t>(context.mSourceStride * context.mSourceHeight);
+  return {{lines.first, OffsetBy(lines.first, plane), OffsetBy(lines.first, 2 * plane)},
+          {context.mDestination},
+          pixels,
+          1,
+          lines.step};
+}
+
 LineBlock AllLines(const LineDriver& driver, const SourceLines& lines, std::size_t pixels) {
-  const LineDriver::Steps steps = driver.BlockSteps();
-  return {{lines.first},    {driver.Context().mDestination}, pixels, driver.Height(), lines.step,
-          steps.destination};
+  LineBlock all = BlockOf(driver.Context(), lines, pixels);
+  all.lines = driver.Height();
+  all.destinationStep = driver.BlockSteps().destination;
+  return all;
 }
 
 /// The same pixels as a single line.
 LineBlock Joined(const LineBlock& block) {
-  return {{block.source[0]}, {block.destination[0]}, block.pixels * block.lines};
+  LineBlock joined = block;
+  joined.pixels = block.pixels * block.lines;
+  joined.lines = 1;
+  return joined;
 }
 
 template <class Plan>
@@ -35,7 +50,7 @@ void RunLines(const Plan& plan, const LineDriver& driver, const SourceLines& lin
 
 template <class Plan>
 void RunOneLine(const Plan& plan, const PixelConverterContext& context, std::size_t pixels) {
-  plan.Run({{context.mSource}, {context.mDestination}, pixels});
+  plan.Run(BlockOf(context, {context.mSource, 0}, pixels));
 }
 
 }  // namespace

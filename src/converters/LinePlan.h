@@ -23,6 +23,7 @@ class LinePlan {
   bool PlanesApart(std::size_t pixels) const { return mKernel.PlanesApart(pixels); }
 
  private:
+  void RunWithPartOfGroup(const LineBlock& block) const;
   void RunWhole(const LineBlock& block) const;
 
   PreparedKernel mKernel;

@@ -18,7 +18,7 @@ inline constexpr std::size_t kLargestBlock = 64;
 struct LineBlock {
   const std::uint8_t* source[6];
   std::uint8_t* destination[2];
-  std::size_t pixels;  ///< a whole number of groups
+  std::size_t pixels;
   std::size_t lines = 1;
   std::ptrdiff_t sourceStep = 0, destinationStep = 0;
 
@@ -41,6 +41,9 @@ struct PreparedKernel {
   std::size_t SourceBytes(std::size_t pixels) const {
     return (pixels >> std::countr_zero(reader.group.pixels)) * reader.group.bytes;
   }
+  /// Pixels beyond the last whole group.
+  std::size_t PartOfGroup(std::size_t pixels) const { return pixels & (reader.group.pixels - 1U); }
+
   std::size_t DestinationBytes(std::size_t pixels) const { return pixels * pixelBytes; }
 
   /// Whether planes of so many pixels lie beside one another. Where they overlap, lines are to be stored in
@@ -54,7 +57,8 @@ struct PreparedKernel {
   }
 };
 
-/// Converts one line, or pair of lines, shorter than a block, or with planes that overlap.
+/// Converts one line, or pair of lines, shorter than a block, or with planes that overlap. Reads just the
+/// bytes that hold the pixels, also of a last group that is not whole.
 void RunShortLine(const PreparedKernel& kernel, const LineBlock& line);
 
 /// Converts one line, or pair of lines, past the caches.

@@ -10,6 +10,10 @@ namespace {
 /// Source bytes of a pixel at most, and bytes beyond the line that a reader may touch.
 constexpr std::size_t kLargestPixel = 8, kSlack = 64;
 
+std::size_t BytesOf(const simd::ReaderGroup& group, std::size_t pixels) {
+  return (pixels * group.bytes + group.pixels - 1) / group.pixels;
+}
+
 /// Pixel by pixel where planes overlap, so that they come out as if each pixel had been stored in turn.
 void CopyOut(const PreparedKernel& kernel, const std::uint8_t* from, std::ptrdiff_t fromPlane,
              std::uint8_t* destination, std::size_t pixels) {
@@ -35,12 +39,13 @@ void RunShortLine(const PreparedKernel& kernel, const LineBlock& line) {
   for (std::size_t i = 0; i < lines.sources; ++i) {
     std::memset(sources[i], 0, kSource);
     std::memcpy(sources[i] + kSlack - lines.margin, line.source[i] - lines.margin,
-                kernel.SourceBytes(line.pixels) + 2 * lines.margin);
+                BytesOf(kernel.reader.group, line.pixels) + 2 * lines.margin);
     args.source[i] = sources[i] + kSlack;
   }
   for (std::size_t i = 0; i < lines.destinations; ++i) args.destination[i] = made[i];
   args.planeDistance = kPlane;
-  args.width = std::max(kernel.block, line.pixels);
+  const std::size_t group = kernel.reader.group.pixels;
+  args.width = std::max(kernel.block, (line.pixels + group - 1) / group * group);
   kernel.function(args);
   for (std::size_t i = 0; i < lines.destinations; ++i) {
     const std::size_t upperFirst = args.redBelow ? 1 - i : i;  // as kernels store them

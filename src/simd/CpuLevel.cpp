@@ -15,19 +15,21 @@
 namespace ZrConvertersLib::simd {
 
 /// Declares what the kernel files export at one level.
-#define ZR_DECLARE_LEVEL(level)                    \
-  extern const FamilyKernels kMonoKernels##level;  \
-  extern const FamilyKernels kBayerKernels##level; \
-  extern const FamilyKernels kRGBKernels##level;   \
-  extern const FamilyKernels kYCbCrKernels##level; \
-  extern const StreamFunction kStream##level;      \
+#define ZR_DECLARE_LEVEL(level)                      \
+  extern const FamilyKernels kMonoKernels##level;    \
+  extern const FamilyKernels kBayerKernels##level;   \
+  extern const FamilyKernels kRGBKernels##level;     \
+  extern const FamilyKernels kYCbCrKernels##level;   \
+  extern const FamilyKernels kBiColorKernels##level; \
+  extern const StreamFunction kStream##level;        \
   extern const MirrorFunction kMirror##level;
 
-#define ZR_LEVEL_ROW(level, name, runs, block)                                                     \
-  Level {                                                                                          \
-    name, runs, block,                                                                             \
-        {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level}, \
-        &kStream##level, &kMirror##level                                                           \
+#define ZR_LEVEL_ROW(level, name, runs, block)                                                    \
+  Level {                                                                                         \
+    name, runs, block,                                                                            \
+        {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level, \
+         &kBiColorKernels##level},                                                                \
+        &kStream##level, &kMirror##level                                                          \
   }
 
 namespace {

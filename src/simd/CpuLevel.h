@@ -11,7 +11,7 @@ struct Level {
   const char* name;
   bool (*runs)();           ///< whether this machine can run it
   std::size_t blockPixels;  ///< fewest pixels a kernel call may have
-  const FamilyKernels* families[4];
+  const FamilyKernels* families[5];
   const StreamFunction* stream;
   const MirrorFunction* mirror;
 

@@ -39,7 +39,8 @@ struct KernelArgs {
       prefetch;          ///< distance from the bytes being read to those asked of memory; 0 in small frames
   std::uint32_t shift;   ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
   std::uint8_t flip;     ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
-  bool redAtEvenColumn;  ///< mosaics: column parity of red in the line that has red
+  bool redAtEvenColumn;  ///< mosaics and two-colour lines: red stands in even columns (of its line)
+  bool greenFirst;       ///< two-colour lines: green is the first of a pixel's two samples
   bool redBelow;         ///< mosaics: the line with red is the lower one of the pair
   const YCbCrMatrix* matrix;      ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue

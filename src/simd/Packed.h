@@ -88,6 +88,31 @@ struct FormPairPacked {
   }
 };
 
+/// Samples whose upper eight bits have a byte of their own and whose low bits share another one, which is
+/// moved up by `factors` to where they belong. The bytes of a sample are put together as words, shared byte
+/// low.
+template <int pixels, int bytes, class Bytes, unsigned mask, unsigned... factors>
+struct SharedLowBits {
+  static constexpr int kPixels = pixels, kBytes = bytes;
+  using Map = Bytes;
+  std::uint32_t shift;
+
+  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
+    const U16 x = As<U16>(Spread<Map>::Read(p));
+    return (x & Splat16(0xFF00)) | ((x * EveryFour<factors...>()) & Splat16(mask));
+  }
+};
+
+/// Twice two samples in three bytes, the shared one in the middle.
+struct PairBytes {
+  static constexpr int kBytes = 6, kResult = 8;
+  static constexpr int At(int j) { return j / 4 * 3 + (j % 2 == 0 ? 1 : j % 4 - 1); }
+};
+
+/// GigE Vision, 12 bits: the low bits of the first sample in bits 3..0 of the middle byte, of the second in
+/// 7..4.
+using Form12Gige = SharedLowBits<2, 3, PairBytes, 0xF0, 16, 1, 16, 1>;
+
 /// A vector's worth of samples, as words.
 template <class Form>
 struct Packed {

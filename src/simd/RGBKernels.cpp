@@ -1,4 +1,5 @@
 #include "simd/Line.h"
+#include "simd/Packed.h"
 
 /// Readers of interleaved red, green and blue. Alpha is read past.
 
@@ -120,6 +121,117 @@ struct RGB10p32Layout {
   }
 };
 
+/// Byte 0 holds the low two bits: red's in bits 1..0, green's in 3..2, blue's in 5..4. Bytes 1, 2 and 3 are
+/// the upper eight bits.
+struct RGB10V1PackedLayout {
+  static ZR_INLINE U32 Red(U32 x) { return ((x << 16) & Splat32(0xFF000000)) | ((x << 22) & LowBits()); }
+  static ZR_INLINE U32 Green(U32 x) { return ((x << 8) & Splat32(0xFF000000)) | ((x << 20) & LowBits()); }
+  static ZR_INLINE U32 Blue(U32 x) { return (x & Splat32(0xFF000000)) | ((x << 18) & LowBits()); }
+
+  static ZR_INLINE U32 UpperBits(U32 x) { return x >> 8; }
+
+ private:
+  static ZR_INLINE U32 LowBits() { return Splat32(0x00C00000); }
+};
+
+/// One 16-bit word a pixel, five, six and five bits from the top: the first channel in 15..11, green
+/// in 10..5, the third in 4..0. Their top bits are repeated below, so that full scale becomes 255.
+template <bool blueFirst>
+struct RGB565Reader {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 2, kOverread = 0;
+
+  explicit ZR_INLINE RGB565Reader(const KernelArgs&) {}
+
+  template <class Channel>
+  ZR_INLINE Colour<Words> Read(const std::uint8_t* p) const {
+    const Words x = LoadWords(p);
+    return Ordered<blueFirst>(Words{Upper(x.a), Upper(x.b)}, Words{Middle(x.a), Middle(x.b)},
+                              Words{Lower(x.a), Lower(x.b)});
+  }
+
+ private:
+  static ZR_INLINE U16 Upper(U16 x) { return (x & Splat16(0xF800)) | ((x >> 5) & Splat16(0x0700)); }
+  static ZR_INLINE U16 Middle(U16 x) { return ((x << 5) & Splat16(0xFC00)) | ((x >> 1) & Splat16(0x0300)); }
+  static ZR_INLINE U16 Lower(U16 x) { return (x << 11) | ((x << 6) & Splat16(0x0700)); }
+};
+
+/// Packed samples, three or four a pixel.
+template <class Form, int channels, bool blueFirst>
+struct PackedChannelsReader {
+  /// Samples of the smallest number of pixels that fill whole groups.
+  static constexpr int kGroupPixels = Form::kPixels / (channels == 4 ? Form::kPixels : 1);
+  static constexpr int kGroupBytes = kGroupPixels * channels / Form::kPixels * Form::kBytes;
+  static constexpr int kOverread = Packed<Form>::kOverread;
+
+  explicit ZR_INLINE PackedChannelsReader(const KernelArgs&) {}
+
+  template <class Channel>
+  ZR_INLINE Colour<Channel> Read(const std::uint8_t* p) const {
+    constexpr Form form{};
+    if constexpr (sizeof(Channel) == sizeof(U8)) {
+      const Vectors<3> x = Channels<1>(ForEach<channels>(
+          [&](auto i) ZR_ALWAYS { return Packed<Form>::ReadHigh(form, p + i * Packed<Form>::kTaken); }));
+      return Ordered<blueFirst>(x.v[0], x.v[1], x.v[2]);
+    } else {
+      // A vector of words is half of what Packed takes at a time.
+      const auto half = [&](int first) ZR_ALWAYS {
+        return Channels<2>(ForEach<channels>(
+            [&](auto i) ZR_ALWAYS { return As<U8>(form.Scale(p + (first + i) * Packed<Form>::kHalf)); }));
+      };
+      const Vectors<3> a = half(0), b = half(channels);
+      const auto words = [&](unsigned i) ZR_ALWAYS { return Words{As<U16>(a.v[i]), As<U16>(b.v[i])}; };
+      return Ordered<blueFirst>(words(0), words(1), words(2));
+    }
+  }
+};
+
+/// Three planes of bytes or words, red, green and blue.
+template <class Samples>
+struct PlanarLines {
+  using Source = Samples;
+
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    using Channel = typename Writer::Channel;
+    const Samples samples(args);
+    const Writer writer(args);
+    EachLine<3, 1>(args, [&](const auto& line) ZR_ALWAYS {
+      EachBlock<Writer::kStep, 1>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+        const auto channel = [&](int plane) ZR_ALWAYS {
+          const std::uint8_t* const p = line.source[plane] + x * Samples::kGroupBytes;
+          Prefetch<kWidth * Samples::kGroupBytes>(p, line.prefetch);
+          return Cast<Channel>::From(samples.Read(p));
+        };
+        writer.Write(line.destination[0] + x * Writer::kStep,
+                     Colour<Channel>{channel(0), channel(1), channel(2)});
+      });
+    });
+  }
+};
+
+struct PlaneOfBytes {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 1;
+
+  explicit ZR_INLINE PlaneOfBytes(const KernelArgs&) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return Load(p); }
+};
+
+/// Words, brought to the 16-bit scale by a left shift.
+struct PlaneOfWords {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 2;
+
+  explicit ZR_INLINE PlaneOfWords(const KernelArgs& args) : mShift(args.shift) {}
+
+  ZR_INLINE Words Read(const std::uint8_t* p) const {
+    const Words x = LoadWords(p);
+    return {ShiftLeft(x.a, mShift), ShiftLeft(x.b, mShift)};
+  }
+
+ private:
+  std::uint32_t mShift;
+};
+
 constexpr KernelRow kRows[] = {
     Row<SourceReader::RGB8, Lines<BytesReader<3, false>>>(),
     Row<SourceReader::BGR8, Lines<BytesReader<3, true>>>(),
@@ -130,6 +242,20 @@ constexpr KernelRow kRows[] = {
     Row<SourceReader::RGBa16, Lines<WordsReader<4, false>>>(),
     Row<SourceReader::BGRa16, Lines<WordsReader<4, true>>>(),
     Row<SourceReader::RGB10p32, Lines<PixelWordReader<RGB10p32Layout>>>(),
+    Row<SourceReader::RGB565p, Lines<RGB565Reader<false>>>(),
+    Row<SourceReader::BGR565p, Lines<RGB565Reader<true>>>(),
+    Row<SourceReader::RGB10V1Packed, Lines<PixelWordReader<RGB10V1PackedLayout>>>(),
+    Row<SourceReader::RGB12V1Packed, Lines<PackedChannelsReader<Form12Gige, 3, false>>>(),
+    Row<SourceReader::RGBPlanar8, PlanarLines<PlaneOfBytes>>(),
+    Row<SourceReader::RGBPlanar16, PlanarLines<PlaneOfWords>>(),
+    Row<SourceReader::RGB10p, Lines<PackedChannelsReader<Form10p, 3, false>>>(),
+    Row<SourceReader::BGR10p, Lines<PackedChannelsReader<Form10p, 3, true>>>(),
+    Row<SourceReader::RGB12p, Lines<PackedChannelsReader<Form12p, 3, false>>>(),
+    Row<SourceReader::BGR12p, Lines<PackedChannelsReader<Form12p, 3, true>>>(),
+    Row<SourceReader::RGBa10p, Lines<PackedChannelsReader<Form10p, 4, false>>>(),
+    Row<SourceReader::BGRa10p, Lines<PackedChannelsReader<Form10p, 4, true>>>(),
+    Row<SourceReader::RGBa12p, Lines<PackedChannelsReader<Form12p, 4, false>>>(),
+    Row<SourceReader::BGRa12p, Lines<PackedChannelsReader<Form12p, 4, true>>>(),
 };
 
 }  // namespace

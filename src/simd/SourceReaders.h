@@ -8,11 +8,12 @@
 /// What source readers there are and what each takes, in one list. Plain data, seen by baseline and kernel
 /// code alike; the rows of the kernel files are checked against it when they are compiled.
 
-/// Calls row(name, pixels, bytes, lines [, of, unpacker]) for each reader:
+/// Calls row(name, pixels, bytes, lines [, of, unpacker [, deeper]]) for each reader:
 ///  pixels, bytes  of its smallest group that fills whole bytes
 ///  lines          what one step takes and gives, see ReaderLines
 ///  of, unpacker   a reader that takes packed samples itself: the reader of bytes and the unpacker before it
 ///                 that it replaces
+///  deeper         the reader of words that it replaces as well
 /// BayerBilinear takes bytes, complemented ones for destinations of byte channels. The Complement readers
 /// make these and write Mono8 only.
 // clang-format off
@@ -49,6 +50,20 @@
   row(RGBa16,               1, 8, kOneLine)                                \
   row(BGRa16,               1, 8, kOneLine)                                \
   row(RGB10p32, 1, 4, kOneLine) \
+  row(RGB565p, 1, 2, kOneLine) \
+  row(BGR565p, 1, 2, kOneLine) \
+  row(RGB10V1Packed, 1, 4, kOneLine) \
+  row(RGB12V1Packed, 2, 9, kOneLine) \
+  row(RGBPlanar8, 1, 1, kThreePlanes) \
+  row(RGBPlanar16, 1, 2, kThreePlanes) \
+  row(RGB10p, 4, 15, kOneLine, RGB8, Mono10p, RGB16) \
+  row(BGR10p, 4, 15, kOneLine, BGR8, Mono10p, BGR16) \
+  row(RGB12p, 2, 9, kOneLine, RGB8, Mono12p, RGB16) \
+  row(BGR12p, 2, 9, kOneLine, BGR8, Mono12p, BGR16) \
+  row(RGBa10p, 1, 5, kOneLine, RGBa8, Mono10p, RGBa16) \
+  row(BGRa10p, 1, 5, kOneLine, BGRa8, Mono10p, BGRa16) \
+  row(RGBa12p, 1, 6, kOneLine, RGBa8, Mono12p, RGBa16) \
+  row(BGRa12p, 1, 6, kOneLine, BGRa8, Mono12p, BGRa16) \
   row(YCbCr,                1, 3, kOneLine)                                \
   row(CbYCr,                1, 3, kOneLine)                                \
   row(YCbYCr8,              2, 4, kOneLine)                                \
@@ -60,7 +75,16 @@
   row(CbYCrY10p,            2, 5, kOneLine, CbYCrY8, Mono10p)              \
   row(CbYCrY12p,            2, 6, kOneLine, CbYCrY8, Mono12p)              \
   row(YYCbYYCr,             4, 6, kOneLine)                                \
-  row(CbYYCrYY,             4, 6, kOneLine)
+  row(CbYYCrYY,             4, 6, kOneLine) \
+  row(BiColorFast8, 2, 4, kOneLine) \
+  row(BiColorFast16, 2, 8, kOneLine) \
+  row(BiColorFast10p, 2, 5, kOneLine) \
+  row(BiColorFast12p, 2, 6, kOneLine) \
+  row(BiColorSplit8, 2, 4, kTwoRows) \
+  row(BiColorSplit16, 2, 8, kTwoRows) \
+  row(BiColorSplit10p, 2, 5, kTwoRows) \
+  row(BiColorSplit12p, 2, 6, kTwoRows) \
+  row(BiColorBilinear, 1, 2, kFromTwoRows)
 // clang-format on
 
 namespace ZrConvertersLib::simd {
@@ -73,13 +97,14 @@ enum class SourceReader : std::uint8_t {
       None  ///< also the number of readers
 };
 
-/// Source lines that one step of a reader takes, destination lines that it gives, and the columns to either
+/// Source lines that one step of a reader takes, destination lines that it gives, and the bytes to either
 /// side of a block that it looks at.
 struct ReaderLines {
   std::uint8_t sources, destinations, margin;
 };
 
-inline constexpr ReaderLines kOneLine{1, 1, 0}, kPairOfLines{2, 2, 0}, kThreeLinesTwice{6, 2, 1};
+inline constexpr ReaderLines kOneLine{1, 1, 0}, kThreePlanes{3, 1, 0}, kPairOfLines{2, 2, 0},
+    kThreeLinesTwice{6, 2, 1}, kTwoRows{1, 2, 0}, kFromTwoRows{2, 1, 2};
 
 /// The smallest whole number of pixels that fills whole bytes.
 struct ReaderGroup {
@@ -89,7 +114,8 @@ struct ReaderGroup {
 struct ReaderFacts {
   ReaderGroup group;
   ReaderLines lines;
-  SourceReader of = SourceReader::None, unpacker = SourceReader::None;  ///< of fused readers
+  /// Of readers that take packed samples themselves.
+  SourceReader of = SourceReader::None, unpacker = SourceReader::None, deeper = SourceReader::None;
 };
 
 /// The facts of all readers, in the order of the enumeration.
@@ -107,11 +133,12 @@ constexpr const ReaderFacts& FactsOf(SourceReader reader) {
   return kSourceReaders.of[static_cast<std::size_t>(reader)];
 }
 
-/// The reader that takes packed samples itself in place of `unpacker` and `bytes` after it, or None.
-constexpr SourceReader FusedReader(SourceReader bytes, SourceReader unpacker) {
+/// The reader that takes packed samples itself in place of `unpacker` and `second` after it, or None.
+constexpr SourceReader FusedReader(SourceReader second, SourceReader unpacker) {
   for (std::size_t i = 0; i < std::size(kSourceReaders.of); ++i) {
     const ReaderFacts& facts = kSourceReaders.of[i];
-    if (facts.of == bytes && facts.unpacker == unpacker) return static_cast<SourceReader>(i);
+    if (facts.unpacker == unpacker && (facts.of == second || facts.deeper == second))
+      return static_cast<SourceReader>(i);
   }
   return SourceReader::None;
 }

@@ -20,4 +20,4 @@ trap 'rm -f "$stripped"' EXIT
 "$STRIP" -o "$stripped" "$library"
 size=$(stat -c %s "$stripped")
 echo "stripped: $size bytes"
-[ "$size" -lt $((6 * 1024 * 1024)) ] || { echo "more than 6 MiB"; exit 1; }
+[ "$size" -lt $((8 * 1024 * 1024)) ] || { echo "more than 8 MiB"; exit 1; }

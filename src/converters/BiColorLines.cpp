@@ -1,0 +1,150 @@
+#include "converters/BiColorLines.h"
+
+#include <ZrConvertersLib/PixelConverter.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/PointerOffset.h"
+
+namespace ZrConvertersLib {
+
+namespace {
+
+/// Of the samples of pixels 0 and 1.
+struct BiColorOrder {
+  bool greenFirst, redAtEvenColumn;
+};
+
+/// Of several flags the highest wins; without one it is red and green, blue and green.
+BiColorOrder OrderOf(std::uint32_t flags) {
+  if ((flags & PixelConverter::FLAG_BICOLOR_GBGR) != 0) return {true, false};
+  if ((flags & PixelConverter::FLAG_BICOLOR_GRGB) != 0) return {true, true};
+  if ((flags & PixelConverter::FLAG_BICOLOR_BGRG) != 0) return {false, false};
+  return {false, true};
+}
+
+/// Source lines and where their pixels go.
+struct BiColorImage {
+  SourceLines lines;
+  std::uint8_t* destination;
+  std::ptrdiff_t destinationStep;
+  std::uint32_t width, height;
+
+  std::uint8_t* Destination(std::uint32_t line) const { return OffsetBy(destination, line * destinationStep); }
+};
+
+/// One colour for pixels 2k and 2k + 1; the last pixel of an odd width has it with its left neighbour.
+class FastBiColor {
+ public:
+  FastBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
+      : mPairs(context, {.reader = recipe.fast, .writer = recipe.writer, .shift = recipe.shift}),
+        mLastPair(context, {.reader = recipe.fast, .writer = recipe.writer, .shift = recipe.shift}) {
+    const BiColorOrder order = OrderOf(context.mFlags);
+    mPairs.Args().greenFirst = mLastPair.Args().greenFirst = order.greenFirst;
+    mPairs.Args().redAtEvenColumn = order.redAtEvenColumn;
+    mLastPair.Args().redAtEvenColumn = !order.redAtEvenColumn;
+  }
+
+  void Run(const BiColorImage& image) const {
+    const std::uint32_t even = image.width - image.width % 2;
+    // The pair of the last pixel first: the pixel before that belongs to another pair.
+    for (std::uint32_t line = 0; even != image.width && line < image.height; ++line)
+      RunLastPair(image.lines.At(line), image.Destination(line), image.width);
+    mPairs.Run({{image.lines.first}, {image.destination}, even, image.height, image.lines.step,
+                image.destinationStep});
+  }
+
+ private:
+  /// The last two pixels, of which the first may begin within a byte, moved to the beginning of one.
+  void RunLastPair(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width) const {
+    const std::size_t bits = std::size_t{mPairs.Kernel().reader.group.bytes} * 4;  // of one pixel
+    const std::size_t begin = (width - 2) * bits, end = (width * bits + 7) / 8;
+    std::uint64_t pixels = 0;
+    std::memcpy(&pixels, source + begin / 8, end - begin / 8);
+    pixels >>= begin % 8;
+    std::uint8_t bytes[sizeof pixels];
+    std::memcpy(bytes, &pixels, sizeof pixels);
+    mLastPair.Run({{bytes}, {destination + mPairs.DestinationBytes(width - 2)}, 2});
+  }
+
+  LinePlan mPairs, mLastPair;
+};
+
+/// The missing colour of a pixel is the mean of its neighbours', for which red and blue stand in a row of words
+/// of their own, with one more to either side, and green in another.
+class BilinearBiColor {
+ public:
+  BilinearBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
+      : mSplit(context, {.reader = recipe.split,
+                         .writer = simd::PixelWriter::Mono16,
+                         .shift = recipe.shift,
+                         .throughCaches = true}),
+        mPixels(context, {.reader = simd::SourceReader::BiColorBilinear, .writer = recipe.writer}),
+        mRedAtEvenColumn(OrderOf(context.mFlags).redAtEvenColumn) {
+    mSplit.Args().greenFirst = OrderOf(context.mFlags).greenFirst;
+  }
+
+  void Run(const BiColorImage& image) {
+    for (std::uint32_t line = 0; line < image.height; ++line)
+      RunLine(image.lines.At(line), image.Destination(line), image.width);
+  }
+
+ private:
+  /// Pixels that are split at a time, and room beside them for neighbours.
+  static constexpr std::uint32_t kPixels = 2048, kBeside = 32;
+
+  /// The last pixels of an odd width are counted from an odd one, before the even ones.
+  void RunLine(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width) {
+    const std::uint32_t even = width - width % 2;
+    if (even != width) {
+      const std::uint32_t last = std::min<std::uint32_t>(kLargestBlock, even);
+      RunPixels(source, destination, width, width - last, width);
+    }
+    for (std::uint32_t x = 0; x < even; x += std::min(kPixels, even - x))
+      RunPixels(source, destination, width, x, x + std::min(kPixels, even - x));
+  }
+
+  void RunPixels(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width,
+                 std::uint32_t begin, std::uint32_t end) {
+    alignas(64) std::uint16_t rows[2][kPixels + 2 * kBeside];
+    std::uint16_t *const colour = rows[0] + kBeside, *const green = rows[1] + kBeside;
+    const std::uint32_t from = begin == 0 ? 0 : (begin - 1) / 2 * 2, to = std::min(end + 1, width);
+    const std::uint32_t before = begin - from;
+    mSplit.Run({{source + mSplit.SourceBytes(from)}, {Bytes(colour - before), Bytes(green - before)}, to - from});
+    if (begin == 0) colour[-1] = colour[1];
+    if (end == width) colour[end - begin] = colour[std::ptrdiff_t{end} - begin - 2];
+    mPixels.Args().redAtEvenColumn = mRedAtEvenColumn == (begin % 2 == 0);
+    mPixels.Run({{Bytes(colour), Bytes(green)}, {destination + mPixels.DestinationBytes(begin)}, end - begin});
+  }
+
+  static std::uint8_t* Bytes(std::uint16_t* words) { return reinterpret_cast<std::uint8_t*>(words); }
+
+  LinePlan mSplit, mPixels;
+  bool mRedAtEvenColumn;
+};
+
+void Convert(const PixelConverterContext& context, const BiColorRecipe& recipe, const BiColorImage& image,
+             bool interpolate) {
+  if (image.width < 2) return;
+  if (interpolate)
+    BilinearBiColor(context, recipe).Run(image);
+  else
+    FastBiColor(context, recipe).Run(image);
+}
+
+}  // namespace
+
+void ConvertBiColorLine(const PixelConverterContext& context, const BiColorRecipe& recipe,
+                        std::uint32_t width, bool interpolate) {
+  Convert(context, recipe, {{context.mSource, 0}, context.mDestination, 0, width, 1}, interpolate);
+}
+
+void ConvertBiColorLines(const LineDriver& driver, const BiColorRecipe& recipe) {
+  const PixelConverterContext& context = driver.Context();
+  Convert(context, recipe,
+          {driver.Source(), context.mDestination, driver.BlockSteps().destination, driver.Width(), driver.Height()},
+          (context.mFlags & PixelConverter::FLAG_BICOLOR_INTERPOLATE) != 0);
+}
+
+}  // namespace ZrConvertersLib
