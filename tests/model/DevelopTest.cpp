@@ -34,6 +34,9 @@ TEST(DirectionalModel, FollowsTheDirectionOfLessChange) {
   ExpectColour(pixels[12], {40, 25, 105});
   // Red exceeds green by 10 above and 15 below, blue by 80 on the left and 85 on the right.
   ExpectColour(pixels[7], {22, 10, 92});
+  Samples turned(25);
+  for (std::size_t i = 0; i < 25; ++i) turned[i % 5 * 5 + i / 5] = samples[i];
+  ExpectColour(Model::DemosaicDirectionally(turned, 5, 5, Model::kRggb)[12], {40, 25, 105});
 }
 
 TEST(DirectionalModel, ReflectsAndLimits) {

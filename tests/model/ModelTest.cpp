@@ -234,6 +234,9 @@ TEST(Model, InterpolatedScf1ScalesColourByWhite) {
       << "white 90 of its own, and between others";
   EXPECT_EQ(run.To(1280, kRgb8, 3, 12), (Bytes{16, 4, 3})) << "cut cells are those two before";
   EXPECT_EQ(run.To(1280, kRgb8, 3, 36), (Bytes{160, 20, 30}));
+  Trial turned(4, 5, Model::kWgwb | Model::kInterpolate, {});
+  for (int i = 0; i < 20; ++i) turned.source.Write(i % 5 * 4 + i / 5, run.source.Read(i));
+  EXPECT_EQ(turned.To(1280, kRgb8, 3, 48), (Bytes{16, 4, 3}));
   // Twice as green as white, and white itself is full: limited.
   EXPECT_EQ(Trial(4, 4, Model::kInterpolate, {255, 255, 0, 0, 255, 0}).To(1280, kRgb16, 4),
             (Bytes{0, 0, 255, 255}));
