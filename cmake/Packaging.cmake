@@ -1,6 +1,5 @@
 # Installing: the SONAME chain, headers, a relocatable CMake package, a pkg-config file and, with the tool, its
-# man page and shell completion; "cmake --build . --target uninstall" takes them away again. CPack makes one
-# Debian package of each component.
+# man page and shell completion; "cmake --build . --target uninstall" takes them away again.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZrConvertersLib)
@@ -27,6 +26,7 @@ install(FILES ${PROJECT_BINARY_DIR}/ZrConvertersLib.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 if(TARGET zrconvert)
+  # An installed tree may be moved as a whole; Debian packages lie where the dynamic linker looks, and drop this path.
   file(RELATIVE_PATH lib_from_bin /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set_target_properties(zrconvert PROPERTIES INSTALL_RPATH "$ORIGIN/${lib_from_bin}")
   install(TARGETS zrconvert RUNTIME COMPONENT tool)
@@ -40,41 +40,10 @@ if(TARGET zrconvert)
   endif()
 endif()
 
+# Installed where the dynamic linker looks, the library is found at once.
+install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/RefreshLinkerCache.cmake COMPONENT library)
+
 add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR}
                                     -P ${CMAKE_CURRENT_LIST_DIR}/Uninstall.cmake)
 
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME zrconverterslib)
-set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_CONTACT "ZrConvertersLib developers <developers@localhost>")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL library development)
-if(TARGET zrconvert)
-  list(APPEND CPACK_COMPONENTS_ALL tool)
-endif()
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libzrconverterslib7.5)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzrconverterslib-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libzrconverterslib7.5 (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_TOOL_PACKAGE_NAME zrconvert)
-set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION graphics)
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Converts the pixel formats of industrial cameras
- Shared library: mono, packed, Bayer, RGB and YCbCr frames to sixteen display and processing formats.")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Converts the pixel formats of industrial cameras (development files)
- Headers, the CMake package and the pkg-config file.")
-set(CPACK_COMPONENT_TOOL_DESCRIPTION "Turns raw camera frames into pictures
- Command-line tool of the library ZrConvertersLib.")
-include(CPack)
-cpack_add_component(library)
-cpack_add_component(development DEPENDS library)
-if(TARGET zrconvert)
-  cpack_add_component(tool DEPENDS library)
-endif()
+include(DebianPackages)

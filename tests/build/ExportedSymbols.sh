@@ -14,5 +14,5 @@ if [ -n "${UPDATE-}" ]; then
   exit
 fi
 diff -u "$list" - <<<"$names" || { echo "The exported symbols differ; if that is meant: --target update-references"; exit 1; }
-if exported | grep -v '@@ZrConvertersLib_7.5$'; then echo "have no version"; exit 1; fi
+if exported | grep -v "@@ZrConvertersLib_$VERSION\$"; then echo "have no version"; exit 1; fi
 if exported | grep ' u '; then echo "are unique in the process: the library could never be unloaded"; exit 1; fi

@@ -15,8 +15,8 @@ trap restore EXIT
 
 "$cmake" --install "$build" --prefix "$work/first" >"$work/log"
 mv "$work/first" "$work/tree"
-libdir=$(dirname "$(find "$work/tree" -name 'libZrConvertersLib.so.7.5')")
-[ "$(readlink "$libdir/libZrConvertersLib.so")" = libZrConvertersLib.so.7.5 ]
+libdir=$(dirname "$(find "$work/tree" -name "libZrConvertersLib.so.$VERSION")")
+[ "$(readlink "$libdir/libZrConvertersLib.so")" = "libZrConvertersLib.so.$VERSION" ]
 
 echo "-- with CMake"
 "$cmake" -G Ninja -S "$SOURCE/examples" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$work/tree" \
@@ -32,7 +32,7 @@ done
 
 echo "-- with pkg-config"
 export PKG_CONFIG_PATH=$libdir/pkgconfig
-[ "$(pkg-config --modversion ZrConvertersLib)" = 7.5 ]
+[ "$(pkg-config --modversion ZrConvertersLib)" = "$VERSION" ]
 flags=$(pkg-config --cflags --libs ZrConvertersLib)
 case $flags in *"$work/tree/"*) ;; *) echo "not relocated: $flags"; exit 1 ;; esac
 for example in "${examples[@]}" "$work/readme.cpp"; do
