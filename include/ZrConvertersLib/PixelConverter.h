@@ -51,6 +51,21 @@ class ZR_EXPORT PixelConverter {
   static constexpr std::uint32_t FLAG_YCBCR_709 = 0x40000;  ///< BT.709 in video range
   /// @}
 
+  /// @name How cameras pack the samples that a type names
+  /// Without them packed samples lie as docs/formats.md draws them. A flag means nothing for types that it
+  /// does not name; line sizes are those of the type.
+  /// @{
+
+  /// Mono12Packed and Bayer12Packed: the low bits of the first sample in bits 3..0 of the middle byte, of the
+  /// second in 7..4. Mono10Packed and Bayer10Packed: in bits 1..0 and 5..4. As GigE Vision cameras send them.
+  static constexpr std::uint32_t FLAG_PACKED_GIGE_VISION = 0x00100000;
+
+  /// Mono10p, 12p and 14p, Bayer10p, 12p and 14p, YCbCr422_10p and YCbCr422_10p_CbYCrY: the upper eight bits
+  /// of each sample of a group first, then the low bits of all of them, as MIPI CSI-2 sends them and V4L2
+  /// names with a P at the end.
+  static constexpr std::uint32_t FLAG_PACKED_CSI2 = 0x00200000;
+  /// @}
+
   /// @name Which band of a larger frame the call converts
   /// A frame may be converted in bands of lines. These bits say which lines around the band belong to the
   /// frame, so that a demosaic may look at them: the first band has real lines below it, the last real lines

@@ -31,7 +31,9 @@ struct BiColorImage {
   std::ptrdiff_t destinationStep;
   std::uint32_t width, height;
 
-  std::uint8_t* Destination(std::uint32_t line) const { return OffsetBy(destination, line * destinationStep); }
+  std::uint8_t* Destination(std::uint32_t line) const {
+    return OffsetBy(destination, line * destinationStep);
+  }
 };
 
 /// One colour for pixels 2k and 2k + 1; the last pixel of an odd width has it with its left neighbour.
@@ -51,7 +53,11 @@ class FastBiColor {
     // The pair of the last pixel first: the pixel before that belongs to another pair.
     for (std::uint32_t line = 0; even != image.width && line < image.height; ++line)
       RunLastPair(image.lines.At(line), image.Destination(line), image.width);
-    mPairs.Run({{image.lines.first}, {image.destination}, even, image.height, image.lines.step,
+    mPairs.Run({{image.lines.first},
+                {image.destination},
+                even,
+                image.height,
+                image.lines.step,
                 image.destinationStep});
   }
 
@@ -71,8 +77,8 @@ class FastBiColor {
   LinePlan mPairs, mLastPair;
 };
 
-/// The missing colour of a pixel is the mean of its neighbours', for which red and blue stand in a row of words
-/// of their own, with one more to either side, and green in another.
+/// The missing colour of a pixel is the mean of its neighbours', for which red and blue stand in a row of
+/// words of their own, with one more to either side, and green in another.
 class BilinearBiColor {
  public:
   BilinearBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
@@ -111,11 +117,13 @@ class BilinearBiColor {
     std::uint16_t *const colour = rows[0] + kBeside, *const green = rows[1] + kBeside;
     const std::uint32_t from = begin == 0 ? 0 : (begin - 1) / 2 * 2, to = std::min(end + 1, width);
     const std::uint32_t before = begin - from;
-    mSplit.Run({{source + mSplit.SourceBytes(from)}, {Bytes(colour - before), Bytes(green - before)}, to - from});
+    mSplit.Run(
+        {{source + mSplit.SourceBytes(from)}, {Bytes(colour - before), Bytes(green - before)}, to - from});
     if (begin == 0) colour[-1] = colour[1];
     if (end == width) colour[end - begin] = colour[std::ptrdiff_t{end} - begin - 2];
     mPixels.Args().redAtEvenColumn = mRedAtEvenColumn == (begin % 2 == 0);
-    mPixels.Run({{Bytes(colour), Bytes(green)}, {destination + mPixels.DestinationBytes(begin)}, end - begin});
+    mPixels.Run(
+        {{Bytes(colour), Bytes(green)}, {destination + mPixels.DestinationBytes(begin)}, end - begin});
   }
 
   static std::uint8_t* Bytes(std::uint16_t* words) { return reinterpret_cast<std::uint8_t*>(words); }
@@ -143,7 +151,8 @@ void ConvertBiColorLine(const PixelConverterContext& context, const BiColorRecip
 void ConvertBiColorLines(const LineDriver& driver, const BiColorRecipe& recipe) {
   const PixelConverterContext& context = driver.Context();
   Convert(context, recipe,
-          {driver.Source(), context.mDestination, driver.BlockSteps().destination, driver.Width(), driver.Height()},
+          {driver.Source(), context.mDestination, driver.BlockSteps().destination, driver.Width(),
+           driver.Height()},
           (context.mFlags & PixelConverter::FLAG_BICOLOR_INTERPOLATE) != 0);
 }
 

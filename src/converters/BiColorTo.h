@@ -23,9 +23,7 @@ class BiColorTo : public WholeFrameConverter<BiColorTo<Out, fast, split>> {
     return interpolate ? ConvertInterpolate(context, width) : ConvertFast(context, width);
   }
 
-  void ConvertFrame(const FrameCall& call) const {
-    ConvertBiColorLines(LineDriver(*this, call), Recipe());
-  }
+  void ConvertFrame(const FrameCall& call) const { ConvertBiColorLines(LineDriver(*this, call), Recipe()); }
 
   /// One colour for two pixels.
   virtual ZrUtilsLib::Result ConvertFast(const PixelConverterContext& context, std::uint32_t width) const {

@@ -1,17 +1,21 @@
 #pragma once
 
 #include "converters/LineConverter.h"
+#include "converters/Packings.h"
 
 /// Converters of packed monochrome lines, which other families use as unpackers, too. Whole groups are
 /// written, so a line may get pixels past its width.
 
 namespace ZrConvertersLib {
 
-/// Base of the converters of a packed reader: line sizes count whole bytes of the group, rounded down.
-template <class Derived, simd::SourceReader reader>
+/// Base of the converters of a packed reader: line sizes count whole bytes of the group, rounded down. By a
+/// flag of the call the other reader of the source's packings takes its place.
+template <class Derived, class Out, simd::SourceReader reader>
 class PackedLineConverter : public LineConverter<Derived> {
  public:
-  using LineConverter<Derived>::LineConverter;
+  PackedLineConverter(const FormatRow& source, long destination, bool autoRegister)
+      : LineConverter<Derived>(source.id, destination, source.bytes, Out::kByteSize, 1, 1, autoRegister),
+        mOther(OtherPackingOf(source)) {}
 
   using PixelConverter::GetSourceByteSize;
   std::uint32_t GetSourceByteSize(std::uint32_t width) const override {
@@ -19,12 +23,24 @@ class PackedLineConverter : public LineConverter<Derived> {
     return width * group.bytes / group.pixels;
   }
 
+  LineRecipe Recipe(std::uint32_t flags) const {
+    const SampleRecipe samples = this->Self().Samples(flags);
+    return {.reader = samples.reader, .writer = Out::kWriter, .shift = samples.shift};
+  }
   std::size_t Pixels(std::uint32_t width) const { return WholeGroups(width, reader); }
+
+ protected:
+  simd::SourceReader Reader(std::uint32_t flags) const {
+    return (flags & mOther.flag) != 0 ? mOther.reader : reader;
+  }
+
+ private:
+  OtherPacking mOther;
 };
 
 /// Densely packed samples, least significant bits first.
 template <class Out, simd::SourceReader reader>
-class DensePackedTo : public PackedLineConverter<DensePackedTo<Out, reader>, reader> {
+class DensePackedTo : public PackedLineConverter<DensePackedTo<Out, reader>, Out, reader> {
  public:
   explicit DensePackedTo(const FormatRow& source) : DensePackedTo(source, Out::kTypeId, true) {}
 
@@ -32,14 +48,12 @@ class DensePackedTo : public PackedLineConverter<DensePackedTo<Out, reader>, rea
   /// unpacked
   DensePackedTo(const FormatRow& source, long destination, bool autoRegister,
                 std::uint32_t widthMultiplier = 1)
-      : PackedLineConverter<DensePackedTo, reader>(source.id, destination, source.bytes, Out::kByteSize, 1, 1,
-                                                   autoRegister),
+      : PackedLineConverter<DensePackedTo, Out, reader>(source, destination, autoRegister),
         mWidthMultiplier(widthMultiplier) {}
 
   std::uint32_t GetWidthMultiplier() const override { return mWidthMultiplier; }
 
-  LineRecipe Recipe(std::uint32_t) const { return {.reader = reader, .writer = Out::kWriter}; }
-  SampleRecipe Samples(std::uint32_t) const { return {reader, 0}; }
+  SampleRecipe Samples(std::uint32_t flags) const { return {this->Reader(flags), 0}; }
 
  private:
   std::uint32_t mWidthMultiplier;
@@ -55,19 +69,16 @@ using Mono14pTo = DensePackedTo<Out, simd::SourceReader::Mono14p>;
 /// Pairs of samples in three bytes. The nibbles of the middle byte are shifted by 6 for Mono10Packed and by 4
 /// for every other source, so that the upper two bits of a 10-bit nibble meet the byte above.
 template <class Out>
-class MonoPackedTo : public PackedLineConverter<MonoPackedTo<Out>, simd::SourceReader::MonoPacked> {
+class MonoPackedTo : public PackedLineConverter<MonoPackedTo<Out>, Out, simd::SourceReader::MonoPacked> {
  public:
   explicit MonoPackedTo(const FormatRow& source) : MonoPackedTo(source, Out::kTypeId, true) {}
 
   MonoPackedTo(const FormatRow& source, long destination, bool autoRegister)
-      : PackedLineConverter<MonoPackedTo, simd::SourceReader::MonoPacked>(
-            source.id, destination, source.bytes, Out::kByteSize, 1, 1, autoRegister),
+      : PackedLineConverter<MonoPackedTo, Out, simd::SourceReader::MonoPacked>(source, destination,
+                                                                               autoRegister),
         mShift(source.id == PixelTypeIds::Mono10Packed ? 6 : 4) {}
 
-  LineRecipe Recipe(std::uint32_t) const {
-    return {.reader = simd::SourceReader::MonoPacked, .writer = Out::kWriter, .shift = mShift};
-  }
-  SampleRecipe Samples(std::uint32_t) const { return {simd::SourceReader::MonoPacked, mShift}; }
+  SampleRecipe Samples(std::uint32_t flags) const { return {this->Reader(flags), mShift}; }
 
  private:
   std::uint32_t mShift;

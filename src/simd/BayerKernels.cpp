@@ -273,6 +273,11 @@ constexpr KernelRow kRows[] = {
     Row<SourceReader::BayerFast12p, FastLines<PackedSamples<Form12p>>>(),
     Row<SourceReader::BayerFast14p, FastLines<PackedSamples<Form14p>>>(),
     Row<SourceReader::BayerFastPacked, FastLines<PackedSamples<FormPairPacked>>>(),
+    Row<SourceReader::BayerFast10pCsi2, FastLines<PackedSamples<Form10pCsi2>>>(),
+    Row<SourceReader::BayerFast12pCsi2, FastLines<PackedSamples<Form12pCsi2>>>(),
+    Row<SourceReader::BayerFast14pCsi2, FastLines<PackedSamples<Form14pCsi2>>>(),
+    Row<SourceReader::BayerFast10Gige, FastLines<PackedSamples<Form10Gige>>>(),
+    Row<SourceReader::BayerFast12Gige, FastLines<PackedSamples<Form12Gige>>>(),
     Row<SourceReader::BayerBilinear, BilinearLines>(),
     ComplementRow<SourceReader::BayerComplement8, ByteSamples>(),
     ComplementRow<SourceReader::BayerComplement16, WordSamples>(),
@@ -280,6 +285,11 @@ constexpr KernelRow kRows[] = {
     ComplementRow<SourceReader::BayerComplement12p, PackedSamples<Form12p>>(),
     ComplementRow<SourceReader::BayerComplement14p, PackedSamples<Form14p>>(),
     ComplementRow<SourceReader::BayerComplementPacked, PackedSamples<FormPairPacked>>(),
+    ComplementRow<SourceReader::BayerComplement10pCsi2, PackedSamples<Form10pCsi2>>(),
+    ComplementRow<SourceReader::BayerComplement12pCsi2, PackedSamples<Form12pCsi2>>(),
+    ComplementRow<SourceReader::BayerComplement14pCsi2, PackedSamples<Form14pCsi2>>(),
+    ComplementRow<SourceReader::BayerComplement10Gige, PackedSamples<Form10Gige>>(),
+    ComplementRow<SourceReader::BayerComplement12Gige, PackedSamples<Form12Gige>>(),
 };
 
 }  // namespace

@@ -42,7 +42,8 @@ struct ByteSamples {
 
   ZR_INLINE TwoColours Read(const std::uint8_t* p) const {
     const Words pixels = LoadWords(p);
-    return mSorter.Sort({pixels.a << 8, pixels.b << 8}, {pixels.a & Splat16(0xFF00), pixels.b & Splat16(0xFF00)});
+    return mSorter.Sort({pixels.a << 8, pixels.b << 8},
+                        {pixels.a & Splat16(0xFF00), pixels.b & Splat16(0xFF00)});
   }
 
  private:
@@ -97,7 +98,8 @@ ZR_INLINE Words Swapped(const Words& a, const Words& b, U16 mask) {
 /// Red and blue of pixels whose parity of column tells which of the two each holds.
 class RedAndBlue {
  public:
-  explicit ZR_INLINE RedAndBlue(const KernelArgs& args) : mBlueEven(Splat16(args.redAtEvenColumn ? 0 : 0xFFFF)) {}
+  explicit ZR_INLINE RedAndBlue(const KernelArgs& args)
+      : mBlueEven(Splat16(args.redAtEvenColumn ? 0 : 0xFFFF)) {}
 
   ZR_INLINE Colour<Words> Order(const Words& ofEven, const Words& green, const Words& ofOdd) const {
     return {Swapped(ofEven, ofOdd, mBlueEven), green, Swapped(ofOdd, ofEven, mBlueEven)};
@@ -126,7 +128,9 @@ struct FastReader {
   }
 
  private:
-  static ZR_INLINE U16 EvenTwice(U16 x) { return As<U16>((As<U32>(x) & Splat32(0xFFFF)) | (As<U32>(x) << 16)); }
+  static ZR_INLINE U16 EvenTwice(U16 x) {
+    return As<U16>((As<U32>(x) & Splat32(0xFFFF)) | (As<U32>(x) << 16));
+  }
   static ZR_INLINE U16 OddTwice(U16 x) {
     return As<U16>((As<U32>(x) >> 16) | (As<U32>(x) & Splat32(0xFFFF0000)));
   }
@@ -161,8 +165,8 @@ constexpr KernelRow SplitRow() {
   return row;
 }
 
-/// Own green, own red or blue, and the mean of the neighbours' for the missing colour. Source 0 is the row of red
-/// and blue, which may be read one pixel to either side, source 1 that of green.
+/// Own green, own red or blue, and the mean of the neighbours' for the missing colour. Source 0 is the row of
+/// red and blue, which may be read one pixel to either side, source 1 that of green.
 struct BilinearLines {
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {

@@ -113,6 +113,51 @@ struct PairBytes {
 /// 7..4.
 using Form12Gige = SharedLowBits<2, 3, PairBytes, 0xF0, 16, 1, 16, 1>;
 
+/// GigE Vision, 10 bits: the low bits of the first sample in bits 1..0 of the middle byte, of the second
+/// in 5..4.
+using Form10Gige = SharedLowBits<2, 3, PairBytes, 0xC0, 64, 4, 64, 4>;
+
+/// MIPI CSI-2, 10 bits: four bytes of upper bits, then one with the low two bits of each sample, the first
+/// one's lowest.
+struct FourAndOneByte {
+  static constexpr int kBytes = 5, kResult = 8;
+  static constexpr int At(int j) { return j % 2 == 0 ? 4 : j / 2; }
+};
+using Form10pCsi2 = SharedLowBits<4, 5, FourAndOneByte, 0xC0, 64, 16, 4, 1>;
+
+/// MIPI CSI-2, 12 bits: two bytes of upper bits, then one with the low four bits of each sample, the first
+/// one's lowest; two such groups are taken as one.
+struct TwoAndOneByte {
+  static constexpr int kBytes = 6, kResult = 8;
+  static constexpr int At(int j) { return j / 4 * 3 + (j % 2 == 0 ? 2 : j % 4 / 2); }
+};
+using Form12pCsi2 = SharedLowBits<2, 3, TwoAndOneByte, 0xF0, 16, 1, 16, 1>;
+
+/// MIPI CSI-2, 14 bits: four bytes of upper bits, then a 24-bit little-endian word with the low six bits of
+/// each sample, the first one's lowest. Sample k finds its low bits in the two bytes from bit 6k of that word
+/// on; they are brought to bits 7..2.
+struct Form14pCsi2 {
+  static constexpr int kPixels = 4, kBytes = 7;
+  struct Upper {
+    static constexpr int kBytes = 7, kResult = 8;
+    static constexpr int At(int j) { return j % 2 == 0 ? -1 : j / 2; }
+  };
+  struct Lower {
+    static constexpr int kBytes = 7, kResult = 8;
+    static constexpr int At(int j) {
+      const int byte = 4 + 6 * (j / 2) / 8 + j % 2;
+      return byte < kBytes ? byte : -1;
+    }
+  };
+  using Map = Upper;
+  std::uint32_t shift;
+
+  ZR_INLINE U16 Scale(const std::uint8_t* p) const {
+    const U16 lower = (As<U16>(Spread<Lower>::Read(p)) * EveryFour<64, 1, 4, 16>()) >> 4;
+    return As<U16>(Spread<Upper>::Read(p)) | (lower & Splat16(0xFC));
+  }
+};
+
 /// A vector's worth of samples, as words.
 template <class Form>
 struct Packed {

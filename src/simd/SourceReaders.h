@@ -25,6 +25,11 @@
   row(Mono12p,              2, 3, kOneLine)                                \
   row(Mono14p,              4, 7, kOneLine)                                \
   row(MonoPacked,           2, 3, kOneLine)                                \
+  row(Mono10pCsi2, 4, 5, kOneLine) \
+  row(Mono12pCsi2, 2, 3, kOneLine) \
+  row(Mono14pCsi2, 4, 7, kOneLine) \
+  row(Mono10Gige, 2, 3, kOneLine) \
+  row(Mono12Gige, 2, 3, kOneLine) \
   row(Mono1p,               8, 1, kOneLine)                                \
   row(Mono2p,               4, 1, kOneLine)                                \
   row(Mono4p,               2, 1, kOneLine)                                \
@@ -34,6 +39,11 @@
   row(BayerFast12p,         2, 3, kPairOfLines, BayerFast8, Mono12p)       \
   row(BayerFast14p,         4, 7, kPairOfLines, BayerFast8, Mono14p)       \
   row(BayerFastPacked,      2, 3, kPairOfLines, BayerFast8, MonoPacked)    \
+  row(BayerFast10pCsi2, 4, 5, kPairOfLines, BayerFast8, Mono10pCsi2) \
+  row(BayerFast12pCsi2, 2, 3, kPairOfLines, BayerFast8, Mono12pCsi2) \
+  row(BayerFast14pCsi2, 4, 7, kPairOfLines, BayerFast8, Mono14pCsi2) \
+  row(BayerFast10Gige, 2, 3, kPairOfLines, BayerFast8, Mono10Gige) \
+  row(BayerFast12Gige, 2, 3, kPairOfLines, BayerFast8, Mono12Gige) \
   row(BayerBilinear,        1, 1, kThreeLinesTwice)                        \
   row(BayerComplement8,     1, 1, kOneLine)                                \
   row(BayerComplement16,    1, 2, kOneLine)                                \
@@ -41,6 +51,11 @@
   row(BayerComplement12p,   2, 3, kOneLine, BayerComplement8, Mono12p)     \
   row(BayerComplement14p,   4, 7, kOneLine, BayerComplement8, Mono14p)     \
   row(BayerComplementPacked,2, 3, kOneLine, BayerComplement8, MonoPacked)  \
+  row(BayerComplement10pCsi2, 4, 5, kOneLine, BayerComplement8, Mono10pCsi2) \
+  row(BayerComplement12pCsi2, 2, 3, kOneLine, BayerComplement8, Mono12pCsi2) \
+  row(BayerComplement14pCsi2, 4, 7, kOneLine, BayerComplement8, Mono14pCsi2) \
+  row(BayerComplement10Gige, 2, 3, kOneLine, BayerComplement8, Mono10Gige) \
+  row(BayerComplement12Gige, 2, 3, kOneLine, BayerComplement8, Mono12Gige) \
   row(RGB8,                 1, 3, kOneLine)                                \
   row(BGR8,                 1, 3, kOneLine)                                \
   row(RGBa8,                1, 4, kOneLine)                                \
@@ -70,10 +85,12 @@
   row(YCbYCr16,             2, 8, kOneLine)                                \
   row(YCbYCr10p,            2, 5, kOneLine, YCbYCr8, Mono10p)              \
   row(YCbYCr12p,            2, 6, kOneLine, YCbYCr8, Mono12p)              \
+  row(YCbYCr10pCsi2, 2, 5, kOneLine, YCbYCr8, Mono10pCsi2) \
   row(CbYCrY8,              2, 4, kOneLine)                                \
   row(CbYCrY16,             2, 8, kOneLine)                                \
   row(CbYCrY10p,            2, 5, kOneLine, CbYCrY8, Mono10p)              \
   row(CbYCrY12p,            2, 6, kOneLine, CbYCrY8, Mono12p)              \
+  row(CbYCrY10pCsi2, 2, 5, kOneLine, CbYCrY8, Mono10pCsi2) \
   row(YYCbYYCr,             4, 6, kOneLine)                                \
   row(CbYYCrYY,             4, 6, kOneLine) \
   row(BiColorFast8, 2, 4, kOneLine) \

@@ -231,10 +231,12 @@ constexpr KernelRow kRows[] = {
     Row<SourceReader::YCbYCr16, Lines<YCbCr422WordsReader<true>>>(),
     Row<SourceReader::YCbYCr10p, Lines<YCbCr422PackedReader<true, Form10p>>>(),
     Row<SourceReader::YCbYCr12p, Lines<YCbCr422PackedReader<true, Form12p>>>(),
+    Row<SourceReader::YCbYCr10pCsi2, Lines<YCbCr422PackedReader<true, Form10pCsi2>>>(),
     Row<SourceReader::CbYCrY8, Lines<YCbCr422Reader<false>>>(),
     Row<SourceReader::CbYCrY16, Lines<YCbCr422WordsReader<false>>>(),
     Row<SourceReader::CbYCrY10p, Lines<YCbCr422PackedReader<false, Form10p>>>(),
     Row<SourceReader::CbYCrY12p, Lines<YCbCr422PackedReader<false, Form12p>>>(),
+    Row<SourceReader::CbYCrY10pCsi2, Lines<YCbCr422PackedReader<false, Form10pCsi2>>>(),
     Row<SourceReader::YYCbYYCr, Lines<YCbCr411Reader<YYCbYYCr>>>(),
     Row<SourceReader::CbYYCrYY, Lines<YCbCr411Reader<CbYYCrYY>>>(),
 };
