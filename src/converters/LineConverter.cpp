@@ -62,13 +62,15 @@ void ConvertOneLine(const PixelConverterContext& context, const LineRecipe& reci
     RunOneLine(LinePlan(context, recipe), context, pixels);
 }
 
-void ConvertAllLines(const LineDriver& driver, const LineRecipe& recipe, std::size_t pixels,
-                     const SourceLines& lines) {
+void ConvertAllLines(const PixelConverter& converter, const FrameCall& call, const LineRecipe& recipe,
+                     std::size_t pixels, const SourceLines* lines) {
+  const LineDriver driver(converter, call);
+  const SourceLines source = lines != nullptr ? *lines : driver.Source();
   if (recipe.samples) {
     const TwoPassLines plan(driver.Context(), recipe);
-    RunLines(plan, driver, lines, pixels, plan.FillsGroups(pixels));
+    RunLines(plan, driver, source, pixels, plan.FillsGroups(pixels));
   } else {
-    RunLines(LinePlan(driver.Context(), recipe), driver, lines, pixels, true);
+    RunLines(LinePlan(driver.Context(), recipe), driver, source, pixels, true);
   }
 }
 

@@ -7,13 +7,13 @@
 
 namespace ZrConvertersLib {
 
-/// One line by `recipe`; `pixels` a whole number of groups.
+/// One line by `recipe`.
 void ConvertOneLine(const PixelConverterContext& context, const LineRecipe& recipe, std::size_t pixels);
 
-/// All lines of a walk, `pixels` of each, from `lines`: what ConvertOneLine for each would give, prepared
-/// once.
-void ConvertAllLines(const LineDriver& driver, const LineRecipe& recipe, std::size_t pixels,
-                     const SourceLines& lines);
+/// All lines of a call to `converter`, `pixels` of each: what ConvertOneLine for each would give, prepared
+/// once. From `lines` where they are not those of the call.
+void ConvertAllLines(const PixelConverter& converter, const FrameCall& call, const LineRecipe& recipe,
+                     std::size_t pixels, const SourceLines* lines = nullptr);
 
 /// What a converter of single lines offers: the kernels to use, and how many pixels a line of a width writes.
 template <class Converter>
@@ -36,17 +36,19 @@ class LineConverter : public WholeFrameConverter<Derived> {
   }
 
   void ConvertFrame(const FrameCall& call) const {
-    const LineDriver driver(*this, call);
-    ConvertAllLines(driver, this->Self().Recipe(call.flags), this->Self().Pixels(driver.Width()),
-                    driver.Source());
+    ConvertAllLines(*this, call, this->Self().Recipe(call.flags), Pixels(call));
   }
 
   /// As the second stage of a chain: reads `samples` of `lines` where they are instead of an unpacked image.
   void ConvertSamples(const FrameCall& call, const SourceLines& lines, const SampleRecipe& samples) const {
-    const LineDriver driver(*this, call);
     LineRecipe recipe = this->Self().Recipe(call.flags);
     if (!ReadSamplesDirectly(recipe, samples)) recipe.samples = samples;
-    ConvertAllLines(driver, recipe, this->Self().Pixels(driver.Width()), lines);
+    ConvertAllLines(*this, call, recipe, Pixels(call), &lines);
+  }
+
+ private:
+  std::size_t Pixels(const FrameCall& call) const {
+    return this->Self().Pixels(call.width * this->GetWidthMultiplier());
   }
 };
 
