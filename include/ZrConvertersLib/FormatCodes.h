@@ -20,8 +20,8 @@
 ///   matrix.
 /// - In the GigE Vision formats Mono10Packed, Mono12Packed, Bayer..10Packed and Bayer..12Packed the first
 /// pixel's
-///   low bits lie in bits 3..0 of the middle byte; this library reads them from bits 7..4. Samples differ by
-///   at most their low bits.
+///   low bits lie in bits 3..0 of the middle byte; this library's types of these names have them in
+///   bits 7..4. The codes carry PixelConverter::FLAG_PACKED_GIGE_VISION, which means the camera's order.
 ///
 /// All functions here may be called from any thread at any time.
 
@@ -32,7 +32,7 @@ struct FormatCode {
   std::uint32_t code = 0;   ///< bits 31..24 kind, 23..16 bits per pixel in memory, 15..0 running number
   std::string_view name;    ///< the convention's name, "BayerRG12p" for instance
   long id = 0;              ///< type ID
-  unsigned flags = 0;       ///< conversion flags that the code settles: mosaic pattern or colour matrix
+  unsigned flags = 0;       ///< conversion flags that the code settles: pattern, matrix, packing
   bool matrixKnown = true;  ///< false: BT.2020, the layout is known but no matrix of the library fits
 };
 
@@ -45,9 +45,9 @@ ZR_EXPORT const FormatCode* FindFormatCode(std::uint32_t code) noexcept;
 /// The entry of one of the convention's names (exact spelling), or null.
 ZR_EXPORT const FormatCode* FindFormatCode(std::string_view name) noexcept;
 
-/// The entry for a type ID under conversion flags (only the pattern and matrix bits that matter to the type
-/// are looked at; no pattern bit counts as the family's first, no matrix bit as BT.601), or null where the
-/// convention has none.
+/// The entry for a type ID under conversion flags (only the pattern, matrix and packing bits that matter to
+/// the type are looked at; no pattern bit counts as the family's first, no matrix bit as BT.601), or null
+/// where the convention has none.
 ZR_EXPORT const FormatCode* FormatCodeOf(long id, unsigned flags) noexcept;
 
 /// What a user's word for a format means.
@@ -57,9 +57,10 @@ struct FormatChoice {
   bool settled = false;  ///< true: the word named the pattern or matrix too
 };
 
-/// Reads a format as a person writes it: a name of this library, a name of the convention, or a code as
-/// hexadecimal ("0x010C0059") or decimal number. The library's own names go first, so "RGB565p" is this
-/// library's and "YCbCr422_8" leaves the matrix open. Codes are always the convention's.
+/// Reads a format as a person writes it: a name of this library, a name of the convention, a name or fourcc
+/// of V4L2 (V4l2Formats.h), or a code of either as hexadecimal ("0x010C0059") or decimal number. The
+/// library's own names go first, so "RGB565p" is this library's and "YCbCr422_8" leaves the matrix open; but
+/// "Mono12Packed" means what cameras send, with the flag of GigE Vision's order.
 /// @param text    the word
 /// @param choice  receives the meaning; left as it was when the result is no success
 /// @return success, FrameError::UnknownFormat or FrameError::MatrixUnknown

@@ -66,6 +66,13 @@ enum class ColourMatrix : std::uint8_t {
   Jpeg    ///< BT.601 coefficients, full range (JFIF)
 };
 
+/// In which order packed samples of a source have their bits.
+enum class PackingOrder : std::uint8_t {
+  Type,        ///< as the type's layout says
+  GigEVision,  ///< PixelConverter::FLAG_PACKED_GIGE_VISION
+  Csi2         ///< PixelConverter::FLAG_PACKED_CSI2; a line must be a whole number of groups
+};
+
 /// A rectangle of the source frame, in pixels. Width or height 0: up to the frame's edge.
 struct Region {
   std::uint32_t x = 0;
@@ -79,17 +86,19 @@ struct FrameOptions {
   MosaicPattern pattern = MosaicPattern::GRBG;  ///< Bayer, BiColor, SCF1: pattern of the whole source frame
   Demosaic demosaic = Demosaic::Fast;           ///< the same
   ColourMatrix matrix = ColourMatrix::Bt601;    ///< YCbCr sources
+  PackingOrder packing = PackingOrder::Type;    ///< packed sources that have such an order
   const RGBFilter* filter =
       nullptr;                  ///< for 8-bit colour; null: none. Must outlive every Convert that uses it
   bool flipVertical = false;    ///< the picture's last line comes first
   bool flipHorizontal = false;  ///< the picture's last column comes first
   Region region;  ///< the part of the source to convert: exactly that rectangle of the whole frame's picture
 
-  /// Sets pattern, demosaic and matrix as PixelConverter::Convert reads them from its flags (no pattern bit:
-  /// GRBG; of several, the highest; no matrix bit: BT.601). Takes the flags of a FormatCode as well.
+  /// Sets pattern, demosaic, matrix and packing as PixelConverter::Convert reads them from its flags (no
+  /// pattern bit: GRBG; of several, the highest; no matrix bit: BT.601). Takes the flags of a FormatCode as
+  /// well.
   ZR_EXPORT void SetFlags(unsigned flags) noexcept;
 
-  /// The flags of PixelConverter::Convert for pattern, demosaic and matrix.
+  /// The flags of PixelConverter::Convert for pattern, demosaic, matrix and packing.
   ZR_EXPORT unsigned GetFlags() const noexcept;
 };
 
@@ -151,8 +160,8 @@ class ZR_EXPORT FrameConverter {
   /// their samples; region and flips may change their pattern, see DestinationPattern().
   ///
   /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, FrameTooSmall,
-  ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, RegionOutside, RegionNotAllowed,
-  ///         OutOfMemory; without success the object stays as it was
+  ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, InvalidPacking, RegionOutside,
+  ///         RegionNotAllowed, OutOfMemory; without success the object stays as it was
   ZrUtilsLib::Result Configure(long source, long destination, std::uint32_t width, std::uint32_t height,
                                const FrameOptions& options = {});
 

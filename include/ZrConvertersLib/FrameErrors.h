@@ -37,6 +37,7 @@ inline constexpr std::uint32_t BuffersOverlap = 0x8015;       ///< source and de
 inline constexpr std::uint32_t LinesOutside = 0x8016;         ///< the band leaves the destination picture
 inline constexpr std::uint32_t InvalidTone = 0x8017;          ///< a tone setting has no meaning
 inline constexpr std::uint32_t MatrixUnknown = 0x8018;        ///< the code's colour matrix is not one of ours
+inline constexpr std::uint32_t InvalidPacking = 0x8019;       ///< no value of PackingOrder
 }  // namespace FrameError
 
 /// One sentence (without a full stop) that says in English what a result code of this library means. Never

@@ -1,13 +1,14 @@
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/PixelConverter.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 
 #include "core/FormatTable.h"
-#include "formats/Patterns.h"
+#include "formats/SettledFlags.h"
 
 namespace ZrConvertersLib {
 
@@ -24,6 +25,7 @@ constexpr unsigned kScfWbwg = PixelConverter::FLAG_SCF_WBWG;
 constexpr unsigned kScfWrwg = PixelConverter::FLAG_SCF_WRWG;
 constexpr unsigned kScfWgwb = PixelConverter::FLAG_SCF_WGWB;
 constexpr unsigned kJpeg = PixelConverter::FLAG_YCBCR_JPG;
+constexpr unsigned kGigE = PixelConverter::FLAG_PACKED_GIGE_VISION;
 constexpr unsigned k709 = PixelConverter::FLAG_YCBCR_709;
 
 // clang-format off
@@ -73,8 +75,8 @@ constexpr auto kCodes = [] {
       FormatCode{0x01080002, "Mono8s",                  Ids::Mono8s,               0},
       FormatCode{0x01100003, "Mono10",                  Ids::Mono10,               0},
       FormatCode{0x01100005, "Mono12",                  Ids::Mono12,               0},
-      FormatCode{0x010C0004, "Mono10Packed",            Ids::Mono10Packed,         0},
-      FormatCode{0x010C0006, "Mono12Packed",            Ids::Mono12Packed,         0},
+      FormatCode{0x010C0004, "Mono10Packed",            Ids::Mono10Packed,         kGigE},
+      FormatCode{0x010C0006, "Mono12Packed",            Ids::Mono12Packed,         kGigE},
       FormatCode{0x01100025, "Mono14",                  Ids::Mono14,               0},
       FormatCode{0x01100007, "Mono16",                  Ids::Mono16,               0},
       FormatCode{0x01010037, "Mono1p",                  Ids::Mono1p,               0},
@@ -162,18 +164,18 @@ constexpr auto kCodes = [] {
       FormatCode{0x0110000D, "BayerRG10",               Ids::Bayer10,              kRggb},
       FormatCode{0x0110000E, "BayerGB10",               Ids::Bayer10,              kGbrg},
       FormatCode{0x0110000F, "BayerBG10",               Ids::Bayer10,              kBggr},
-      FormatCode{0x010C0026, "BayerGR10Packed",         Ids::Bayer10Packed,        kGrbg},
-      FormatCode{0x010C0027, "BayerRG10Packed",         Ids::Bayer10Packed,        kRggb},
-      FormatCode{0x010C0028, "BayerGB10Packed",         Ids::Bayer10Packed,        kGbrg},
-      FormatCode{0x010C0029, "BayerBG10Packed",         Ids::Bayer10Packed,        kBggr},
+      FormatCode{0x010C0026, "BayerGR10Packed",         Ids::Bayer10Packed,        kGrbg | kGigE},
+      FormatCode{0x010C0027, "BayerRG10Packed",         Ids::Bayer10Packed,        kRggb | kGigE},
+      FormatCode{0x010C0028, "BayerGB10Packed",         Ids::Bayer10Packed,        kGbrg | kGigE},
+      FormatCode{0x010C0029, "BayerBG10Packed",         Ids::Bayer10Packed,        kBggr | kGigE},
       FormatCode{0x01100010, "BayerGR12",               Ids::Bayer12,              kGrbg},
       FormatCode{0x01100011, "BayerRG12",               Ids::Bayer12,              kRggb},
       FormatCode{0x01100012, "BayerGB12",               Ids::Bayer12,              kGbrg},
       FormatCode{0x01100013, "BayerBG12",               Ids::Bayer12,              kBggr},
-      FormatCode{0x010C002A, "BayerGR12Packed",         Ids::Bayer12Packed,        kGrbg},
-      FormatCode{0x010C002B, "BayerRG12Packed",         Ids::Bayer12Packed,        kRggb},
-      FormatCode{0x010C002C, "BayerGB12Packed",         Ids::Bayer12Packed,        kGbrg},
-      FormatCode{0x010C002D, "BayerBG12Packed",         Ids::Bayer12Packed,        kBggr},
+      FormatCode{0x010C002A, "BayerGR12Packed",         Ids::Bayer12Packed,        kGrbg | kGigE},
+      FormatCode{0x010C002B, "BayerRG12Packed",         Ids::Bayer12Packed,        kRggb | kGigE},
+      FormatCode{0x010C002C, "BayerGB12Packed",         Ids::Bayer12Packed,        kGbrg | kGigE},
+      FormatCode{0x010C002D, "BayerBG12Packed",         Ids::Bayer12Packed,        kBggr | kGigE},
       FormatCode{0x0110002E, "BayerGR16",               Ids::Bayer16,              kGrbg},
       FormatCode{0x0110002F, "BayerRG16",               Ids::Bayer16,              kRggb},
       FormatCode{0x01100030, "BayerGB16",               Ids::Bayer16,              kGbrg},
@@ -264,27 +266,6 @@ static_assert(std::all_of(kFormats.begin(), kFormats.end(), [](const FormatRow& 
                      [&](const FormatCode& entry) { return entry.id == row.id; });
 }));
 
-unsigned MatrixFlags(unsigned flags) noexcept {
-  if ((flags & kJpeg) != 0) return kJpeg;
-  return flags & k709;
-}
-
-/// The bits of the flags that a code of this family settles.
-unsigned SettledFlags(Family family, unsigned flags) noexcept {
-  switch (family) {
-    case Family::YCbCr:
-      return MatrixFlags(flags);
-    case Family::Bayer:
-    case Family::BiColor:
-    case Family::Scf1:
-      return PatternFlag(PatternOf(family, flags));
-    case Family::Rgb:
-    case Family::Mono:
-      break;
-  }
-  return 0;
-}
-
 bool ReadNumber(std::string_view text, std::uint32_t& number) noexcept {
   const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
   if (hexadecimal) text.remove_prefix(2);
@@ -296,6 +277,14 @@ bool ReadNumber(std::string_view text, std::uint32_t& number) noexcept {
 bool CodeSettlesFlags(long id) noexcept {
   const Family family = FindFormat(id)->family;
   return family != Family::Rgb && family != Family::Mono;
+}
+
+/// A name, or the number of a fourcc.
+ZrUtilsLib::Result ReadV4l2Format(std::string_view text, std::uint32_t number, FormatChoice& choice) {
+  const V4l2Format* entry = number != 0 ? FindV4l2Format(number) : FindV4l2Format(text);
+  if (entry == nullptr) return FrameError::UnknownFormat;
+  choice = {entry->id, entry->flags, FindFormat(entry->id)->family == Family::Bayer};
+  return {};
 }
 
 const FormatRow* FindRow(std::string_view name) noexcept {
@@ -329,7 +318,7 @@ const FormatCode* FindFormatCode(std::string_view name) noexcept {
 const FormatCode* FormatCodeOf(long id, unsigned flags) noexcept {
   const FormatRow* row = FindFormat(id);
   if (row == nullptr) return nullptr;
-  const unsigned settled = SettledFlags(row->family, flags);
+  const unsigned settled = SettledFlags(*row, flags);
   const auto found = std::find_if(kCodes.begin(), kCodes.end(), [&](const FormatCode& entry) {
     return entry.id == id && entry.flags == settled && entry.matrixKnown;
   });
@@ -337,13 +326,14 @@ const FormatCode* FormatCodeOf(long id, unsigned flags) noexcept {
 }
 
 ZrUtilsLib::Result ReadFormat(std::string_view text, FormatChoice& choice) {
-  if (const FormatRow* row = FindRow(text)) {
-    choice = {row->id, 0, false};
-    return {};
-  }
   std::uint32_t number = 0;
   const FormatCode* entry = ReadNumber(text, number) ? FindFormatCode(number) : FindFormatCode(text);
-  if (entry == nullptr) return FrameError::UnknownFormat;
+  if (const FormatRow* row = FindRow(text)) {
+    const bool alike = entry != nullptr && entry->id == row->id;
+    choice = {row->id, alike ? entry->flags & PackingFlagOf(*row) : 0, false};
+    return {};
+  }
+  if (entry == nullptr) return ReadV4l2Format(text, number, choice);
   if (!entry->matrixKnown) return FrameError::MatrixUnknown;
   choice = {entry->id, entry->flags, CodeSettlesFlags(entry->id)};
   return {};

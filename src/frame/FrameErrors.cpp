@@ -72,6 +72,8 @@ std::string_view ResultText(std::uint32_t code) noexcept {
       return "a tone setting is out of its range";
     case FrameError::MatrixUnknown:
       return "the format has a colour matrix (BT.2020) that the library does not know";
+    case FrameError::InvalidPacking:
+      return "the packing is not one of type, GigE Vision and CSI-2";
     default:
       return BaseText(code);
   }

@@ -30,6 +30,12 @@ ColourMatrix MatrixOf(unsigned flags) noexcept {
   return ColourMatrix::Bt601;
 }
 
+PackingOrder PackingOf(unsigned flags) noexcept {
+  if ((flags & PixelConverter::FLAG_PACKED_CSI2) != 0) return PackingOrder::Csi2;
+  if ((flags & PixelConverter::FLAG_PACKED_GIGE_VISION) != 0) return PackingOrder::GigEVision;
+  return PackingOrder::Type;
+}
+
 }  // namespace
 
 std::string_view PatternName(MosaicPattern pattern) noexcept {
@@ -41,6 +47,7 @@ void FrameOptions::SetFlags(unsigned flags) noexcept {
   pattern = AnyPatternOf(flags);
   demosaic = (flags & kInterpolate) != 0 ? Demosaic::Interpolate : Demosaic::Fast;
   matrix = MatrixOf(flags);
+  packing = PackingOf(flags);
 }
 
 unsigned FrameOptions::GetFlags() const noexcept {
@@ -48,6 +55,8 @@ unsigned FrameOptions::GetFlags() const noexcept {
   if (demosaic == Demosaic::Interpolate) flags |= kInterpolate;
   if (matrix == ColourMatrix::Bt709) flags |= PixelConverter::FLAG_YCBCR_709;
   if (matrix == ColourMatrix::Jpeg) flags |= PixelConverter::FLAG_YCBCR_JPG;
+  if (packing == PackingOrder::GigEVision) flags |= PixelConverter::FLAG_PACKED_GIGE_VISION;
+  if (packing == PackingOrder::Csi2) flags |= PixelConverter::FLAG_PACKED_CSI2;
   return flags;
 }
 

@@ -8,6 +8,7 @@
 
 #include "core/ChainFrame.h"
 #include "formats/Patterns.h"
+#include "formats/SettledFlags.h"
 
 namespace ZrConvertersLib {
 
@@ -19,6 +20,7 @@ Result CheckOptions(const FrameOptions& options, const FramePlan& plan) {
   if (!IsPatternOf(plan.source->family, options.pattern)) return FrameError::InvalidPattern;
   if (options.demosaic > Demosaic::Interpolate) return FrameError::InvalidDemosaic;
   if (options.matrix > ColourMatrix::Jpeg) return FrameError::InvalidMatrix;
+  if (options.packing > PackingOrder::Csi2) return FrameError::InvalidPacking;
   return {};
 }
 
@@ -93,6 +95,9 @@ Result Measure(FramePlan& plan) {
   const Result source = DescribeFrame(plan.source->id, static_cast<std::uint64_t>(plan.width),
                                       static_cast<std::uint64_t>(plan.height), 0, plan.sourceLayout);
   if (!source.IsSuccess()) return source;
+  // The low bits of a group lie behind its last sample.
+  const bool csi2 = (plan.flags & PackingFlagOf(*plan.source) & PixelConverter::FLAG_PACKED_CSI2) != 0;
+  if (csi2 && plan.width % plan.source->group.pixels != 0) return FrameError::WidthNotAllowed;
   if (plan.width < plan.near.tileWidth || plan.height < plan.near.tileHeight)
     return FrameError::FrameTooSmall;
   // The converter leaves out the last byte where it is not whole.

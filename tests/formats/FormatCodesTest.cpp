@@ -3,6 +3,7 @@
 #include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/PixelConverter.h>
 #include <ZrConvertersLib/PixelTypes.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -23,7 +24,8 @@ constexpr Known kKnown[] = {
     {0x010E0104, "Mono14p", Ids::Mono14p, 0},
     {0x010C0059, "BayerRG12p", Ids::Bayer12p, PixelConverter::FLAG_BAYER_RGGB},
     {0x01080008, "BayerGR8", Ids::Bayer8, PixelConverter::FLAG_BAYER_GRBG},
-    {0x010C0028, "BayerGB10Packed", Ids::Bayer10Packed, PixelConverter::FLAG_BAYER_GBRG},
+    {0x010C0028, "BayerGB10Packed", Ids::Bayer10Packed,
+     PixelConverter::FLAG_BAYER_GBRG | PixelConverter::FLAG_PACKED_GIGE_VISION},
     {0x0110010C, "BayerBG14", Ids::Bayer14, PixelConverter::FLAG_BAYER_BGGR},
     {0x021000A6, "BiColorBGRG8", Ids::BiColor8, PixelConverter::FLAG_BICOLOR_BGRG},
     {0x0110007D, "SCF1WRWG10", Ids::SCF110, PixelConverter::FLAG_SCF_WRWG},
@@ -65,6 +67,7 @@ TEST(FormatCodesTest, Word565IsMappedByItsBits) {
 }
 
 TEST(FormatCodesTest, OnlyTheBitsOfTheFamilyCount) {
+  EXPECT_EQ(FormatCodeOf(Ids::Mono12Packed, 0), nullptr);
   EXPECT_EQ(FormatCodeOf(Ids::Mono8, 0xFFFFFFFF)->name, "Mono8");
   EXPECT_EQ(FormatCodeOf(Ids::Bayer8, 0)->name, "BayerGR8");
   EXPECT_EQ(FormatCodeOf(Ids::Bayer8, 0xF0)->name, "BayerBG8");
@@ -72,6 +75,17 @@ TEST(FormatCodesTest, OnlyTheBitsOfTheFamilyCount) {
   EXPECT_EQ(FormatCodeOf(Ids::BiColor8, 0)->name, "BiColorRGBG8");
   EXPECT_EQ(FormatCodeOf(Ids::BiColor8, PixelConverter::FLAG_BICOLOR_GBGR), nullptr);
   EXPECT_EQ(FormatCodeOf(293, 0), nullptr);
+}
+
+TEST(V4l2FormatsTest, WayThereAndBack) {
+  for (const V4l2Format& entry : V4l2Formats()) {
+    EXPECT_EQ(FindV4l2Format(entry.fourcc), &entry) << entry.name;
+    EXPECT_EQ(FindV4l2Format(entry.name), &entry) << entry.name;
+    const V4l2Format* back = V4l2FormatOf(entry.id, entry.flags);
+    ASSERT_NE(back, nullptr) << entry.name;
+    EXPECT_TRUE(back->id == entry.id && back->flags == entry.flags) << entry.name;
+  }
+  EXPECT_EQ(V4l2FormatOf(Ids::Mono10p, 0), nullptr);
 }
 
 TEST(FormatCodesTest, UnknownCodes) {
@@ -88,7 +102,17 @@ struct Word {
 
 TEST(ReadFormatTest, WordsOfAPerson) {
   const unsigned rggb = PixelConverter::FLAG_BAYER_RGGB;
+  const unsigned gige = PixelConverter::FLAG_PACKED_GIGE_VISION;
+  const unsigned csi2 = PixelConverter::FLAG_PACKED_CSI2;
   const Word words[] = {
+      {"Mono12Packed", 0, {Ids::Mono12Packed, gige, false}},
+      {"0x010C002B", 0, {Ids::Bayer12Packed, rggb | gige, true}},
+      {"pRAA", 0, {Ids::Bayer10p, rggb | csi2, true}},
+      {"SRGGB10P", 0, {Ids::Bayer10p, rggb | csi2, true}},
+      {"0x41415270", 0, {Ids::Bayer10p, rggb | csi2, true}},
+      {"Y10", 0, {Ids::Mono10, 0, false}},
+      {"Y14P", 0, {Ids::Mono14p, csi2, false}},
+      {"AR24", 0, {Ids::BGRa8, 0, false}},
       {"Mono12p", 0, {Ids::Mono12p, 0, false}},
       {"Bayer12p", 0, {Ids::Bayer12p, 0, false}},
       {"BayerRG12p", 0, {Ids::Bayer12p, rggb, true}},

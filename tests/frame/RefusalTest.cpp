@@ -85,6 +85,10 @@ INSTANTIATE_TEST_SUITE_P(
               [](FrameOptions& options) { options.demosaic = static_cast<Demosaic>(255); }},
         Setup{"Matrix", FrameError::InvalidMatrix, Ids::YCbCr8, Ids::RGB8, 8, 4,
               [](FrameOptions& options) { options.matrix = static_cast<ColourMatrix>(3); }},
+        Setup{"Packing", FrameError::InvalidPacking, Ids::Mono8, Ids::RGB8, 8, 4,
+              [](FrameOptions& options) { options.packing = static_cast<PackingOrder>(3); }},
+        Setup{"Csi2OfHalfAGroup", FrameError::WidthNotAllowed, Ids::Mono10p, Ids::RGB8, 7, 4,
+              [](FrameOptions& options) { options.packing = PackingOrder::Csi2; }},
         Setup{"RegionRightOfFrame", FrameError::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
               WithRegion({8, 0, 0, 0})},
         Setup{"RegionBelowFrame", FrameError::RegionOutside, Ids::Mono8, Ids::RGB8, 8, 4,
@@ -213,11 +217,11 @@ TEST(ResultTextTest, EveryCodeHasWordsOfItsOwn) {
   std::set<std::string_view> texts;
   const std::uint32_t base[] = {0, 18, 24, 26, 16384};
   for (const std::uint32_t code : base) texts.insert(ResultText(code));
-  for (std::uint32_t code = FrameError::UnknownFormat; code <= FrameError::MatrixUnknown; ++code) {
+  for (std::uint32_t code = FrameError::UnknownFormat; code <= FrameError::InvalidPacking; ++code) {
     texts.insert(ResultText(code));
   }
   texts.insert(ResultText(12345));
-  EXPECT_EQ(texts.size(), std::size(base) + FrameError::MatrixUnknown - FrameError::UnknownFormat + 2);
+  EXPECT_EQ(texts.size(), std::size(base) + FrameError::InvalidPacking - FrameError::UnknownFormat + 2);
   EXPECT_EQ(texts.count(""), 0u);
 }
 
