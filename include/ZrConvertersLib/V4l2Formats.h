@@ -28,8 +28,8 @@ ZR_EXPORT std::span<const V4l2Format> V4l2Formats() noexcept;
 /// The entry of a fourcc, or null.
 ZR_EXPORT const V4l2Format* FindV4l2Format(std::uint32_t fourcc) noexcept;
 
-/// The entry of one of the kernel's names, or of the characters of a fourcc (exact spelling, spaces at the end
-/// may be left out), or null.
+/// The entry of one of the kernel's names, or of the characters of a fourcc (exact spelling, spaces at the
+/// end may be left out), or null.
 ZR_EXPORT const V4l2Format* FindV4l2Format(std::string_view name) noexcept;
 
 /// The first entry for a type ID under conversion flags, of which only pattern and packing are looked at, or

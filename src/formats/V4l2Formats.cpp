@@ -88,9 +88,8 @@ static_assert(CodesAndNamesAreDistinct());
 static_assert(std::is_sorted(kV4l2Formats.begin(), kV4l2Formats.end(),
                              [](const V4l2Format& a, const V4l2Format& b) { return a.id < b.id; }));
 static_assert(std::all_of(kV4l2Formats.begin(), kV4l2Formats.end(), [](const V4l2Format& entry) {
-  return FormatSatisfies(entry.id, [&entry](const FormatRow& row) {
-    return SettledFlags(row, entry.flags) == entry.flags;
-  });
+  return FormatSatisfies(
+      entry.id, [&entry](const FormatRow& row) { return SettledFlags(row, entry.flags) == entry.flags; });
 }));
 
 template <typename Wanted>
@@ -110,7 +109,8 @@ const V4l2Format* FindV4l2Format(std::uint32_t fourcc) noexcept {
 }
 
 const V4l2Format* FindV4l2Format(std::string_view name) noexcept {
-  if (const V4l2Format* entry = Find([name](const V4l2Format& one) { return one.name == name; })) return entry;
+  if (const V4l2Format* entry = Find([name](const V4l2Format& one) { return one.name == name; }))
+    return entry;
   if (name.empty() || name.size() > 4) return nullptr;
   std::array<char, 4> letters{' ', ' ', ' ', ' '};
   std::copy(name.begin(), name.end(), letters.begin());

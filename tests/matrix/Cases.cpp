@@ -74,13 +74,9 @@ FamilyFlags DrawFamilyFlags(const Model::Pair& pair, Random& random) {
   }
 }
 
-/// Drawn as soon as the library names them.
-template <typename Converter>
 unsigned PackingFlags(Random& random) {
-  if constexpr (requires { Converter::FLAG_PACKED_GIGE_VISION | Converter::FLAG_PACKED_CSI2; })
-    return random.OneOf({0u, 0u, Model::kGigEVisionPacking, Model::kCsi2Packing,
-                         Model::kGigEVisionPacking | Model::kCsi2Packing});
-  return 0;
+  return random.OneOf({0u, 0u, Model::kGigEVisionPacking, Model::kCsi2Packing,
+                       Model::kGigEVisionPacking | Model::kCsi2Packing});
 }
 
 /// Flags of other families must not matter.
@@ -89,8 +85,7 @@ unsigned Flags(const Model::Pair& pair, Random& random) {
   unsigned others = 0;
   for (const unsigned family : {0xF000FE00u, 0x70000u, 0x1F0u})
     if (random.Below(4) == 0) others |= family;
-  return own.drawn | (others & ~own.mask) | BorderBits(random) |
-         PackingFlags<ZrConvertersLib::PixelConverter>(random);
+  return own.drawn | (others & ~own.mask) | BorderBits(random) | PackingFlags(random);
 }
 
 /// Odd ones put 16-bit words at odd addresses.
