@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/Patterns.h"
 #include "core/PointerOffset.h"
 
 namespace ZrConvertersLib {
@@ -16,12 +17,17 @@ struct BiColorOrder {
   bool greenFirst, redAtEvenColumn;
 };
 
-/// Of several flags the highest wins; without one it is red and green, blue and green.
 BiColorOrder OrderOf(std::uint32_t flags) {
-  if ((flags & PixelConverter::FLAG_BICOLOR_GBGR) != 0) return {true, false};
-  if ((flags & PixelConverter::FLAG_BICOLOR_GRGB) != 0) return {true, true};
-  if ((flags & PixelConverter::FLAG_BICOLOR_BGRG) != 0) return {false, false};
-  return {false, true};
+  switch (PatternOf(Family::BiColor, flags)) {
+    case MosaicPattern::GBGR:
+      return {true, false};
+    case MosaicPattern::GRGB:
+      return {true, true};
+    case MosaicPattern::BGRG:
+      return {false, false};
+    default:
+      return {false, true};
+  }
 }
 
 /// Source lines and where their pixels go.

@@ -1,23 +1,29 @@
 #include "converters/MosaicLines.h"
 
-#include <ZrConvertersLib/PixelConverter.h>
-
 #include <algorithm>
 #include <cstring>
 #include <limits>
 
+#include "core/BandFlags.h"
+#include "core/Patterns.h"
 #include "core/PointerOffset.h"
 
 namespace ZrConvertersLib {
 
 namespace {
 
-/// The tile at line 0, column 0; of several flags, BGGR wins, then RGGB, then GBRG.
+/// The tile at line 0, column 0.
 MosaicTile FirstTile(std::uint32_t flags) {
-  if ((flags & PixelConverter::FLAG_BAYER_BGGR) != 0) return {true, true};
-  if ((flags & PixelConverter::FLAG_BAYER_RGGB) != 0) return {false, false};
-  if ((flags & PixelConverter::FLAG_BAYER_GBRG) != 0) return {true, false};
-  return {false, true};
+  switch (PatternOf(Family::Bayer, flags)) {
+    case MosaicPattern::BGGR:
+      return {true, true};
+    case MosaicPattern::RGGB:
+      return {false, false};
+    case MosaicPattern::GBRG:
+      return {true, false};
+    default:
+      return {false, true};
+  }
 }
 
 }  // namespace
@@ -39,12 +45,9 @@ SourceLines ImageLines(const PixelConverterContext& context) {
 }
 
 std::ptrdiff_t NeighbourLine(const PixelConverterContext& context, std::ptrdiff_t line) {
-  constexpr std::uint32_t kEnds = PixelConverter::FLAG_BAND_FIRST | PixelConverter::FLAG_BAND_LAST;
-  const bool middle = (context.mFlags & PixelConverter::FLAG_BAND_MIDDLE) != 0;
-  const std::uint32_t ends = context.mFlags & kEnds;
   const std::ptrdiff_t height = std::max<std::ptrdiff_t>(context.mSourceHeight, 2);
-  if (line < 0 && !middle && ends != PixelConverter::FLAG_BAND_LAST) return -line;
-  if (line >= height && !middle && ends != PixelConverter::FLAG_BAND_FIRST) return 2 * (height - 1) - line;
+  if (line < 0 && !HasLinesAbove(context.mFlags)) return -line;
+  if (line >= height && !HasLinesBelow(context.mFlags)) return 2 * (height - 1) - line;
   return line;
 }
 

@@ -3,16 +3,23 @@
 #include <ZrConvertersLib/PixelConverter.h>
 
 #include "converters/LineConverter.h"
+#include "core/MatrixFlags.h"
 #include "core/YCbCrMatrix.h"
 
 /// Converters of YCbCr lines. Mono destinations get the green of the converted colour.
 
 namespace ZrConvertersLib {
 
-/// The matrix that conversion flags choose.
-constexpr const YCbCrMatrix& MatrixOf(std::uint32_t flags) {
-  if ((flags & PixelConverter::FLAG_YCBCR_JPG) != 0) return kMatrixJPG;
-  if ((flags & PixelConverter::FLAG_YCBCR_709) != 0) return kMatrix709;
+/// The matrix that the flags of a conversion choose.
+constexpr const YCbCrMatrix& FixedPointMatrix(std::uint32_t flags) {
+  switch (MatrixOf(flags)) {
+    case ColourMatrix::Jpeg:
+      return kMatrixJPG;
+    case ColourMatrix::Bt709:
+      return kMatrix709;
+    case ColourMatrix::Bt601:
+      break;
+  }
   return kMatrix601;
 }
 
@@ -31,7 +38,8 @@ class YCbCrLayoutTo : public LineConverter<YCbCrLayoutTo<T, Out, reader>> {
   }
 
   LineRecipe Recipe(std::uint32_t flags) const {
-    LineRecipe recipe{.reader = reader, .writer = Out::kWriter, .shift = mShift, .matrix = &MatrixOf(flags)};
+    LineRecipe recipe{
+        .reader = reader, .writer = Out::kWriter, .shift = mShift, .matrix = &FixedPointMatrix(flags)};
     // 4:4:4 is read from bytes only.
     if (sizeof(T) > 1 && kGroup.pixels == 1) recipe.samples = {simd::SourceReader::Mono16, 8 - mShift};
     return recipe;

@@ -8,7 +8,7 @@
 #include <charconv>
 
 #include "core/FormatTable.h"
-#include "formats/SettledFlags.h"
+#include "core/SettledFlags.h"
 
 namespace ZrConvertersLib {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "formats/SettledFlags.h"
+#include "core/SettledFlags.h"
 
 namespace ZrConvertersLib {
 

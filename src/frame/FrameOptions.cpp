@@ -3,7 +3,8 @@
 
 #include <array>
 
-#include "formats/Patterns.h"
+#include "core/MatrixFlags.h"
+#include "core/Patterns.h"
 
 namespace ZrConvertersLib {
 
@@ -22,12 +23,6 @@ MosaicPattern AnyPatternOf(unsigned flags) noexcept {
     if ((flags & PatternFlag(pattern)) != 0) return pattern;
   }
   return PatternOf(Family::Bayer, flags);
-}
-
-ColourMatrix MatrixOf(unsigned flags) noexcept {
-  if ((flags & PixelConverter::FLAG_YCBCR_JPG) != 0) return ColourMatrix::Jpeg;
-  if ((flags & PixelConverter::FLAG_YCBCR_709) != 0) return ColourMatrix::Bt709;
-  return ColourMatrix::Bt601;
 }
 
 PackingOrder PackingOf(unsigned flags) noexcept {
@@ -51,10 +46,8 @@ void FrameOptions::SetFlags(unsigned flags) noexcept {
 }
 
 unsigned FrameOptions::GetFlags() const noexcept {
-  unsigned flags = PatternFlag(pattern);
+  unsigned flags = PatternFlag(pattern) | MatrixFlag(matrix);
   if (demosaic == Demosaic::Interpolate) flags |= kInterpolate;
-  if (matrix == ColourMatrix::Bt709) flags |= PixelConverter::FLAG_YCBCR_709;
-  if (matrix == ColourMatrix::Jpeg) flags |= PixelConverter::FLAG_YCBCR_JPG;
   if (packing == PackingOrder::GigEVision) flags |= PixelConverter::FLAG_PACKED_GIGE_VISION;
   if (packing == PackingOrder::Csi2) flags |= PixelConverter::FLAG_PACKED_CSI2;
   return flags;

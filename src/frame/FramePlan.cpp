@@ -7,8 +7,8 @@
 #include <numeric>
 
 #include "core/ChainFrame.h"
-#include "formats/Patterns.h"
-#include "formats/SettledFlags.h"
+#include "core/Patterns.h"
+#include "core/SettledFlags.h"
 
 namespace ZrConvertersLib {
 
