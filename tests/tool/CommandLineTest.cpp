@@ -1,4 +1,6 @@
 // What the tool says to nonsense, and that it leaves nothing behind.
+#include <ZrConvertersLib/Format.h>
+
 #include <algorithm>
 #include <regex>
 #include <set>
@@ -39,8 +41,8 @@ const std::vector<Nonsense> cNonsense{
     {"NoCommand", "", 2, {"convert", "chart"}},
     {"UnknownCommand", "transmogrify in.raw out.png", 2, {"transmogrify", "convert", "chart"}},
     {"MistypedCommand", "covnert in.raw out.png", 2, {"covnert", "did you mean convert?"}},
-    {"NoFrames", cRight + "--frames 0", 2, {"0 frames"}},
-    {"BlackAboveWhite", cRight + "--black 300 -t RGB8", 2, {"--black"}},
+    {"NoFrames", cRight + "--frames 0", 2, {"--frames", "1 or more", "'0'"}},
+    {"BlackAboveWhite", cRight + "--black 300 -t RGB8", 2, {"--black", "0 to 254"}},
     {"MosaicOfOneColumn", "convert in.raw out.png -f Bayer8 -s 1x48", 2, {"2 x 2"}},
     {"UnknownMatrixOfCode", "convert in.raw out.png -f 0x021000FA -s 4x4", 2, {"BT.2020"}},
     {"UnknownOption", cRight + "--sharpen", 2, {"--sharpen"}},
@@ -74,15 +76,36 @@ const std::vector<Nonsense> cNonsense{
     {"GreyMapOfColour", cRight + "-t RGB8 -c pgm", 2, {".pgm", "RGB8"}},
     {"PixelMapOfGrey", cRight + "-t Mono8 -c ppm", 2, {".ppm", "Mono8"}},
     {"ToneOnGrey", cRight + "-t Mono16 --gamma 2", 2, {"8-bit colour", "Mono16"}},
-    {"GammaOfZero", cRight + "--gamma 0", 2, {"--gamma"}},
+    {"GammaOfZero", cRight + "--gamma 0", 2, {"--gamma", "above 0"}},
+    {"GainBelowZero", cRight + "--gain 1,-1,1", 2, {"--gain", "0 or more"}},
+    {"OffsetOfWords", cRight + "--offset x", 2, {"--offset", "RED,GREEN,BLUE"}},
     {"GainOfTwo", cRight + "--gain 1,2", 2, {"1,2", "RED,GREEN,BLUE"}},
     {"RegionOutside", cRight + "--region 60,0,5,5", 2, {"region", "64x48"}},
     {"UnknownPattern", cRight + "--pattern RGBB", 2, {"RGBB", "RGGB"}},
     {"UnknownMatrix", cRight + "--matrix 2020", 2, {"2020", "709"}},
     {"PatternAgainstCode", "convert in.raw out.png -f BayerRG8 -p BGGR -s 64x48", 2, {"BayerRG8", "pattern"}},
     {"UnknownDemosaic", cRight + "--demosaic magic", 2, {"magic", "interpolate"}},
-    {"ThreadsOfWords", cRight + "-j many", 2, {"many"}},
-    {"TooManyThreads", cRight + "-j 100000", 2, {"100000"}},
+    {"ThreadsOfWords", cRight + "-j many", 2, {"--threads", "0 to 256", "many"}},
+    {"TooManyThreads", cRight + "-j 100000", 2, {"--threads", "0 to 256", "100000"}},
+    {"SkipOfWords", cRight + "--skip -1", 2, {"--skip", "0 or more"}},
+    {"PaddingOfWords", cRight + "--src-padding x", 2, {"--src-padding", "0 to"}},
+    {"PngLevel", cRight + "--png-level 10", 2, {"--png-level", "0 to 9"}},
+    {"StrideTooSmall", cRight + "--stride 63", 2, {"--stride", "63", "64"}},
+    {"StrideAndPadding", cRight + "--stride 64 --src-padding 1", 2, {"--stride", "padding"}},
+    {"PatternOfGrey", cRight + "-p RGGB", 2, {"--pattern", "no meaning", "Mono8"}},
+    {"MatrixOfGrey", cRight + "-m 709", 2, {"--matrix", "Mono8"}},
+    {"DemosaicOfGrey", cRight + "-d fast", 2, {"--demosaic", "Mono8"}},
+    {"PatternOfGreyChart", "chart x.raw -f Mono8 -s 64x48 -p RGGB", 2, {"--pattern", "Mono8"}},
+    {"WrongPatternOfPicture",
+     "convert in.raw x.raw -f BayerRG12p -t BayerBG8 -s 64x32",
+     2,
+     {"BayerBG8", "RGGB"}},
+    {"WrongMatrixOfPicture",
+     "convert in.raw x.raw -f YCbCr601_422_10p -t YCbCr709_422_8 -s 64x19",
+     2,
+     {"YCbCr709_422_8", "matrix"}},
+    {"DeepBmp", "convert in.raw x.bmp -f Mono16 -t RGB16 -s 64x24", 2, {".bmp", "RGB16", "8 bits"}},
+    {"WidePng", "convert in.raw x.png -f Mono8 -s 1048576x1", 2, {".png", "1000000 pixels a side"}},
     {"SkippedAll", cRight + "--skip 1", 1, {"skipped"}},
     {"WrongNumber", "convert in.raw %s.png -f Mono8 -s 64x48", 2, {"%s.png"}},
     {"ChartOfDestination", "chart out.raw -f BiColor8 -s 64x48", 2, {"BiColor8"}},
@@ -105,6 +128,38 @@ TEST_F(CommandLineTest, FormatsTellIdSizesLayoutAndCodes) {
   for (const char* word : {"Bayer12p", "1031", "0x407", "BayerRG12p 0x010C0059", "YCbCr411_8_CbYYCrYY"}) {
     EXPECT_NE(list.find(word), std::string::npos) << word;
   }
+}
+
+TEST_F(CommandLineTest, FormatsAsJsonAndAsNames) {
+  const std::string json = RunWell("formats --json");
+  EXPECT_NE(json.find("{\"name\": \"BayerRG12p\", \"code\": \"0x010C0059\"}"), std::string::npos);
+  Write("formats.json", {json.begin(), json.end()});
+  const std::string names = RunWell("formats --names");
+  for (const char* name : {"\nBayer12p\n", "\nBayerRG12p\n", "\nYCbCr709_422_8\n"})
+    EXPECT_NE(names.find(name), std::string::npos) << name;
+  const ToolRun count = Shell("python3 -c 'import json; print(len(json.load(open(\"formats.json\"))))'");
+  if (count.exitCode == 127) GTEST_SKIP() << "no Python here to read it";
+  EXPECT_EQ(std::stoul(count.output), ZrConvertersLib::Formats().size()) << count.errors;
+}
+
+TEST_F(CommandLineTest, CompletionKnowsEveryName) {
+  const ToolRun run = Shell("bash -c 'PATH=${TOOL%/*}:$PATH; . " ZRCONVERT_SOURCE
+                            "/zrconvert.bash; COMP_WORDS=(zrconvert convert -f bayerRG1); COMP_CWORD=3; "
+                            "_zrconvert; echo ${COMPREPLY[@]}'");
+  EXPECT_NE(run.output.find("BayerRG12p "), std::string::npos) << run.output << run.errors;
+}
+
+TEST_F(CommandLineTest, WordsHaveOtherSpellings) {
+  RunWell("chart a.raw -f BayerRG12p -s 64x48");
+  RunWell("chart b.raw -f bayerrg12P -s 64x48");
+  EXPECT_EQ(Read("a.raw"), Read("b.raw"));
+  RunWell("convert a.raw a.ppm -f BayerRG12p -s 64x48 --flip");
+  RunWell("convert a.raw b.PNM -f BAYERRG12P -s 64x48 --flip-vertical");
+  EXPECT_EQ(Read("a.ppm"), Read("b.PNM"));
+  RunWell("chart grey.raw -f Mono8 -s 64x48");
+  RunWell("convert grey.raw grey.pnm -f mono8 -s 64x48");
+  RunWell("convert grey.raw grey.pgm -f mono8 -s 64x48");
+  EXPECT_EQ(Read("grey.pnm"), Read("grey.pgm"));
 }
 
 TEST_F(CommandLineTest, PairsOfOneFormat) {

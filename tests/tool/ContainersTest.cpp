@@ -1,9 +1,8 @@
 // Every destination format into every container that holds it, read back by other readers.
 #include "Containers.h"
 
-#include <fstream>
-
 #include "ImageFiles.h"
+#include "OutputFile.h"
 #include "ToolRunner.h"
 
 using namespace zrconvert;
@@ -61,10 +60,11 @@ std::vector<std::uint8_t> PictureOf(const Pixel& pixel, const PictureLayout& lay
 
 class ContainersTest : public ToolTest, public testing::WithParamInterface<Pixel> {
  protected:
-  std::string WriteAs(Container container) const {
+  std::string WriteAs(Container container, int pngLevel = 1) const {
     const std::vector<std::uint8_t> bytes = PictureOf(GetParam(), *mLayout);
-    Write("picture", {});
-    WritePicture(At("picture"), container, {mLayout, 2, 2, bytes});
+    OutputFile file(At("picture"), Existing::Replace);
+    WritePicture(file, container, {mLayout, 2, 2, bytes}, {.pngLevel = pngLevel});
+    file.Commit();
     return At("picture");
   }
 
@@ -92,18 +92,21 @@ class ContainersTest : public ToolTest, public testing::WithParamInterface<Pixel
 };
 
 TEST_P(ContainersTest, Bmp) {
+  if (!WhyNot(Container::Bmp, *mLayout, 2, 2).empty()) GTEST_SKIP() << "more than 8 bits";
   Check(ReadBmp(WriteAs(Container::Bmp)), 3);
 }
 
 TEST_P(ContainersTest, Png) {
-  const Image image = ReadPng(WriteAs(Container::Png));
-  EXPECT_EQ(image.greatest, mLayout->depth == 8 ? 255U : 65535U);
-  Check(image, mLayout->channels);
+  for (const int level : {0, 1, 9}) {
+    const Image image = ReadPng(WriteAs(Container::Png, level));
+    EXPECT_EQ(image.greatest, mLayout->depth == 8 ? 255U : 65535U);
+    Check(image, mLayout->channels);
+  }
 }
 
 TEST_P(ContainersTest, Pnm) {
   const bool grey = mLayout->channels == 1;
-  const Image image = ReadPnm(ReadFile(WriteAs(grey ? Container::Pgm : Container::Ppm)));
+  const Image image = ReadPnm(ReadFile(WriteAs(Container::Pnm)));
   EXPECT_EQ(image.greatest, (1U << mLayout->depth) - 1);
   Check(image, grey ? 1 : 3);
 }
@@ -116,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, ContainersTest, testing::ValuesIn(cPixels),
                          [](const auto& test) { return test.param.format; });
 
 TEST(Rescale, KeepsFullScaleAndOrder) {
-  for (const unsigned depth : {5U, 6U, 8U, 10U, 12U, 14U}) {
+  for (const unsigned depth : {8U, 10U, 12U, 14U}) {
     const auto full = static_cast<std::uint16_t>((1U << depth) - 1);
     EXPECT_EQ(Rescale(full, depth, 16), 0xFFFF) << depth;
     EXPECT_EQ(Rescale(0, depth, 16), 0) << depth;

@@ -50,8 +50,9 @@ const Folder& Here() {
   return folder;
 }
 
-void RequireShort(const Size& size, std::size_t padding) {
-  if (std::uint64_t{size.width} * size.height > cMostPixels || padding > 1000) throw TooLong();
+void RequireShort(const Size& size, const LineSpacing& lines) {
+  const bool isShort = std::uint64_t{size.width} * size.height <= cMostPixels;
+  if (!isShort || lines.padding > 1000 || lines.stride > 10000) throw TooLong();
 }
 
 // The same kind of output under a name here.
@@ -62,7 +63,7 @@ std::string OutputHere(const std::string& output) {
 }
 
 void ConvertHere(ConvertOptions options) {
-  RequireShort(options.size, options.sourcePadding);
+  RequireShort(options.size, options.lines);
   if (options.threads > 4) throw TooLong();
   options.files = {Here().At("in.raw"), OutputHere(options.files.back())};
   options.quiet = true;
@@ -70,7 +71,7 @@ void ConvertHere(ConvertOptions options) {
 }
 
 void ChartHere(ChartOptions options) {
-  RequireShort(options.size, options.padding);
+  RequireShort(options.size, options.lines);
   if (options.frames > 3) throw TooLong();
   options.output = Here().At("out.raw");
   WriteChart(options);

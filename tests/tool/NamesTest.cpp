@@ -46,17 +46,21 @@ TEST(Arguments, Sizes) {
 }
 
 TEST(Arguments, Channels) {
-  const auto three = ReadChannels("1.5,-2,3e1");
+  const auto read = [](const char* text, NumberRange range = NumberRange::Any) {
+    return ReadChannels("--gain", text, range);
+  };
+  const auto three = read("1.5,-2,3e1");
   EXPECT_EQ(three.red, 1.5);
   EXPECT_EQ(three.green, -2);
   EXPECT_EQ(three.blue, 30);
-  const auto one = ReadChannels("0.25");
+  const auto one = read("0.25");
   EXPECT_EQ(one.red, 0.25);
   EXPECT_EQ(one.green, 0.25);
   EXPECT_EQ(one.blue, 0.25);
   for (const char* text : {"", ",", "1,2", "1,2,3,4", "1,,3", "nan", "inf", "1,2,x"}) {
-    EXPECT_THROW(ReadChannels(text), UsageError) << text;
+    EXPECT_THROW(read(text), UsageError) << text;
   }
+  EXPECT_THROW(read("1,-1,1", NumberRange::NotNegative), UsageError);
 }
 
 TEST(Arguments, Regions) {

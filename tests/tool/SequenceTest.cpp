@@ -1,6 +1,8 @@
 // Many frames: in one file, in many files, through pipes.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "ImageFiles.h"
 #include "ToolRunner.h"
 
@@ -39,6 +41,17 @@ TEST_F(SequenceTest, TerminalShowsABar) {
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_NE(run.output.find("\r\033[K[##########"), std::string::npos) << run.output;
   EXPECT_NE(run.output.find("] 3/3 frames, "), std::string::npos) << run.output;
+  EXPECT_NE(run.output.find(", 0:00 left"), std::string::npos) << run.output;
+}
+
+TEST_F(SequenceTest, BarFitsIntoNarrowTerminals) {
+  const std::string onTerminal = "sh -c 'script -qec \"stty cols 24; $*\" /dev/null' sh";
+  if (Run("--version", {}, onTerminal).exitCode != 0) GTEST_SKIP() << "no terminal can be made here";
+  std::istringstream draws(Run("convert three.raw f_%d.pgm" + cFrame, {}, onTerminal).output);
+  for (std::string line; std::getline(draws, line, '\r');) {
+    const bool isDraw = line.starts_with("\033[K") && line.find("conversion") == std::string::npos;
+    EXPECT_TRUE(!isDraw || line.size() < 3 + 24) << line;
+  }
 }
 
 TEST_F(SequenceTest, QuietSaysNothing) {
@@ -91,13 +104,98 @@ TEST_F(SequenceTest, ShortInputAmongManyIsRefused) {
   EXPECT_EQ(FilesLeft(), (Names{"short.raw", "three.raw"}));
 }
 
-TEST_F(SequenceTest, LeftOverBytesAreTold) {
+TEST_F(SequenceTest, RestOfAFrameIsRefusedUnlessIgnored) {
   std::vector<std::uint8_t> bytes = Read("three.raw");
   bytes.insert(bytes.end(), 7, 0);
   Write("more.raw", bytes);
-  const ToolRun run = Run("convert more.raw f_%d.raw" + cFrame);
-  EXPECT_EQ(run.exitCode, 0);
-  EXPECT_NE(run.errors.find("7 bytes"), std::string::npos) << run.errors;
+  for (const std::string words : {"convert more.raw f_%d.raw", "convert - all.raw <more.raw",
+                                  "convert - all.raw <pipe", "convert more.raw one.png"}) {
+    const ToolRun run = Run(words + cFrame, {}, "mkfifo pipe; cat more.raw >pipe &");
+    std::filesystem::remove(At("pipe"));
+    EXPECT_EQ(run.exitCode, 1) << words;
+    for (const char* figure : {"13831 bytes", "3 frames", "4608 bytes", "7 bytes more", "--ignore-rest"})
+      EXPECT_NE(run.errors.find(figure), std::string::npos) << words << run.errors;
+    EXPECT_EQ(FilesLeft(), (Names{"more.raw", "three.raw"})) << words;
+  }
+  EXPECT_NE(Run("convert more.raw f_%d.raw --ignore-rest" + cFrame).errors.find("7 bytes"),
+            std::string::npos);
+  EXPECT_EQ(FilesLeft(), (Names{"f_0.raw", "f_1.raw", "f_2.raw", "more.raw", "three.raw"}));
+}
+
+TEST_F(SequenceTest, WrongSizeIsAnsweredWithSizesThatFit) {
+  RunWell("chart frame.raw -f Mono12p -s 1280x1024");
+  const ToolRun run = Run("convert frame.raw x.png -f Mono12p -s 1280x720");
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_NE(run.errors.find("1280x1024 (1 frame)"), std::string::npos) << run.errors;
+}
+
+// A sanitizer takes the memory that it wants.
+TEST_F(SequenceTest, MemoryIsTakenAsBytesCome) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(__has_feature)
+  GTEST_SKIP() << "memory cannot be limited here";
+#endif
+  const ToolRun run =
+      Shell("head -c 100 three.raw | (ulimit -v 1000000; $TOOL convert - x.raw -f Mono8 -s 40000x20000)");
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_NE(run.errors.find("standard input holds 100 bytes"), std::string::npos) << run.errors;
+}
+
+TEST_F(SequenceTest, StandardInputIsReadFromWhereItStandsAndNoFurther) {
+  for (const std::string input : {"-", "/dev/stdin"}) {
+    const std::string one = "$TOOL convert " + input + " - -c raw --frames 1" + cFrame + "; ";
+    const std::string frames = Shell("(" + one + one + one + ") <three.raw").output;
+    RunWell("convert three.raw all.raw" + cFrame);
+    EXPECT_EQ(std::vector<std::uint8_t>(frames.begin(), frames.end()), Read("all.raw")) << input;
+  }
+}
+
+TEST_F(SequenceTest, HeadersBeforeTheFramesAreSkipped) {
+  std::vector<std::uint8_t> bytes = Read("three.raw");
+  bytes.insert(bytes.begin(), 13, 0xAB);
+  Write("header.raw", bytes);
+  RunWell("convert three.raw three.raw plain.raw" + cFrame);
+  RunWell("convert header.raw header.raw skipped.raw --header-bytes 13" + cFrame);
+  EXPECT_EQ(Read("skipped.raw"), Read("plain.raw"));
+  EXPECT_EQ(Run("convert header.raw x.raw" + cFrame).exitCode, 1);
+  EXPECT_EQ(Run("convert - x.raw --header-bytes 13" + cFrame, "abc").exitCode, 1);
+}
+
+TEST_F(SequenceTest, StrideSaysWhatPaddingSays) {
+  RunWell("chart padded.raw --padding 9" + cFrame);
+  RunWell("chart strided.raw --stride 105" + cFrame);
+  EXPECT_EQ(Read("strided.raw"), Read("padded.raw"));
+  RunWell("convert padded.raw a.raw --src-padding 9" + cFrame);
+  RunWell("convert padded.raw b.raw --stride 105" + cFrame);
+  EXPECT_EQ(Read("a.raw"), Read("b.raw"));
+}
+
+TEST_F(SequenceTest, ThreadsWriteTheSamePictures) {
+  RunWell("chart many.raw --frames 20" + cFrame);
+  RunWell("convert many.raw one_%02d.png" + cFrame);
+  RunWell("convert many.raw four_%02d.png -j 4" + cFrame);
+  for (int i = 0; i < 20; ++i) {
+    const std::string end = (i < 10 ? "_0" : "_") + std::to_string(i) + ".png";
+    EXPECT_EQ(Read("one" + end), Read("four" + end)) << i;
+  }
+  EXPECT_EQ(Run("convert many.raw none/%d.png -j 4" + cFrame).exitCode, 1);
+}
+
+TEST_F(SequenceTest, NotesSayWhatTheToolTookUponItself) {
+  RunWell("chart site.raw -f Bayer8 -s 64x48");
+  RunWell("chart ycc.raw -f YCbCr422_8 -s 64x48");
+  RunWell("chart grey.raw -f Mono12 -s 64x48");
+  const auto errors = [this](const std::string& words) {
+    return Run("convert " + words + " -s 64x48").errors;
+  };
+  const std::string pattern = "zrconvert: note: the pattern GRBG is assumed; --pattern says another\n";
+  EXPECT_EQ(errors("site.raw a.png -f Bayer8"), pattern);
+  EXPECT_EQ(errors("site.raw a.png -f Bayer8 -p GRBG"), "");
+  EXPECT_EQ(errors("site.raw a.png -f BayerGR8"), "");
+  EXPECT_EQ(errors("site.raw a.png -f Bayer8 -q"), "");
+  EXPECT_NE(errors("ycc.raw a.png -f YCbCr422_8").find("matrix 601 is assumed"), std::string::npos);
+  EXPECT_NE(errors("grey.raw a.png -f Mono12 --gamma 2")
+                .find("the picture is RGB8, without tone it would be Mono12"),
+            std::string::npos);
 }
 
 TEST_F(SequenceTest, PipesCarryWholeSequences) {

@@ -44,15 +44,19 @@ ToolTest::~ToolTest() {
   fs::remove_all(mFolder.parent_path(), ignored);
 }
 
-ToolRun ToolTest::Run(const std::string& words, const std::string& input, const std::string& before) const {
+ToolRun ToolTest::Shell(const std::string& script, const std::string& input) const {
   const fs::path folder = mFolder.parent_path() / "streams";
   const Streams streams{folder / "in", folder / "out", folder / "err"};
   std::ofstream(streams.input, std::ios::binary) << input;
-  const std::string command = "cd '" + mFolder.string() + "' && " + before + " '" ZRCONVERT "' " + words +
-                              " <'" + streams.input.string() + "' >'" + streams.output.string() + "' 2>'" +
+  const std::string command = "cd '" + mFolder.string() + "' && export TOOL='" ZRCONVERT "' && ( " + script +
+                              "\n) <'" + streams.input.string() + "' >'" + streams.output.string() + "' 2>'" +
                               streams.errors.string() + "'";
   const int status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TextOf(streams.output), TextOf(streams.errors)};
+}
+
+ToolRun ToolTest::Run(const std::string& words, const std::string& input, const std::string& before) const {
+  return Shell(before + " \"$TOOL\" " + words, input);
 }
 
 std::string ToolTest::RunWell(const std::string& words, const std::string& input) const {

@@ -19,8 +19,11 @@ class ToolTest : public testing::Test {
   ToolTest();
   ~ToolTest() override;
 
-  // The program's words without its name, as a shell takes them. `input` is what its standard input holds,
-  // `before` what stands before the program's name.
+  // What a shell makes of the script, in which $TOOL is the program. `input` is what standard input holds.
+  ToolRun Shell(const std::string& script, const std::string& input = {}) const;
+
+  // The program's words without its name, as a shell takes them; `before` stands before the program's
+  // name.
   ToolRun Run(const std::string& words, const std::string& input = {}, const std::string& before = {}) const;
 
   // Fails the test unless the program succeeds; gives its standard output.

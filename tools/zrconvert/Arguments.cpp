@@ -1,8 +1,5 @@
 #include "Arguments.h"
 
-#include <ZrConvertersLib/FormatCodes.h>
-#include <ZrConvertersLib/FrameErrors.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -53,18 +50,17 @@ Value Choose(const std::string& what, const std::string& text,
   throw UsageError("unknown " + what + " '" + text + "': it is one of " + Join(names, ", "));
 }
 
-std::vector<std::string_view> AllFormatNames() {
-  std::vector<std::string_view> names;
-  for (const zr::FormatInfo& format : zr::Formats()) names.push_back(format.name);
-  for (const zr::FormatCode& code : zr::FormatCodes()) names.push_back(code.name);
-  return names;
+bool ReadFinite(const std::string& text, double& number) {
+  return Parse(text, number) && std::isfinite(number);
 }
 
-[[noreturn]] void ThrowUnknownFormat(const std::string& text) {
-  const std::vector<std::string_view> near = NearestNames(text, AllFormatNames(), 3);
-  const std::string hint =
-      near.empty() ? "'zrconvert formats' lists them" : "did you mean " + Join(near, ", ") + "?";
-  throw UsageError("unknown format '" + text + "': " + hint);
+bool IsIn(NumberRange range, double number) {
+  return range == NumberRange::Any || number > 0 || (number == 0 && range == NumberRange::NotNegative);
+}
+
+std::string Words(NumberRange range) {
+  if (range == NumberRange::Any) return {};
+  return range == NumberRange::Positive ? " above 0" : " of 0 or more";
 }
 
 }  // namespace
@@ -117,38 +113,33 @@ zr::Demosaic ReadDemosaic(const std::string& text) {
                     {{"fast", Fast}, {"interpolate", Interpolate}}));
 }
 
-Format ReadFormat(const std::string& text) {
-  zr::FormatChoice choice;
-  const ZrUtilsLib::Result result = zr::ReadFormat(text, choice);
-  if (result.GetCode() == zr::FrameError::UnknownFormat) ThrowUnknownFormat(text);
-  if (!result.IsSuccess()) throw UsageError("format '" + text + "': " + std::string(zr::ResultText(result)));
-  const zr::FormatInfo* info = zr::FindFormatInfo(choice.id);
-  if (!info) ThrowUnknownFormat(text);
-  return {info, choice.flags, choice.settled, text};
-}
-
-double ReadNumber(const std::string& text) {
-  double number = 0;
-  if (!Parse(text, number) || !std::isfinite(number)) throw UsageError("'" + text + "' is no number");
-  return number;
-}
-
-std::uint64_t ReadCount(const std::string& text) {
+std::uint64_t ReadCount(const std::string& option, const std::string& text, CountRange range) {
   std::uint64_t count = 0;
-  if (!Parse(text, count)) throw UsageError("'" + text + "' is no whole number");
-  return count;
+  if (Parse(text, count) && count >= range.least && count <= range.most) return count;
+  const std::string least = std::to_string(range.least);
+  const std::string words = range.most == CountRange::cNoLimit
+                                ? " of " + least + " or more"
+                                : " from " + least + " to " + std::to_string(range.most);
+  throw UsageError(option + " takes a whole number" + words + ", not '" + text + "'");
 }
 
-zr::ToneSettings::Channels ReadChannels(const std::string& text) {
+double ReadNumber(const std::string& option, const std::string& text, NumberRange range) {
+  double number = 0;
+  if (ReadFinite(text, number) && IsIn(range, number)) return number;
+  throw UsageError(option + " takes a number" + Words(range) + ", not '" + text + "'");
+}
+
+zr::ToneSettings::Channels ReadChannels(const std::string& option, const std::string& text,
+                                        NumberRange range) {
   const std::vector<std::string> parts = Split(text, ',');
-  if (parts.size() != 1 && parts.size() != 3) {
-    throw UsageError("'" + text + "' is no colour: write RED,GREEN,BLUE or one number for all three");
+  std::array<double, 3> numbers{};
+  bool right = parts.size() == 1 || parts.size() == 3;
+  for (std::size_t i = 0; right && i < numbers.size(); ++i) {
+    right = ReadFinite(parts[i % parts.size()], numbers[i]) && IsIn(range, numbers[i]);
   }
-  zr::ToneSettings::Channels channels;
-  channels.red = ReadNumber(parts.front());
-  channels.green = ReadNumber(parts[parts.size() / 2]);
-  channels.blue = ReadNumber(parts.back());
-  return channels;
+  if (right) return {numbers[0], numbers[1], numbers[2]};
+  throw UsageError(option + " takes RED,GREEN,BLUE or one number for all three, each" +
+                   (range == NumberRange::Any ? " a number" : Words(range)) + ", not '" + text + "'");
 }
 
 std::string ToText(Size size) {

@@ -2,7 +2,6 @@
 // wrong and what would be right.
 #pragma once
 
-#include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/ToneSettings.h>
 
@@ -16,25 +15,26 @@ struct Size {
   std::uint32_t height = 0;
 };
 
-// A format with what its word settled beside the layout: "BayerRG12p" names the mosaic's pattern too.
-struct Format {
-  const ZrConvertersLib::FormatInfo* info = nullptr;
-  unsigned flags = 0;
-  bool settled = false;
-  std::string word;
-};
-
 Size ReadSize(const std::string& text);                       // "640x480"
 ZrConvertersLib::Region ReadRegion(const std::string& text);  // "8,16,320,240"
 ZrConvertersLib::MosaicPattern ReadPattern(const std::string& text);
 ZrConvertersLib::ColourMatrix ReadMatrix(const std::string& text);
 ZrConvertersLib::Demosaic ReadDemosaic(const std::string& text);
-Format ReadFormat(const std::string& text);  // a name, a PFNC name or a PFNC code
-double ReadNumber(const std::string& text);
-std::uint64_t ReadCount(const std::string& text);
+
+// These say in their sentence which option it is and what it takes.
+struct CountRange {
+  static constexpr std::uint64_t cNoLimit = ~std::uint64_t{0};
+  std::uint64_t least = 0;
+  std::uint64_t most = cNoLimit;
+};
+std::uint64_t ReadCount(const std::string& option, const std::string& text, CountRange range);
+
+enum class NumberRange { Any, NotNegative, Positive };
+double ReadNumber(const std::string& option, const std::string& text, NumberRange range);
 
 // "1.9,1,1.4", or one number for all three.
-ZrConvertersLib::ToneSettings::Channels ReadChannels(const std::string& text);
+ZrConvertersLib::ToneSettings::Channels ReadChannels(const std::string& option, const std::string& text,
+                                                     NumberRange range);
 
 std::string ToText(Size size);  // "640x480"
 

@@ -1,57 +1,58 @@
-// Windows bitmap through the library's saver, which writes rows as they lie: rows whose length is no multiple
-// of 4 bytes, and 8-bit rows without a palette, would be files that viewers cannot read.
-#include <ZrConvertersLib/BMPSaver.h>
-
-#include <filesystem>
+// Windows bitmap, rows from top to bottom. 24 bits a pixel where the rows are multiples of 4 bytes then, as
+// viewers expect; 32 bits otherwise.
+#include <array>
 
 #include "Containers.h"
-#include "Error.h"
+#include "Rows.h"
 
 namespace zrconvert {
 namespace {
 
-constexpr std::uintmax_t cHeaderSize = 54;
+constexpr std::uint32_t cHeaderSize = 54;
 
-std::vector<std::uint8_t> RowsOf32Bits(const Picture& picture) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(std::size_t{picture.width} * picture.height * 4);
-  const unsigned channels = picture.layout->channels;
-  for (unsigned line = 0; line < picture.height; ++line) {
-    const std::vector<std::uint16_t> samples = ReadRow(picture, line);
-    const auto byte = [&](std::size_t i) {
-      return static_cast<std::uint8_t>(Rescale(samples[i], picture.layout->depth, 8));
-    };
-    for (std::size_t i = 0; i < samples.size(); i += channels) {
-      const std::size_t step = channels == 1 ? 0 : 1;
-      bytes.insert(bytes.end(), {byte(i + 2 * step), byte(i + step), byte(i), 0xFF});
-    }
-  }
-  return bytes;
+using Header = std::array<std::uint8_t, cHeaderSize>;
+
+void Put(Header& header, std::size_t at, std::uint32_t value, unsigned bytes) {
+  for (unsigned i = 0; i < bytes; ++i) header[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
 
-// The saver counts the bits of an image in 32 bits and does not notice a write that falls short.
-void Save(const std::string& path, const void* bytes, const Picture& picture, unsigned short bits) {
-  const std::uint64_t size = std::uint64_t{picture.width} * picture.height * bits;
-  if (size >> 32 != 0) throw Failure("the picture is too large for a .bmp file");
-  const auto width = static_cast<int>(picture.width);
-  const auto height = static_cast<int>(picture.height);
-  const ZrUtilsLib::Result result = ZrConvertersLib::BMPSaver().SaveBMP(path, bytes, width, height, bits);
-  if (!result.IsSuccess()) throw Failure(WithSystemReason("cannot open '" + path + "'"));
-  if (std::filesystem::file_size(path) != cHeaderSize + size / 8) {
-    throw Failure("cannot write '" + path + "': not every byte arrived (is the disk full?)");
+// BITMAPFILEHEADER, then BITMAPINFOHEADER, whose height is negative for rows from top to bottom.
+Header HeaderOf(const Picture& picture, unsigned bits) {
+  const std::uint32_t imageBytes = picture.width * (bits / 8) * picture.height;
+  Header header{'B', 'M'};
+  Put(header, 2, cHeaderSize + imageBytes, 4);
+  Put(header, 10, cHeaderSize, 4);
+  Put(header, 14, 40, 4);
+  Put(header, 18, picture.width, 4);
+  Put(header, 22, 0U - picture.height, 4);
+  Put(header, 26, 1, 2);
+  Put(header, 28, bits, 2);
+  Put(header, 34, imageBytes, 4);
+  return header;
+}
+
+void StoreRow(std::span<const std::uint16_t> samples, std::uint8_t* bytes) {
+  for (std::size_t i = 0; i < samples.size(); i += 3, bytes += 4) {
+    bytes[0] = static_cast<std::uint8_t>(samples[i + 2]);
+    bytes[1] = static_cast<std::uint8_t>(samples[i + 1]);
+    bytes[2] = static_cast<std::uint8_t>(samples[i]);
+    bytes[3] = 0xFF;
   }
+}
+
+// 0 where the picture's bytes are not those of the file.
+unsigned BitsAsItLies(const Picture& picture) {
+  if (picture.layout->name == "BGRa8") return 32;
+  return picture.layout->name == "BGR8" && picture.width % 4 == 0 ? 24 : 0;
 }
 
 }  // namespace
 
-void WriteBmp(const std::string& path, const Picture& picture) {
-  if (picture.layout->name == "BGRa8") {
-    Save(path, picture.bytes.data(), picture, 32);
-  } else if (picture.layout->name == "BGR8" && picture.width % 4 == 0) {
-    Save(path, picture.bytes.data(), picture, 24);
-  } else {
-    Save(path, RowsOf32Bits(picture).data(), picture, 32);
-  }
+void WriteBmp(ByteSink& sink, const Picture& picture, const EncoderOptions&) {
+  const unsigned bits = BitsAsItLies(picture);
+  sink.Write(HeaderOf(picture, bits ? bits : 32));
+  if (bits) return sink.Write(picture.bytes);
+  WriteRows(sink, picture, 3, std::size_t{picture.width} * 4, StoreRow);
 }
 
 }  // namespace zrconvert

@@ -2,7 +2,6 @@
 #include "Commands.h"
 #include "Encode.h"
 #include "Error.h"
-#include "File.h"
 #include "FrameFacts.h"
 #include "OutputFile.h"
 
@@ -13,23 +12,20 @@ namespace zr = ZrConvertersLib;
 
 EncodeOptions EncodeOptionsOf(const ChartOptions& options) {
   const zr::FrameOptions colour = ColourOptions(options.format, options.pattern, options.matrix);
-  return {colour.pattern, colour.matrix, options.padding};
+  const zr::FrameLayout frame = DescribeOrThrow(*options.format.info, options.size, options.lines);
+  return {colour.pattern, colour.matrix, static_cast<std::size_t>(frame.stride - frame.bytesPerLine)};
 }
 
 }  // namespace
 
 void WriteChart(const ChartOptions& options) {
   const zr::FormatInfo& format = *options.format.info;
-  DescribeOrThrow(format, options.size, options.padding);
   const EncodeOptions encode = EncodeOptionsOf(options);
-  OutputFile output(options.output);
-  File file(output.Path(), "wb");
+  OutputFile output(options.output, options.existing);
   for (std::uint64_t frame = 0; frame < options.frames; ++frame) {
     const Chart chart(options.size.width, options.size.height, frame);
-    file.Write(EncodeFrame(chart, format, encode));
-    ThrowIfInterrupted();
+    output.Write(EncodeFrame(chart, format, encode));
   }
-  file.Close();
   output.Commit();
 }
 

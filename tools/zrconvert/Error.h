@@ -18,6 +18,15 @@ struct Failure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// The one who reads the output has closed the pipe. Programs end quietly by a signal then.
+struct BrokenPipe : Failure {
+  using Failure::Failure;
+};
+
+// Throws BrokenPipe or Failure for a write that failed, with the reason in errno. `output` is what the user
+// calls the output: "'out.png'" or "standard output".
+[[noreturn]] void ThrowUnwritable(const std::string& output);
+
 // "text: No such file or directory", from the current errno.
 std::string WithSystemReason(const std::string& text);
 

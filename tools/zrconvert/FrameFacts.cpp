@@ -25,30 +25,57 @@ zr::FrameLayout Layout(const zr::FormatInfo& format, Size size, std::uint64_t st
   return layout;
 }
 
+// What a mosaic has when nobody says another.
+zr::MosaicPattern FirstPatternOf(zr::FormatFamily family) {
+  if (family == zr::FormatFamily::BiColor) return zr::MosaicPattern::RGBG;
+  return family == zr::FormatFamily::Scf1 ? zr::MosaicPattern::WGWR : zr::MosaicPattern::GRBG;
+}
+
+std::string Bytes(std::uint64_t count) {
+  return std::to_string(count) + " bytes";
+}
+
+std::uint64_t StrideOf(const zr::FormatInfo& format, const zr::FrameLayout& tight, LineSpacing lines) {
+  if (lines.stride == 0) return tight.bytesPerLine + lines.padding;
+  if (lines.padding > 0) throw UsageError("--stride and a padding say the same thing: give one of them");
+  if (lines.stride >= tight.bytesPerLine) return lines.stride;
+  throw UsageError("--stride of " + Bytes(lines.stride) + " is too small: a line of " +
+                   std::string(format.name) + " takes " + Bytes(tight.bytesPerLine));
+}
+
+// An option beside the word of the format: it must mean something and not contradict it.
 template <typename Value>
-void RefuseContradiction(const Format& format, const std::optional<Value>& option, Value settled,
-                         const std::string& name) {
-  if (option && format.settled && *option != settled) {
+void RequireOption(const Format& format, const std::optional<Value>& option, bool hasMeaning, Value settled,
+                   const std::string& name) {
+  if (!option) return;
+  if (!hasMeaning) {
+    throw UsageError("--" + name + " has no meaning for " + std::string(format.info->name));
+  }
+  if (format.settled && *option != settled) {
     throw UsageError("'" + format.word + "' already says another " + name + " than --" + name);
   }
 }
 
 }  // namespace
 
-zr::FrameLayout DescribeOrThrow(const zr::FormatInfo& format, Size size, std::size_t padding) {
-  const zr::FrameLayout layout = Layout(format, size, 0);
-  return padding == 0 ? layout : Layout(format, size, layout.bytesPerLine + padding);
+zr::FrameLayout DescribeOrThrow(const zr::FormatInfo& format, Size size, LineSpacing lines) {
+  const zr::FrameLayout tight = Layout(format, size, 0);
+  return Layout(format, size, StrideOf(format, tight, lines));
+}
+
+bool IsMosaic(const zr::FormatInfo& format) {
+  using enum zr::FormatFamily;
+  return format.family == Bayer || format.family == BiColor || format.family == Scf1;
 }
 
 zr::FrameOptions ColourOptions(const Format& format, const std::optional<zr::MosaicPattern>& pattern,
                                const std::optional<zr::ColourMatrix>& matrix) {
   zr::FrameOptions options;
   options.SetFlags(format.flags);
-  const zr::FormatFamily family = format.info->family;
-  if (family == zr::FormatFamily::Bayer || family == zr::FormatFamily::BiColor ||
-      family == zr::FormatFamily::Scf1)
-    RefuseContradiction(format, pattern, options.pattern, "pattern");
-  if (family == zr::FormatFamily::YCbCr) RefuseContradiction(format, matrix, options.matrix, "matrix");
+  if (!format.settled) options.pattern = FirstPatternOf(format.info->family);
+  RequireOption(format, pattern, IsMosaic(*format.info), options.pattern, "pattern");
+  const bool hasMatrix = format.info->family == zr::FormatFamily::YCbCr;
+  RequireOption(format, matrix, hasMatrix, options.matrix, "matrix");
   options.pattern = pattern.value_or(options.pattern);
   options.matrix = matrix.value_or(options.matrix);
   return options;

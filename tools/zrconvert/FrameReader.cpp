@@ -1,86 +1,74 @@
 #include "FrameReader.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <span>
 
 #include "Error.h"
 
 namespace zrconvert {
 namespace {
 
-namespace fs = std::filesystem;
-
-std::string Quoted(const std::string& input) {
-  return input == "-" ? "standard input" : "'" + input + "'";
-}
-
-std::unique_ptr<File> Open(const std::string& input) {
-  if (input == "-") return std::make_unique<File>("/dev/stdin", "rb");
-  if (fs::is_directory(input)) throw Failure("cannot read '" + input + "': it is a directory");
-  return std::make_unique<File>(input, "rb");
-}
-
-std::optional<std::uint64_t> SizeOf(const std::string& input) {
-  std::error_code error;
-  if (input == "-" || !fs::is_regular_file(input, error)) return std::nullopt;
-  const std::uintmax_t size = fs::file_size(input, error);
-  if (error) return std::nullopt;
-  return size;
-}
+constexpr std::size_t cFirstPart = 1U << 20;
 
 }  // namespace
 
-FrameReader::FrameReader(std::vector<std::string> inputs, std::size_t frameBytes, std::size_t neededBytes,
-                         FrameRange range)
-    : mInputs(std::move(inputs)), mFrameBytes(frameBytes), mNeededBytes(neededBytes), mRange(range) {}
+FrameReader::FrameReader(std::vector<std::string> inputs, const FrameFit& fit, FrameRange range)
+    : mInputs(std::move(inputs)), mFit(fit), mRange(range) {}
+
+void FrameReader::RequireWholeFrames() const {
+  for (const std::string& input : mInputs) {
+    if (const auto bytes = BytesIn(input)) mFit.Require(NameOfInput(input), *bytes);
+  }
+}
 
 std::optional<std::uint64_t> FrameReader::FrameCount() const {
   std::uint64_t frames = 0;
   for (const std::string& input : mInputs) {
-    const auto size = SizeOf(input);
-    if (!size) return std::nullopt;
-    frames += *size / mFrameBytes + (*size % mFrameBytes >= mNeededBytes ? 1 : 0);
+    const auto bytes = BytesIn(input);
+    if (!bytes) return std::nullopt;
+    frames += mFit.FramesIn(*bytes);
   }
   const std::uint64_t after = frames - std::min(frames, mRange.first);
   return mRange.count ? std::min(after, *mRange.count) : after;
 }
 
 std::uint64_t FrameReader::LeftOver() const {
-  std::uint64_t bytes = 0;
-  for (const std::string& input : mInputs) {
-    const std::uint64_t rest = SizeOf(input).value_or(0) % mFrameBytes;
-    if (rest < mNeededBytes) bytes += rest;
-  }
-  return bytes;
+  std::uint64_t rest = 0;
+  for (const std::string& input : mInputs) rest += mFit.RestOf(BytesIn(input).value_or(0));
+  return rest;
 }
 
-// The size is looked at before memory for a frame is taken: a mistaken size shall not take all of it.
 bool FrameReader::OpenNext() {
-  mFile.reset();
   if (mNextInput == mInputs.size()) return false;
   const std::string& input = mInputs[mNextInput++];
-  mFile = Open(input);
-  mFramesOfInput = 0;
-  if (const auto size = SizeOf(input); size && *size < mNeededBytes) ThrowTooShort(*size);
+  mFile.emplace(input);
+  mBytesOfInput = 0;
+  if (!mFile->Skip(mFit.headerBytes)) throw Failure(NameOfInput(input) + " is shorter than its header");
+  mBytesOfInput = mFit.headerBytes;
   return true;
 }
 
-void FrameReader::ThrowTooShort(std::uint64_t found) const {
-  throw Failure(Quoted(mInputs[mNextInput - 1]) + " holds " + std::to_string(found) +
-                " bytes, but one frame needs " + std::to_string(mNeededBytes));
+// Memory is taken as the bytes come: a pipe may hold far less than the frame that is expected.
+std::size_t FrameReader::Fill(std::vector<std::uint8_t>& frame) {
+  const auto wanted = static_cast<std::size_t>(mFit.layout.frameBytes);
+  std::size_t found = 0;
+  for (std::size_t asked = 0; found == asked && found < wanted;) {
+    asked = std::min(wanted, std::max({cFirstPart, 2 * found, frame.capacity()}));
+    frame.resize(asked);
+    found += mFile->Read(std::span(frame).subspan(found));
+  }
+  return found;
 }
 
 // One frame of the open input; false at its end.
 bool FrameReader::ReadFrame(std::vector<std::uint8_t>& frame) {
-  frame.resize(mFrameBytes);
-  const std::size_t found = std::fread(frame.data(), 1, frame.size(), mFile->Get());
-  if (std::ferror(mFile->Get()))
-    throw Failure(WithSystemReason("cannot read " + Quoted(mInputs[mNextInput - 1])));
-  if (found >= mNeededBytes) {
-    ++mFramesOfInput;
+  const std::size_t found = Fill(frame);
+  mBytesOfInput += found;
+  if (found >= mFit.layout.leastBytes) {
+    frame.resize(static_cast<std::size_t>(mFit.layout.frameBytes));
     return true;
   }
-  if (mFramesOfInput == 0) ThrowTooShort(found);
+  mFit.Require(NameOfInput(mInputs[mNextInput - 1]), mBytesOfInput);
   return false;
 }
 

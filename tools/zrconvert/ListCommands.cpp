@@ -3,21 +3,17 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "Commands.h"
 #include "Error.h"
+#include "FormatsJson.h"
 #include "PixelSizes.h"
 
 namespace zrconvert {
 namespace {
 
 namespace zr = ZrConvertersLib;
-
-std::string Hex(std::uint32_t code) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
-  return text;
-}
 
 std::string Direction(const zr::FormatInfo& format) {
   if (format.isSource && format.isDestination) return "from, to";
@@ -29,7 +25,7 @@ void PrintCodes(const zr::FormatInfo& format) {
   std::string line;
   for (const zr::FormatCode& code : zr::FormatCodes()) {
     if (code.id != format.id) continue;
-    line += (line.empty() ? "" : ", ") + std::string(code.name) + " " + Hex(code.code);
+    line += (line.empty() ? "" : ", ") + std::string(code.name) + " " + CodeText(code.code);
   }
   if (!line.empty()) std::printf("    PFNC: %s\n", line.c_str());
 }
@@ -55,18 +51,14 @@ bool Concerns(const PairsOptions& options, const zr::FormatInfo& source, long de
 }  // namespace
 
 void ListFormats(const FormatsOptions& options) {
-  if (!options.namesOnly) {
-    std::puts("name                   ID    hex  bits bytes  memory converts");
-    std::puts(
-        "    (bits and bytes as the library registers them; memory: bits that a pixel takes in a frame)");
+  if (options.json) return PrintFormatsAsJson();
+  if (options.namesOnly) {
+    for (const std::string_view name : AllFormatNames()) std::puts(std::string(name).c_str());
+    return;
   }
-  for (const zr::FormatInfo& format : zr::Formats()) {
-    if (options.namesOnly) {
-      std::puts(std::string(format.name).c_str());
-    } else {
-      PrintFormat(format);
-    }
-  }
+  std::puts("name                   ID    hex  bits bytes  memory converts");
+  std::puts("    (bits and bytes as the library registers them; memory: bits that a pixel takes in a frame)");
+  for (const zr::FormatInfo& format : zr::Formats()) PrintFormat(format);
 }
 
 void ListPairs(const PairsOptions& options) {

@@ -4,7 +4,7 @@
 
 #include "Commands.h"
 #include "Error.h"
-#include "OutputFile.h"
+#include "Signals.h"
 
 namespace {
 
@@ -15,10 +15,10 @@ int Complain(const char* sentence, int code) {
 
 int Run(int count, const char* const* words) {
   using namespace zrconvert;
-  CatchSignals();
+  HandleSignals();
   const int code =
       ReadCommandLine(count, words, {Convert, WriteChart, TellWhatFileMayBe, ListFormats, ListPairs});
-  if (std::fflush(stdout) != 0) throw Failure(WithSystemReason("cannot write standard output"));
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) ThrowUnwritable("standard output");
   return code;
 }
 
@@ -29,6 +29,9 @@ int main(int count, char** words) {
     return Run(count, words);
   } catch (const zrconvert::UsageError& error) {
     return Complain(error.what(), zrconvert::ExitUsage);
+  } catch (const zrconvert::BrokenPipe& error) {
+    zrconvert::EndByBrokenPipe();
+    return Complain(error.what(), zrconvert::ExitFailure);
   } catch (const std::bad_alloc&) {
     return Complain("there is not enough memory for these frames", zrconvert::ExitFailure);
   } catch (const std::exception& error) {

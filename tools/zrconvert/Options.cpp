@@ -13,7 +13,8 @@ namespace {
 
 namespace zr = ZrConvertersLib;
 
-constexpr unsigned cMostThreads = 256;
+constexpr std::uint64_t cMostThreads = 256;
+constexpr std::uint64_t cMostLineBytes = 1U << 30;
 
 // An option whose word is read by one of the functions of Arguments.h.
 template <typename Target, typename Value>
@@ -23,28 +24,36 @@ CLI::Option* AddWord(CLI::App& app, const std::string& names, const std::string&
   return app.add_option_function<std::string>(names, take, help)->type_name(kind);
 }
 
+// The long one of an option's names.
+std::string LongNameIn(const std::string& names) {
+  return names.substr(names.find("--"));
+}
+
+// An option that takes a whole number.
+template <typename Target>
+void AddCount(CLI::App& app, const std::string& names, const std::string& kind, Target& target,
+              CountRange range, const std::string& help) {
+  const auto take = [&target, name = LongNameIn(names), range](const std::string& word) {
+    target = static_cast<Target>(ReadCount(name, word, range));
+  };
+  app.add_option_function<std::string>(names, take, help)->type_name(kind);
+}
+
 Container ReadContainer(const std::string& text) {
   const auto container = ContainerByName(text);
-  if (!container) throw UsageError("unknown container '" + text + "': it is one of bmp, png, pgm, ppm, raw");
+  if (!container) throw UsageError("unknown container '" + text + "': it is one of " + NamesOfContainers());
   return *container;
 }
 
-unsigned ReadThreads(const std::string& text) {
-  const std::uint64_t threads = ReadCount(text);
-  if (threads > cMostThreads) throw UsageError("at most 256 threads are used, not " + text);
-  return threads > 0 ? static_cast<unsigned>(threads) : std::max(1U, std::thread::hardware_concurrency());
-}
-
-std::uint64_t ReadFrames(const std::string& text) {
-  const std::uint64_t frames = ReadCount(text);
-  if (frames == 0) throw UsageError("0 frames leave nothing to do");
-  return frames;
-}
-
-std::size_t ReadPadding(const std::string& text) {
-  const std::uint64_t padding = ReadCount(text);
-  if (padding > 1U << 30) throw UsageError("a padding of " + text + " bytes is beyond all reason");
-  return static_cast<std::size_t>(padding);
+// Options of both commands that have frames in them.
+template <typename Options>
+void AddFrame(CLI::App& app, Options& options, const std::string& paddingName) {
+  AddCount(app, paddingName, "BYTES", options.lines.padding, {0, cMostLineBytes},
+           "Bytes after the pixels of every line");
+  AddCount(app, "--stride", "BYTES", options.lines.stride, {1, cMostLineBytes},
+           "Bytes from one line to the next, instead of the padding");
+  const auto keep = [&options](std::int64_t) { options.existing = Existing::Keep; };
+  app.add_flag_function("--no-clobber", keep, "Refuse to overwrite files");
 }
 
 template <typename Options>
@@ -60,39 +69,49 @@ void AddColour(CLI::App& app, Options& options) {
 // One of the numbers of the tone settings; the first one given creates them.
 template <typename Member, typename Value>
 void AddTone(CLI::App& app, const std::string& name, const std::string& kind, ConvertOptions& options,
-             Member zr::ToneSettings::*member, Value (*read)(const std::string&), const std::string& help) {
-  const auto take = [&options, member, read](const std::string& word) {
+             Member zr::ToneSettings::*member,
+             Value (*read)(const std::string&, const std::string&, NumberRange), NumberRange range,
+             const std::string& help) {
+  const auto take = [&options, name, member, read, range](const std::string& word) {
     if (!options.tone) options.tone.emplace();
-    *options.tone.*member = read(word);
+    *options.tone.*member = read(name, word, range);
   };
   app.add_option_function<std::string>(name, take, help)->type_name(kind)->group("Tone (8-bit colour only)");
 }
 
 void AddTones(CLI::App& app, ConvertOptions& options) {
   using Tone = zr::ToneSettings;
-  AddTone(app, "--black", "LEVEL", options, &Tone::black, ReadNumber,
+  using enum NumberRange;
+  AddTone(app, "--black", "LEVEL", options, &Tone::black, ReadNumber, NotNegative,
           "Black level to take off, in counts of the source's samples");
-  AddTone(app, "--white-balance", "R,G,B", options, &Tone::balance, ReadChannels,
+  AddTone(app, "--white-balance", "R,G,B", options, &Tone::balance, ReadChannels, NotNegative,
           "White balance, after black");
-  AddTone(app, "--gain", "R,G,B", options, &Tone::gain, ReadChannels, "Gains, or one for all channels");
-  AddTone(app, "--gamma", "G", options, &Tone::gamma, ReadNumber,
+  AddTone(app, "--gain", "R,G,B", options, &Tone::gain, ReadChannels, NotNegative,
+          "Gains, or one for all channels");
+  AddTone(app, "--gamma", "G", options, &Tone::gamma, ReadNumber, Positive,
           "Gamma after the gains; 2.2 suits linear frames");
-  AddTone(app, "--offset", "R,G,B", options, &Tone::offset, ReadChannels, "Added at the end, of 255");
+  AddTone(app, "--offset", "R,G,B", options, &Tone::offset, ReadChannels, Any, "Added at the end, of 255");
 }
 
 void AddGeometry(CLI::App& app, ConvertOptions& options) {
   AddWord(app, "-r,--region", "X,Y,W,H", options.region, ReadRegion, "Convert only this part of the frame");
-  app.add_flag("--flip", options.flipVertical, "Upside down");
+  app.add_flag("--flip,--flip-vertical", options.flipVertical, "Upside down");
   app.add_flag("--flip-horizontal", options.flipHorizontal, "Left to right");
-  AddWord(app, "--src-padding", "BYTES", options.sourcePadding, ReadPadding,
-          "Bytes after every line of the source");
 }
 
 void AddSequence(CLI::App& app, ConvertOptions& options) {
-  AddWord(app, "--skip", "N", options.frames.first, ReadCount, "Frames to leave out at the beginning");
-  AddWord(app, "--frames", "N", options.frames.count, ReadFrames, "Frames to convert at most");
-  AddWord(app, "-j,--threads", "N", options.threads, ReadThreads,
-          "Threads that share each frame (1); 0: one for each processor");
+  AddCount(app, "--header-bytes", "N", options.headerBytes, {}, "Bytes before the first frame of each file");
+  app.add_flag("--ignore-rest", options.ignoreRest, "Convert files that end within a frame");
+  AddCount(app, "--skip", "N", options.frames.first, {}, "Frames to leave out at the beginning");
+  AddCount(app, "--frames", "N", options.frames.count, {1}, "Frames to convert at most");
+  const auto take = [&options](const std::string& word) {
+    const auto threads = static_cast<unsigned>(ReadCount("--threads", word, {0, cMostThreads}));
+    options.threads = threads > 0 ? threads : std::max(1U, std::thread::hardware_concurrency());
+  };
+  app.add_option_function<std::string>("-j,--threads", take,
+                                       "Threads that share each frame and, for numbered names, write the "
+                                       "pictures (1); 0: one for each processor")
+      ->type_name("N");
   app.add_flag("-q,--quiet", options.quiet, "No progress, no notes");
 }
 
@@ -111,11 +130,14 @@ void AddConvert(CLI::App& app, ConvertOptions& options, const Actions& actions) 
   AddWord(*command, "-t,--to", "FORMAT", options.destination, ReadFormat,
           "Format of the picture (what suits the source and the container)");
   AddWord(*command, "-c,--container", "KIND", options.container, ReadContainer,
-          "bmp, png, pgm, ppm or raw, whatever the ending of OUT says");
+          NamesOfContainers() + ", whatever the ending of OUT says");
+  AddCount(*command, "--png-level", "N", options.encoder.pngLevel, {0, 9},
+           "Compression of .png files, 0 (none) to 9 (smallest) (1)");
   AddColour(*command, options);
   AddWord(*command, "-d,--demosaic", "METHOD", options.demosaic, ReadDemosaic,
           "fast (one colour for each tile of the mosaic) or interpolate");
   AddGeometry(*command, options);
+  AddFrame(*command, options, "--src-padding");
   AddTones(*command, options);
   AddSequence(*command, options);
   command->final_callback([&] { actions.convert(options); });
@@ -128,8 +150,8 @@ void AddChart(CLI::App& app, ChartOptions& options, const Actions& actions) {
   AddWord(*command, "-s,--size", "WxH", options.size, ReadSize, "Size of the frame in pixels, 640x480")
       ->required();
   AddColour(*command, options);
-  AddWord(*command, "--padding", "BYTES", options.padding, ReadPadding, "Zeros after every line");
-  AddWord(*command, "--frames", "N", options.frames, ReadFrames, "Frames of a moving chart (1)");
+  AddFrame(*command, options, "--padding");
+  AddCount(*command, "--frames", "N", options.frames, {1}, "Frames of a moving chart (1)");
   command->final_callback([&] { actions.chart(options); });
 }
 
@@ -143,7 +165,8 @@ void AddInfo(CLI::App& app, InfoOptions& options, const Actions& actions) {
 
 void AddLists(CLI::App& app, FormatsOptions& formats, PairsOptions& pairs, const Actions& actions) {
   CLI::App* list = app.add_subcommand("formats", "List the formats with their layouts and PFNC codes");
-  list->add_flag("--names", formats.namesOnly, "Only the names, one a line");
+  list->add_flag("--names", formats.namesOnly, "Only the names that -f takes, one a line");
+  list->add_flag("--json", formats.json, "As JSON, for programs");
   list->final_callback([&] { actions.formats(formats); });
   CLI::App* command = app.add_subcommand("pairs", "List the conversions that there are");
   const auto take = [&pairs](const std::string& word) { pairs.format = ReadFormat(word); };

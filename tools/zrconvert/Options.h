@@ -8,7 +8,10 @@
 
 #include "Arguments.h"
 #include "Containers.h"
+#include "FormatNames.h"
+#include "FrameFacts.h"
 #include "FrameReader.h"
+#include "OutputFile.h"
 
 namespace zrconvert {
 
@@ -19,14 +22,18 @@ struct ConvertOptions {
   Size size;
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
-  ZrConvertersLib::Demosaic demosaic = ZrConvertersLib::Demosaic::Fast;
+  std::optional<ZrConvertersLib::Demosaic> demosaic;
   ZrConvertersLib::Region region;
   bool flipVertical = false;
   bool flipHorizontal = false;
   // In the source's own counts where ToneSettings has the 8-bit scale; nothing given, no filter.
   std::optional<ZrConvertersLib::ToneSettings> tone;
-  std::size_t sourcePadding = 0;
+  LineSpacing lines;
+  std::uint64_t headerBytes = 0;
+  bool ignoreRest = false;
   std::optional<Container> container;
+  EncoderOptions encoder;
+  Existing existing = Existing::Replace;
   FrameRange frames;
   unsigned threads = 1;
   bool quiet = false;
@@ -38,8 +45,9 @@ struct ChartOptions {
   Size size;
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
-  std::size_t padding = 0;
+  LineSpacing lines;
   std::uint64_t frames = 1;
+  Existing existing = Existing::Replace;
 };
 
 struct InfoOptions {
@@ -50,6 +58,7 @@ struct InfoOptions {
 
 struct FormatsOptions {
   bool namesOnly = false;
+  bool json = false;
 };
 
 struct PairsOptions {

@@ -4,148 +4,121 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
 
 #include "Error.h"
-#include "File.h"
 
 namespace zrconvert {
 namespace {
 
 namespace fs = std::filesystem;
 
-volatile std::sig_atomic_t sInterrupted = 0;
+constexpr std::size_t cBufferSize = 65536;
+constexpr int cMostLinks = 40;  // as many as the system follows
 
-void OnSignal(int) {
-  sInterrupted = 1;
+bool IsRegular(const std::string& target) {
+  std::error_code ignored;
+  return fs::is_regular_file(target, ignored);
 }
 
 bool IsReplaceable(const std::string& target) {
   std::error_code ignored;
-  const fs::file_status status = fs::status(target, ignored);
-  return target != "-" && (!fs::exists(status) || fs::is_regular_file(status));
+  return !fs::exists(target, ignored) || IsRegular(target);
 }
 
-// A link stays: the file that it names is replaced.
-std::string ResolveLink(const std::string& target) {
+// A link stays: the file that it names is replaced, or made when it is missing.
+std::string FollowLinks(const std::string& target) {
+  fs::path path(target);
   std::error_code error;
-  const fs::path resolved = fs::canonical(target, error);
-  return error ? target : resolved.string();
-}
-
-// The rights that the file had, or those that a new file gets.
-mode_t ModeFor(const std::string& target) {
-  struct stat status {};
-  if (stat(target.c_str(), &status) == 0) return status.st_mode & 07777U;
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666U & ~mask;
-}
-
-std::string CreateBeside(const std::string& target, bool replace) {
-  const fs::path path(target);
-  const fs::path folder = replace ? path.parent_path() : fs::temp_directory_path();
-  std::string name = (folder / std::string(".").append(path.filename().string()).append(".XXXXXX")).string();
-  const int descriptor = mkstemp(name.data());
-  if (descriptor < 0) throw Failure(WithSystemReason("cannot write '" + target + "'"));
-  if (replace) fchmod(descriptor, ModeFor(target));
-  close(descriptor);
-  return name;
-}
-
-void RefuseFolder(const std::string& target) {
-  if (fs::is_directory(target)) throw Failure("cannot write '" + target + "': it is a directory");
-}
-
-void RefuseReadOnly(const std::string& target) {
-  if (fs::exists(target) && access(target.c_str(), W_OK) != 0) {
-    throw Failure(WithSystemReason("cannot write '" + target + "'"));
+  for (int links = 0; links < cMostLinks; ++links) {
+    const fs::path next = fs::read_symlink(path, error);
+    if (error) return path.string();
+    path = path.parent_path() / next;
   }
-}
-
-std::string QuoteOutput(const std::string& target) {
-  if (target == "-") return "standard output";
-  return std::string("'").append(target).append("'");
-}
-
-class Descriptor {
- public:
-  explicit Descriptor(const std::string& target)
-      : mTarget(target), mDescriptor(target == "-" ? dup(STDOUT_FILENO) : open(target.c_str(), O_WRONLY)) {
-    if (mDescriptor < 0) Fail();
-  }
-  ~Descriptor() {
-    if (mDescriptor >= 0) close(mDescriptor);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  void Write(const char* bytes, std::size_t count) {
-    while (count > 0) {
-      const ssize_t written = write(mDescriptor, bytes, count);
-      if (written < 0 && errno == EINTR) continue;
-      if (written <= 0) Fail();
-      bytes += written;
-      count -= static_cast<std::size_t>(written);
-    }
-  }
-
- private:
-  [[noreturn]] void Fail() const { throw Failure(WithSystemReason("cannot write " + QuoteOutput(mTarget))); }
-
-  const std::string& mTarget;
-  int mDescriptor;
-};
-
-void Copy(const std::string& from, const std::string& target) {
-  Descriptor output(target);
-  const File input(from, "rb");
-  std::array<char, 65536> buffer;
-  std::size_t count = 0;
-  while ((count = std::fread(buffer.data(), 1, buffer.size(), input.Get())) > 0)
-    output.Write(buffer.data(), count);
+  return target;
 }
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& target) : mTarget(target), mReplace(IsReplaceable(target)) {
-  if (mReplace) mTarget = ResolveLink(target);
-  if (target != "-") RefuseFolder(target);
-  if (mReplace) RefuseReadOnly(mTarget);
-  mTemporary = CreateBeside(mTarget, mReplace);
+OutputFile::OutputFile(const std::string& target, Existing existing) : mTarget(target), mExisting(existing) {
+  mBuffer.reserve(cBufferSize);
+  const auto own = target == "-" ? STDOUT_FILENO : OwnDescriptor(target);
+  if (own) {
+    OpenOwn(*own);
+  } else if (IsReplaceable(target)) {
+    if (existing == Existing::Keep) RefuseExisting(target);
+    CreateBeside();
+  } else {
+    OpenAsItIs();
+  }
 }
 
-OutputFile::~OutputFile() {
-  if (!mTemporary.empty()) unlink(mTemporary.c_str());
+void OutputFile::OpenOwn(int descriptor) {
+  mOpened = Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3));
+  mDescriptor = mOpened.Get();
+  if (!mOpened.IsOpen()) Fail();
+}
+
+void OutputFile::OpenAsItIs() {
+  mOpened = Descriptor(open(mTarget.c_str(), O_WRONLY | O_CLOEXEC));
+  mDescriptor = mOpened.Get();
+  if (!mOpened.IsOpen()) Fail();
+}
+
+// A file that is replaced keeps its rights.
+void OutputFile::CreateBeside() {
+  const std::string target = FollowLinks(mTarget);
+  struct stat before {};
+  const bool exists = stat(target.c_str(), &before) == 0;
+  if (exists && access(target.c_str(), W_OK) != 0) Fail();
+  mTemporary.emplace();
+  if (!mTemporary->Create(target, exists ? 0600 : 0666)) Fail();
+  mDescriptor = mTemporary->Get();
+  if (exists) fchmod(mDescriptor, before.st_mode & 07777U);
+}
+
+std::string OutputFile::Name() const {
+  return mTarget == "-" ? "standard output" : "'" + mTarget + "'";
+}
+
+void OutputFile::Write(std::span<const std::uint8_t> bytes) {
+  if (mBuffer.size() + bytes.size() > cBufferSize) Flush();
+  if (bytes.size() >= cBufferSize) {
+    WriteOut(bytes);
+  } else {
+    mBuffer.insert(mBuffer.end(), bytes.begin(), bytes.end());
+  }
+}
+
+void OutputFile::Flush() {
+  WriteOut(mBuffer);
+  mBuffer.clear();
+}
+
+void OutputFile::WriteOut(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(mDescriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) Fail();
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
 }
 
 void OutputFile::Commit() {
-  ThrowIfInterrupted();
-  if (!mReplace) {
-    Copy(mTemporary, mTarget);
-    return;
-  }
-  if (std::rename(mTemporary.c_str(), mTarget.c_str()) != 0) {
-    throw Failure(WithSystemReason("cannot write '" + mTarget + "'"));
-  }
-  mTemporary.clear();
+  Flush();
+  if (!(mTemporary ? mTemporary->Close() : mOpened.Close())) Fail();
+  if (mTemporary && !mTemporary->Rename(mExisting == Existing::Replace)) Fail();
 }
 
-void CatchSignals() {
-  struct sigaction action {};
-  action.sa_handler = OnSignal;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  action.sa_handler = SIG_IGN;
-  sigaction(SIGPIPE, &action, nullptr);
-  sigaction(SIGXFSZ, &action, nullptr);
+void OutputFile::Fail() const {
+  ThrowUnwritable(Name());
 }
 
-void ThrowIfInterrupted() {
-  if (sInterrupted) throw Failure("interrupted");
+void RefuseExisting(const std::string& target) {
+  if (target != "-" && IsRegular(target)) {
+    throw Failure("'" + target + "' exists, and --no-clobber leaves files as they are");
+  }
 }
 
 }  // namespace zrconvert

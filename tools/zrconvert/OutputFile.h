@@ -1,36 +1,53 @@
 // An output that appears whole or not at all.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
+
+#include "ByteSink.h"
+#include "Descriptor.h"
+#include "TemporaryFile.h"
 
 namespace zrconvert {
 
-// Everything is written to a file beside the target, which Commit then gives the target's name; a file that
-// is not committed is removed. What is no regular file (standard output as "-", a device, a pipe) cannot be
-// replaced, so it receives the bytes on Commit.
-class OutputFile {
- public:
-  explicit OutputFile(const std::string& target);
-  ~OutputFile();
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
+enum class Existing { Replace, Keep };
 
-  // The empty file to write to.
-  const std::string& Path() const { return mTemporary; }
+// A file is written beside its target and given the target's name on Commit; one that is not committed is
+// removed. What cannot be replaced (standard output as "-", descriptors as /dev/stdout, devices, pipes)
+// receives the bytes as they come.
+class OutputFile : public ByteSink {
+ public:
+  // Throws Failure when the target cannot be written, or exists and is to be kept.
+  OutputFile(const std::string& target, Existing existing);
+
+  std::string Name() const override;
+
+  using ByteSink::Write;
+  void Write(std::span<const std::uint8_t> bytes) override;
+
+  // Hands on what was gathered, for the one who reads a pipe.
+  void Flush();
 
   // Throws Failure when the target cannot be written; what stood there before then stays.
   void Commit();
 
  private:
-  std::string mTarget;
-  std::string mTemporary;
-  bool mReplace;
+  void OpenOwn(int descriptor);
+  void OpenAsItIs();
+  void CreateBeside();
+  void WriteOut(std::span<const std::uint8_t> bytes);
+  [[noreturn]] void Fail() const;
+
+  std::string mTarget;  // as the user wrote it
+  Existing mExisting;
+  int mDescriptor = -1;
+  Descriptor mOpened;
+  std::optional<TemporaryFile> mTemporary;
+  std::vector<std::uint8_t> mBuffer;
 };
 
-// From now on SIGINT and SIGTERM are only noted, so that a started output can be removed; the next call of
-// ThrowIfInterrupted ends the work. A closed pipe and a
-// file that reaches the limit of sizes are reported as failed writes.
-void CatchSignals();
-void ThrowIfInterrupted();
+// Throws Failure when the target is a file that exists.
+void RefuseExisting(const std::string& target);
 
 }  // namespace zrconvert

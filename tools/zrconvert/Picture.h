@@ -1,10 +1,9 @@
-// A converted frame, in one of the sixteen destination formats, and its rows as plain samples.
+// A converted frame, in one of the sixteen destination formats, and how it lies in memory.
 #pragma once
 
 #include <cstdint>
 #include <span>
 #include <string_view>
-#include <vector>
 
 namespace zrconvert {
 
@@ -14,7 +13,7 @@ enum class Storage : std::uint8_t { Bytes, Words, Packed565 };
 struct PictureLayout {
   std::string_view name;
   unsigned channels;  // 1 grey, 3 colour, 4 with alpha
-  unsigned depth;     // bits of a sample as ReadRow gives it
+  unsigned depth;     // bits of a sample; 565 counts as 8, to which its samples are spread
   Storage storage;
   bool blueFirst;
   bool planar;
@@ -31,10 +30,11 @@ struct Picture {
   std::span<const std::uint8_t> bytes;
 };
 
-// The samples of one line, interleaved in the order red, green, blue, alpha, each of layout->depth bits.
-std::vector<std::uint16_t> ReadRow(const Picture& picture, unsigned line);
-
-// Brings a sample from one depth to another; full scale stays full scale.
-std::uint16_t Rescale(std::uint16_t sample, unsigned from, unsigned to);
+// Brings a sample from one depth to another that is at most twice as large; full scale stays full scale: the
+// sample's highest bits are repeated below it.
+constexpr std::uint16_t Rescale(std::uint16_t sample, unsigned from, unsigned to) {
+  if (to <= from) return static_cast<std::uint16_t>(sample >> (from - to));
+  return static_cast<std::uint16_t>(sample << (to - from) | sample >> (2 * from - to));
+}
 
 }  // namespace zrconvert

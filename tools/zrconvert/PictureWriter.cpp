@@ -49,19 +49,39 @@ std::string OutputName::At(std::uint64_t number) const {
   return mBefore + std::string(zeros, '0') + digits + mAfter;
 }
 
-PictureWriter::PictureWriter(const std::string& output, Container container)
-    : mName(output), mContainer(container) {}
+PictureWriter::PictureWriter(const std::string& output, Container container, const EncoderOptions& options,
+                             const OverwriteGuard& guard)
+    : mName(output),
+      mContainer(container),
+      mOptions(options),
+      mGuard(guard),
+      mIsStream(output == "-" || OwnDescriptor(output)) {}
 
 bool PictureWriter::TakesSequence() const {
-  return mName.HasNumber() || mContainer == Container::Raw ||
-         (IsStandardOutput() && HoldsSequences(mContainer));
+  return mName.HasNumber() || mContainer == Container::Raw || (mIsStream && HoldsSequences(mContainer));
+}
+
+void PictureWriter::CheckOutputs(std::uint64_t first, std::optional<std::uint64_t> count) const {
+  const std::uint64_t files = mName.HasNumber() ? count.value_or(1) : 1;
+  for (std::uint64_t i = 0; i < files; ++i) mGuard.Check(mName.At(first + i));
+}
+
+std::unique_ptr<OutputFile> PictureWriter::Open(std::uint64_t number) const {
+  const std::string name = mName.At(number);
+  mGuard.Check(name);
+  return std::make_unique<OutputFile>(name, mGuard.ForExisting());
 }
 
 void PictureWriter::Write(const Picture& picture, std::uint64_t number) {
-  if (!mFile) mFile = std::make_unique<OutputFile>(mName.At(number));
-  WritePicture(mFile->Path(), mContainer, picture);
-  // A sequence on standard output goes out picture by picture, for the one who reads it there.
-  if (mName.HasNumber() || IsStandardOutput()) Finish();
+  if (mName.HasNumber()) {
+    const auto file = Open(number);
+    WritePicture(*file, mContainer, picture, mOptions);
+    file->Commit();
+    return;
+  }
+  if (!mFile) mFile = Open(number);
+  WritePicture(*mFile, mContainer, picture, mOptions);
+  if (mIsStream) mFile->Flush();
 }
 
 void PictureWriter::Finish() {

@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Containers.h"
 #include "OutputFile.h"
+#include "OverwriteGuard.h"
 
 namespace zrconvert {
 
@@ -31,21 +33,32 @@ class OutputName {
 
 class PictureWriter {
  public:
-  PictureWriter(const std::string& output, Container container);
+  PictureWriter(const std::string& output, Container container, const EncoderOptions& options,
+                const OverwriteGuard& guard);
 
   // False when one picture is all that the output takes.
   bool TakesSequence() const;
 
+  // True when each picture has a file of its own: Write may then be called from several threads at once.
+  bool WritesManyFiles() const { return mName.HasNumber(); }
+
+  // Throws, before anything is written, when a picture of the sequence would overwrite what it must not.
+  // Without a count only the first picture can be looked at; the others are when they are written.
+  void CheckOutputs(std::uint64_t first, std::optional<std::uint64_t> count) const;
+
   void Write(const Picture& picture, std::uint64_t number);
 
-  // Gives the one file of a sequence its name.
+  // Completes the one file of a sequence.
   void Finish();
 
  private:
-  bool IsStandardOutput() const { return mName.At(0) == "-"; }
+  std::unique_ptr<OutputFile> Open(std::uint64_t number) const;
 
   OutputName mName;
   Container mContainer;
+  EncoderOptions mOptions;
+  const OverwriteGuard& mGuard;
+  bool mIsStream;  // an output that was open before: standard output, /dev/fd/3
   std::unique_ptr<OutputFile> mFile;
 };
 

@@ -1,7 +1,7 @@
 // Portable grey map and pixel map in their binary forms P5 and P6: text header, then samples of one byte, or
 // two with the high byte first when the greatest value is above 255.
 #include "Containers.h"
-#include "File.h"
+#include "Rows.h"
 
 namespace zrconvert {
 namespace {
@@ -13,25 +13,23 @@ std::string Header(const Picture& picture) {
          std::to_string(greatest) + "\n";
 }
 
-// The alpha channel has no place in a pixel map.
-std::vector<unsigned char> Line(const Picture& picture, unsigned line) {
-  std::vector<unsigned char> bytes;
-  const std::vector<std::uint16_t> samples = ReadRow(picture, line);
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    if (picture.layout->channels == 4 && i % 4 == 3) continue;
-    if (picture.layout->depth > 8) bytes.push_back(static_cast<unsigned char>(samples[i] >> 8));
-    bytes.push_back(static_cast<unsigned char>(samples[i]));
-  }
-  return bytes;
+bool LiesAsInFile(const PictureLayout& layout) {
+  return layout.storage == Storage::Bytes && layout.channels != 4 && !layout.planar && !layout.blueFirst;
 }
 
 }  // namespace
 
-void WritePnm(const std::string& path, const Picture& picture) {
-  File file(path, "ab");
-  file.Write(Header(picture));
-  for (unsigned line = 0; line < picture.height; ++line) file.Write(Line(picture, line));
-  file.Close();
+// The alpha channel has no place in a pixel map.
+void WritePnm(ByteSink& sink, const Picture& picture, const EncoderOptions&) {
+  sink.Write(Header(picture));
+  if (LiesAsInFile(*picture.layout)) return sink.Write(picture.bytes);
+  const unsigned depth = picture.layout->depth;
+  const unsigned channels = picture.layout->channels == 1 ? 1 : 3;
+  const std::size_t lineBytes = std::size_t{picture.width} * channels * (depth > 8 ? 2 : 1);
+  WriteRows(sink, picture, channels, lineBytes,
+            [depth](std::span<const std::uint16_t> samples, std::uint8_t* bytes) {
+              StoreSamples(samples, depth, depth, bytes);
+            });
 }
 
 }  // namespace zrconvert

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace zrconvert {
 
@@ -24,8 +25,9 @@ class Progress {
   void Summarise();
 
  private:
-  using Clock = std::chrono::steady_clock;
-  void Draw(Clock::time_point now);
+  using Moment = std::chrono::steady_clock::time_point;
+  std::string Text(double seconds) const;
+  void Draw(Moment now);
   void Clear();
 
   std::optional<std::uint64_t> mFrames;
@@ -33,8 +35,8 @@ class Progress {
   bool mQuiet;
   bool mDrawn = false;
   std::uint64_t mDone = 0;
-  Clock::time_point mStart = Clock::now();
-  Clock::time_point mNextDraw = mStart;
+  Moment mStart = std::chrono::steady_clock::now();
+  Moment mNextDraw = mStart;
   std::chrono::nanoseconds mConversion{0};
 };
 

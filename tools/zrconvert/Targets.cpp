@@ -60,11 +60,12 @@ void RequirePair(const zr::FormatInfo& source, const zr::FormatInfo& destination
       (all.empty() ? "the library does not convert from " + name : name + " converts to " + all));
 }
 
-void RequireFit(Container container, const zr::FormatInfo& destination) {
+void RequireFit(Container container, const zr::FormatInfo& destination, Size picture) {
   if (container == Container::Raw) return;
   const std::string name(destination.name);
   const PictureLayout* layout = FindPictureLayout(destination.name);
-  const std::string reason = layout ? WhyNot(container, *layout) : "only a .raw file holds it";
+  const std::string reason =
+      layout ? WhyNot(container, *layout, picture.width, picture.height) : "only a .raw file holds it";
   if (!reason.empty()) {
     throw UsageError("a ." + std::string(NameOf(container)) + " file cannot hold " + name + ": " + reason);
   }
@@ -83,19 +84,26 @@ Container ContainerOf(const ConvertOptions& options) {
   const std::string& output = options.files.back();
   if (const auto container = ContainerByEnding(output)) return *container;
   const std::string what = output == "-" ? "standard output" : "'" + output + "'";
-  throw UsageError(what + " does not say what to write: give --container bmp, png, pgm, ppm or raw");
+  throw UsageError(what + " does not say what to write: give --container, one of " + NamesOfContainers());
 }
 
-const zr::FormatInfo& TargetOf(const ConvertOptions& options, Container container,
-                               std::uint32_t pictureWidth) {
+const zr::FormatInfo& TargetOf(const ConvertOptions& options, Container container, Size picture) {
   const zr::FormatInfo* target = options.destination
                                      ? options.destination->info
-                                     : zr::FindFormatInfo(DefaultTarget(options, container, pictureWidth));
+                                     : zr::FindFormatInfo(DefaultTarget(options, container, picture.width));
   if (!target) throw Failure("the library does not know the format that this container needs");
   RequirePair(*options.source.info, *target);
-  RequireFit(container, *target);
+  RequireFit(container, *target, picture);
   RequireTone(options, *target);
   return *target;
+}
+
+std::string TargetWithoutTone(const ConvertOptions& options, Container container,
+                              std::uint32_t pictureWidth) {
+  if (options.destination) return std::string(options.destination->info->name);
+  ConvertOptions plain = options;
+  plain.tone.reset();
+  return DefaultTarget(plain, container, pictureWidth);
 }
 
 }  // namespace zrconvert

@@ -1,6 +1,7 @@
 #include "Tone.h"
 
 #include <cmath>
+#include <sstream>
 
 #include "Error.h"
 
@@ -9,11 +10,13 @@ namespace zrconvert {
 namespace zr = ZrConvertersLib;
 
 void SetTone(zr::RGBFilter& filter, zr::ToneSettings tone, unsigned depth) {
-  tone.black = std::ldexp(tone.black, 8 - static_cast<int>(depth));
-  if (!filter.SetTone(tone).IsSuccess()) {
-    throw UsageError(
-        "tone out of range: --gamma is above 0, factors are 0 or more, and --black is less than white");
-  }
+  const int shift = static_cast<int>(depth) - 8;
+  tone.black = std::ldexp(tone.black, -shift);
+  if (filter.SetTone(tone).IsSuccess()) return;
+  std::ostringstream sentence;
+  sentence << "--black takes a number from 0 to " << std::ldexp(254.0, shift) << " for samples of " << depth
+           << " bits";
+  throw UsageError(sentence.str());
 }
 
 }  // namespace zrconvert

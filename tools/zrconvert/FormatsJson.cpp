@@ -1,0 +1,72 @@
+#include "FormatsJson.h"
+
+#include <ZrConvertersLib/Format.h>
+#include <ZrConvertersLib/FormatCodes.h>
+
+#include <cstdio>
+#include <string_view>
+
+namespace zrconvert {
+namespace {
+
+namespace zr = ZrConvertersLib;
+
+// The texts are ASCII without control characters.
+std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') quoted += '\\';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+std::string Member(const std::string& name, const std::string& value) {
+  return Quoted(name) + ": " + value;
+}
+
+std::string Truth(bool value) {
+  return value ? "true" : "false";
+}
+
+std::string CodesOf(const zr::FormatInfo& format) {
+  std::string codes;
+  for (const zr::FormatCode& code : zr::FormatCodes()) {
+    if (code.id != format.id) continue;
+    codes += (codes.empty() ? "{" : ", {") + Member("name", Quoted(code.name)) + ", " +
+             Member("code", Quoted(CodeText(code.code))) + "}";
+  }
+  return "[" + codes + "]";
+}
+
+std::string ObjectOf(const zr::FormatInfo& format) {
+  return "{" + Member("name", Quoted(format.name)) + ", " + Member("id", std::to_string(format.id)) + ", " +
+         Member("family", Quoted(zr::FamilyName(format.family))) + ", " +
+         Member("bitsPerPixel", std::to_string(format.bitsPerPixel)) + ", " +
+         Member("depth", std::to_string(format.depth)) + ", " +
+         Member("planes", std::to_string(format.planes)) + ", " +
+         Member("widthMultiple", std::to_string(format.widthMultiple)) + ", " +
+         Member("heightMultiple", std::to_string(format.heightMultiple)) + ", " +
+         Member("isSource", Truth(format.isSource)) + ", " +
+         Member("isDestination", Truth(format.isDestination)) + ", " +
+         Member("layout", Quoted(format.layout)) + ", " + Member("pfnc", CodesOf(format)) + "}";
+}
+
+}  // namespace
+
+void PrintFormatsAsJson() {
+  const char* separator = "[";
+  for (const zr::FormatInfo& format : zr::Formats()) {
+    std::printf("%s\n%s", separator, ObjectOf(format).c_str());
+    separator = ",";
+  }
+  std::puts("\n]");
+}
+
+std::string CodeText(std::uint32_t code) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
+  return text;
+}
+
+}  // namespace zrconvert

@@ -1,0 +1,123 @@
+#include "Plan.h"
+
+#include <algorithm>
+
+#include "Error.h"
+#include "FrameFacts.h"
+#include "Targets.h"
+#include "Tone.h"
+
+namespace zrconvert {
+namespace {
+
+namespace zr = ZrConvertersLib;
+
+void RequireInputs(const ConvertOptions& options) {
+  if (options.files.size() < 2) throw UsageError("convert needs an input and an output: IN... OUT");
+  if (std::count(options.files.begin(), options.files.end() - 1, "-") > 1) {
+    throw UsageError("standard input can be read only once");
+  }
+}
+
+void RequireRegion(const ConvertOptions& options) {
+  const zr::Region& region = options.region;
+  const bool inside = std::uint64_t{region.x} + region.width <= options.size.width &&
+                      std::uint64_t{region.y} + region.height <= options.size.height;
+  if (!inside) throw UsageError("the region leaves the frame of " + ToText(options.size));
+}
+
+Size PictureSize(const ConvertOptions& options) {
+  const zr::Region& region = options.region;
+  return region.width > 0 ? Size{region.width, region.height} : options.size;
+}
+
+zr::FrameOptions FrameOptionsOf(const ConvertOptions& options, zr::RGBFilter& filter) {
+  zr::FrameOptions frame = ColourOptions(options.source, options.pattern, options.matrix);
+  frame.demosaic = options.demosaic.value_or(frame.demosaic);
+  frame.flipVertical = options.flipVertical;
+  frame.flipHorizontal = options.flipHorizontal;
+  frame.region = options.region;
+  if (!options.tone) return frame;
+  SetTone(filter, *options.tone, options.source.info->depth);
+  frame.filter = &filter;
+  return frame;
+}
+
+void RequireDemosaic(const ConvertOptions& options, const zr::FormatInfo& target) {
+  if (!options.demosaic) return;
+  const zr::FormatInfo& source = *options.source.info;
+  if (!IsMosaic(source)) throw UsageError("--demosaic has no meaning for " + std::string(source.name));
+  if (target.family == source.family) {
+    throw UsageError("--demosaic has no meaning here: " + std::string(target.name) + " stays a mosaic");
+  }
+}
+
+// Pattern and matrix matter as soon as the picture is of another family.
+std::vector<std::string> AssumptionsOf(const ConvertOptions& options, const Plan& plan) {
+  const Format& source = options.source;
+  if (source.settled || source.info->family == plan.target->family) return {};
+  if (IsMosaic(*source.info) && !options.pattern) {
+    return {"the pattern " + std::string(zr::PatternName(plan.job.options.pattern)) + " is assumed; --pattern says another"};
+  }
+  if (source.info->family == zr::FormatFamily::YCbCr && !options.matrix) {
+    return {"the matrix 601 is assumed; --matrix says another"};
+  }
+  return {};
+}
+
+std::vector<std::string> NotesOn(const ConvertOptions& options, const Plan& plan, std::uint32_t width) {
+  std::vector<std::string> notes = AssumptionsOf(options, plan);
+  const std::string without = TargetWithoutTone(options, plan.container, width);
+  if (without != plan.target->name) {
+    notes.push_back("tone acts on 8-bit colour: the picture is " + std::string(plan.target->name) +
+                    ", without tone it would be " + without);
+  }
+  return notes;
+}
+
+BandConverter::Job JobOf(const ConvertOptions& options, const Plan& plan, zr::RGBFilter& filter) {
+  BandConverter::Job job;
+  job.source = options.source.info->id;
+  job.destination = plan.target->id;
+  job.width = options.size.width;
+  job.height = options.size.height;
+  job.stride = static_cast<std::size_t>(plan.fit.layout.stride);
+  job.threads = options.threads;
+  job.options = FrameOptionsOf(options, filter);
+  return job;
+}
+
+}  // namespace
+
+Plan PlanOf(const ConvertOptions& options, zr::RGBFilter& filter) {
+  RequireInputs(options);
+  RequireRegion(options);
+  Plan plan;
+  plan.inputs.assign(options.files.begin(), options.files.end() - 1);
+  plan.container = ContainerOf(options);
+  const zr::FormatInfo& source = *options.source.info;
+  plan.fit = {&source, options.size, DescribeOrThrow(source, options.size, options.lines),
+              options.headerBytes, options.ignoreRest};
+  const Size picture = PictureSize(options);
+  plan.target = &TargetOf(options, plan.container, picture);
+  RequireDemosaic(options, *plan.target);
+  plan.job = JobOf(options, plan, filter);
+  plan.notes = NotesOn(options, plan, picture.width);
+  return plan;
+}
+
+void RequireTrueName(const ConvertOptions& options, const Plan& plan, const BandConverter& converter) {
+  if (!options.destination || !options.destination->settled) return;
+  const std::string quoted = "'" + options.destination->word + "'";
+  zr::FrameOptions said;
+  said.SetFlags(options.destination->flags);
+  const zr::MosaicPattern pattern = converter.PicturePattern();
+  if (IsMosaic(*plan.target) && said.pattern != pattern) {
+    throw UsageError(quoted + " would be a wrong name: the picture's pattern is " + std::string(zr::PatternName(pattern)));
+  }
+  if (plan.target->family == zr::FormatFamily::YCbCr && said.matrix != plan.job.options.matrix) {
+    throw UsageError(quoted + " would be a wrong name: the frames have another matrix (see --matrix)");
+  }
+}
+
+}  // namespace zrconvert
