@@ -135,7 +135,7 @@ TEST_F(SequenceTest, MemoryIsTakenAsBytesCome) {
   GTEST_SKIP() << "memory cannot be limited here";
 #endif
   const ToolRun run =
-      Shell("head -c 100 three.raw | (ulimit -v 1000000; $TOOL convert - x.raw -f Mono8 -s 40000x20000)");
+      Shell("head -c 100 three.raw | (ulimit -v 400000; $TOOL convert - x.raw -f Mono8 -s 40000x20000)");
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_NE(run.errors.find("standard input holds 100 bytes"), std::string::npos) << run.errors;
 }

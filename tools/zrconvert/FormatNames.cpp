@@ -1,7 +1,7 @@
 #include "FormatNames.h"
 
 #include <ZrConvertersLib/FormatCodes.h>
-#include <ZrConvertersLib/FrameCodes.h>
+#include <ZrConvertersLib/FrameErrors.h>
 
 #include <algorithm>
 
@@ -30,7 +30,7 @@ std::string RightSpelling(const std::string& text) {
 
 ZrUtilsLib::Result Read(const std::string& text, zr::FormatChoice& choice) {
   const ZrUtilsLib::Result result = zr::ReadFormat(text, choice);
-  if (result.GetCode() != zr::FrameCode::UnknownFormat) return result;
+  if (result.GetCode() != zr::FrameError::UnknownFormat) return result;
   return zr::ReadFormat(RightSpelling(text), choice);
 }
 
@@ -39,7 +39,7 @@ ZrUtilsLib::Result Read(const std::string& text, zr::FormatChoice& choice) {
 Format ReadFormat(const std::string& text) {
   zr::FormatChoice choice;
   const ZrUtilsLib::Result result = Read(text, choice);
-  if (result.GetCode() == zr::FrameCode::UnknownFormat) ThrowUnknownFormat(text);
+  if (result.GetCode() == zr::FrameError::UnknownFormat) ThrowUnknownFormat(text);
   if (!result.IsSuccess()) throw UsageError("format '" + text + "': " + std::string(zr::ResultText(result)));
   const zr::FormatInfo* info = zr::FindFormatInfo(choice.id);
   if (!info) ThrowUnknownFormat(text);
