@@ -108,7 +108,6 @@ const std::vector<Nonsense> cNonsense{
     {"WidePng", "convert in.raw x.png -f Mono8 -s 1048576x1", 2, {".png", "1000000 pixels a side"}},
     {"SkippedAll", cRight + "--skip 1", 1, {"skipped"}},
     {"WrongNumber", "convert in.raw %s.png -f Mono8 -s 64x48", 2, {"%s.png"}},
-    {"ChartOfDestination", "chart out.raw -f BiColor8 -s 64x48", 2, {"BiColor8"}},
     {"InfoOfNothing", "info none.raw", 1, {"none.raw"}},
 };
 

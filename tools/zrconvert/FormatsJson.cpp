@@ -45,8 +45,9 @@ std::string ObjectOf(const zr::FormatInfo& format) {
          Member("bitsPerPixel", std::to_string(format.bitsPerPixel)) + ", " +
          Member("depth", std::to_string(format.depth)) + ", " +
          Member("planes", std::to_string(format.planes)) + ", " +
+         Member("groupPixels", std::to_string(format.groupPixels)) + ", " +
+         Member("groupBytes", std::to_string(format.groupBytes)) + ", " +
          Member("widthMultiple", std::to_string(format.widthMultiple)) + ", " +
-         Member("heightMultiple", std::to_string(format.heightMultiple)) + ", " +
          Member("isSource", Truth(format.isSource)) + ", " +
          Member("isDestination", Truth(format.isDestination)) + ", " +
          Member("layout", Quoted(format.layout)) + ", " + Member("pfnc", CodesOf(format)) + "}";

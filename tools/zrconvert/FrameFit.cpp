@@ -57,9 +57,8 @@ void FrameFit::Require(const std::string& name, std::uint64_t fileBytes) const {
   }
   if (ignoreRest || RestOf(fileBytes) == 0) return;
   throw Failure(held + ": " + Counted(FramesIn(fileBytes), "frame") + " of " + frame + " (" +
-                std::to_string(layout.frameBytes) + " bytes each) and " +
-                Counted(RestOf(fileBytes), "byte") + " more; " + SizesThatFit(fileBytes) +
-                "; --ignore-rest converts the whole frames");
+                std::to_string(layout.frameBytes) + " bytes each) and " + Counted(RestOf(fileBytes), "byte") +
+                " more; " + SizesThatFit(fileBytes) + "; --ignore-rest converts the whole frames");
 }
 
 }  // namespace zrconvert

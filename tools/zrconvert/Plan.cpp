@@ -57,7 +57,8 @@ std::vector<std::string> AssumptionsOf(const ConvertOptions& options, const Plan
   const Format& source = options.source;
   if (source.settled || source.info->family == plan.target->family) return {};
   if (IsMosaic(*source.info) && !options.pattern) {
-    return {"the pattern " + std::string(zr::PatternName(plan.job.options.pattern)) + " is assumed; --pattern says another"};
+    return {"the pattern " + std::string(zr::PatternName(plan.job.options.pattern)) +
+            " is assumed; --pattern says another"};
   }
   if (source.info->family == zr::FormatFamily::YCbCr && !options.matrix) {
     return {"the matrix 601 is assumed; --matrix says another"};
@@ -113,7 +114,8 @@ void RequireTrueName(const ConvertOptions& options, const Plan& plan, const Band
   said.SetFlags(options.destination->flags);
   const zr::MosaicPattern pattern = converter.PicturePattern();
   if (IsMosaic(*plan.target) && said.pattern != pattern) {
-    throw UsageError(quoted + " would be a wrong name: the picture's pattern is " + std::string(zr::PatternName(pattern)));
+    throw UsageError(quoted + " would be a wrong name: the picture's pattern is " +
+                     std::string(zr::PatternName(pattern)));
   }
   if (plan.target->family == zr::FormatFamily::YCbCr && said.matrix != plan.job.options.matrix) {
     throw UsageError(quoted + " would be a wrong name: the frames have another matrix (see --matrix)");

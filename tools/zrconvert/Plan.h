@@ -25,8 +25,8 @@ struct Plan {
 // must outlive the plan.
 Plan PlanOf(const ConvertOptions& options, ZrConvertersLib::RGBFilter& filter);
 
-// Throws UsageError unless what the destination's word says beside the layout is true of the picture: names as
-// BayerRG8 and YCbCr709_422_8 do not change a pattern or a matrix.
+// Throws UsageError unless what the destination's word says beside the layout is true of the picture: names
+// as BayerRG8 and YCbCr709_422_8 do not change a pattern or a matrix.
 void RequireTrueName(const ConvertOptions& options, const Plan& plan, const BandConverter& converter);
 
 }  // namespace zrconvert
