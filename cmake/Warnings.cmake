@@ -6,4 +6,9 @@ function(zr_warnings target)
                                            $<$<BOOL:${ZR_WERROR}>:-Werror>
                                            # GCC 12 sees overlaps in std::string's operator+ that are none
                                            $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+  if(EMSCRIPTEN)
+    # Sizes and distances are 64-bit elsewhere and take any 32-bit count; frames in a 32-bit memory are so small that
+    # 32 bits do too.
+    target_compile_options(${target} PRIVATE -Wno-conversion -Wno-sign-compare -Wno-c++11-narrowing)
+  endif()
 endfunction()

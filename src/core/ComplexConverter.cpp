@@ -12,7 +12,7 @@ namespace ZrConvertersLib {
 using ZrUtilsLib::Result;
 using ZrUtilsLib::ResultCode;
 
-static_assert(sizeof(ComplexConverter) == 72);
+static_assert(sizeof(void*) != 8 || sizeof(ComplexConverter) == 72);
 
 namespace {
 

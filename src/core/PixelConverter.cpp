@@ -9,8 +9,8 @@ namespace ZrConvertersLib {
 using ZrUtilsLib::Result;
 using ZrUtilsLib::ResultCode;
 
-static_assert(sizeof(PixelConverter) == 40);
-static_assert(sizeof(PixelConverterContext) == 56);
+static_assert(sizeof(void*) != 8 || sizeof(PixelConverter) == 40);
+static_assert(sizeof(void*) != 8 || sizeof(PixelConverterContext) == 56);
 
 PixelConverter::PixelConverter(const long& sourceType, const long& destinationType,
                                std::uint32_t sourceByteSize, std::uint32_t destinationByteSize,

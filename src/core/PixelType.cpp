@@ -6,8 +6,8 @@
 
 namespace ZrConvertersLib {
 
-static_assert(sizeof(long) == 8, "type IDs are 64 bits wide");
-static_assert(sizeof(PixelType) == 24);
+static_assert(sizeof(void*) != 8 || sizeof(long) == 8, "type IDs are 64 bits wide");
+static_assert(sizeof(void*) != 8 || sizeof(PixelType) == 24);
 
 PixelType::PixelType(const long& id, unsigned short bitSize, unsigned short byteSize, bool bayerPattern)
     : mTypeID(id), mBitSize(bitSize), mByteSize(byteSize), mBayerPattern(bayerPattern) {}

@@ -4,7 +4,6 @@
 #include <ZrConvertersLib/PixelType.h>
 #include <ZrUtilsLib/LockScope.h>
 
-#include <atomic>
 #include <memory>
 #include <new>
 
@@ -27,12 +26,14 @@ namespace {
 constinit PixelTypeFactoryCleanup sPixelTypeFactoryCleanup;
 
 /// The registry's lock. Threads whose first calls meet each make one; the first to store its own wins.
+/// Not every standard library that this is built with has std::atomic_ref.
 Mutex& RegistryMutex() {
-  const std::atomic_ref<Mutex*> shared(PixelTypeFactoryInternal::sMutex);
-  Mutex* mutex = shared.load(std::memory_order_acquire);
+  Mutex** const shared = &PixelTypeFactoryInternal::sMutex;
+  Mutex* mutex = __atomic_load_n(shared, __ATOMIC_ACQUIRE);
   if (mutex != nullptr) return *mutex;
   auto fresh = std::make_unique<Mutex>(nullptr, nullptr);
-  if (!shared.compare_exchange_strong(mutex, fresh.get(), std::memory_order_acq_rel)) return *mutex;
+  if (!__atomic_compare_exchange_n(shared, &mutex, fresh.get(), false, __ATOMIC_ACQ_REL, __ATOMIC_ACQUIRE))
+    return *mutex;
   return *fresh.release();
 }
 

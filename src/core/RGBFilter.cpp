@@ -7,7 +7,7 @@
 
 namespace ZrConvertersLib {
 
-static_assert(sizeof(RGBFilter) == 32);
+static_assert(sizeof(void*) != 8 || sizeof(RGBFilter) == 32);
 
 namespace {
 

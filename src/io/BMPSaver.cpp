@@ -10,7 +10,7 @@ namespace ZrConvertersLib {
 using ZrUtilsLib::Result;
 using ZrUtilsLib::ResultCode;
 
-static_assert(sizeof(BMPSaver) == 8);
+static_assert(sizeof(void*) != 8 || sizeof(BMPSaver) == 8);
 
 namespace {
 

@@ -7,7 +7,7 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-#if defined(__AVX512VBMI__) || defined(__SSSE3__) || defined(__aarch64__)
+#if !defined(__x86_64__) || defined(__SSSE3__)
 
 /// Bytes of pairs chosen by a table that is made once a line: the same byte of each pair, twice.
 class Phase {

@@ -106,6 +106,14 @@ namespace {
 constinit const std::array kLevels = {ZR_LEVEL_ROW(Neon, "neon", Always, 16)};
 }
 
+#elif defined(__wasm_simd128__)
+
+ZR_DECLARE_LEVEL(Wasm)
+
+namespace {
+constinit const std::array kLevels = {ZR_LEVEL_ROW(Wasm, "wasm-simd128", Always, 16)};
+}
+
 #else
 
 ZR_DECLARE_LEVEL(Default)

@@ -5,9 +5,9 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// A table of 256 bytes applied to every byte of a vector. On CPUs without AVX2 it is a function of its own:
-/// the six filtered writers of every reader would take a megabyte of it otherwise.
-#if defined(__x86_64__) && !defined(__AVX2__)
+/// A table of 256 bytes applied to every byte of a vector. On CPUs without AVX2 and in WebAssembly it is a
+/// function of its own: the six filtered writers of every reader would take a megabyte of it otherwise.
+#if (defined(__x86_64__) && !defined(__AVX2__)) || defined(__wasm_simd128__)
 #define ZR_LOOKUP [[gnu::noinline]]
 #else
 #define ZR_LOOKUP ZR_INLINE
@@ -82,6 +82,25 @@ class Lookup {
 #endif
 
   Lane mDelta[16];
+};
+
+#elif defined(__wasm_simd128__)
+
+/// Sixteen lookups of sixteen entries; one gives 0 where the index is out of them.
+class Lookup {
+ public:
+  explicit ZR_INLINE Lookup(const std::uint8_t* table) {
+    for (int i = 0; i < 16; ++i) mPart[i] = Load(table + 16 * i);
+  }
+
+  ZR_LOOKUP U8 operator()(U8 x) const {
+    U8 found = ShuffleBytes(mPart[0], x);
+    for (int i = 1; i < 16; ++i) found |= ShuffleBytes(mPart[i], x - Splat8(static_cast<unsigned>(16 * i)));
+    return found;
+  }
+
+ private:
+  U8 mPart[16];
 };
 
 #elif defined(__aarch64__)

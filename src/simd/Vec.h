@@ -7,6 +7,8 @@
 
 #if defined(__x86_64__)
 #include <immintrin.h>
+#elif defined(__wasm_simd128__)
+#include <wasm_simd128.h>
 #else
 #include <arm_neon.h>
 #endif
@@ -34,6 +36,10 @@ using Native = __m256i;
 inline constexpr int kWidth = 16;
 inline constexpr int kLane = 16;
 using Native = __m128i;
+#elif defined(__wasm_simd128__)
+inline constexpr int kWidth = 16;
+inline constexpr int kLane = 16;
+using Native = v128_t;
 #else
 inline constexpr int kWidth = 16;
 inline constexpr int kLane = 16;
@@ -130,6 +136,8 @@ ZR_INLINE U16 ShiftLeft(U16 x, std::uint32_t count) {
   return As<U16>(_mm256_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
 #elif defined(__x86_64__)
   return As<U16>(_mm_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#elif defined(__wasm_simd128__)
+  return As<U16>(wasm_i16x8_shl(As<Native>(x), count));
 #else
   return As<U16>(vshlq_u16(As<uint16x8_t>(x), vdupq_n_s16(static_cast<std::int16_t>(count))));
 #endif
@@ -142,6 +150,8 @@ ZR_INLINE U16 ShiftRight(U16 x, std::uint32_t count) {
   return As<U16>(_mm256_srl_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
 #elif defined(__x86_64__)
   return As<U16>(_mm_srl_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#elif defined(__wasm_simd128__)
+  return As<U16>(wasm_u16x8_shr(As<Native>(x), count));
 #else
   return As<U16>(
       vshlq_u16(As<uint16x8_t>(x), vdupq_n_s16(static_cast<std::int16_t>(-static_cast<int>(count)))));
@@ -181,6 +191,8 @@ ZR_INLINE U8 MeanRoundedUp(U8 a, U8 b) {
   return As<U8>(_mm256_avg_epu8(As<Native>(a), As<Native>(b)));
 #elif defined(__x86_64__)
   return As<U8>(_mm_avg_epu8(As<Native>(a), As<Native>(b)));
+#elif defined(__wasm_simd128__)
+  return As<U8>(wasm_u8x16_avgr(As<Native>(a), As<Native>(b)));
 #else
   return As<U8>(vrhaddq_u8(As<Native>(a), As<Native>(b)));
 #endif
@@ -192,6 +204,8 @@ ZR_INLINE U8 Select(U8 mask, U8 a, U8 b) {
   return As<U8>(_mm512_ternarylogic_epi32(As<Native>(mask), As<Native>(a), As<Native>(b), 0xCA));
 #elif defined(__x86_64__)
   return (a & mask) | (b & ~mask);
+#elif defined(__wasm_simd128__)
+  return As<U8>(wasm_v128_bitselect(As<Native>(a), As<Native>(b), As<Native>(mask)));
 #else
   return As<U8>(vbslq_u8(As<Native>(mask), As<Native>(a), As<Native>(b)));
 #endif
@@ -206,7 +220,7 @@ ZR_INLINE U8 SelectComplement(U8 mask, U8 a, U8 b) {
 #endif
 }
 
-#if defined(__AVX512VBMI__) || defined(__SSSE3__) || defined(__aarch64__)
+#if !defined(__x86_64__) || defined(__SSSE3__)
 /// Byte i of each lane of 16 is byte index[i] % 16 of that lane; 0 for an index of 0x80 and more.
 ZR_INLINE U8 ShuffleBytes(U8 x, U8 index) {
 #if defined(__AVX512VBMI__)
@@ -215,14 +229,34 @@ ZR_INLINE U8 ShuffleBytes(U8 x, U8 index) {
   return As<U8>(_mm256_shuffle_epi8(As<Native>(x), As<Native>(index)));
 #elif defined(__x86_64__)
   return As<U8>(_mm_shuffle_epi8(As<Native>(x), As<Native>(index)));
+#elif defined(__wasm_simd128__)
+  return As<U8>(wasm_i8x16_swizzle(As<Native>(x), As<Native>(index)));
 #else
   return As<U8>(vqtbl1q_u8(As<Native>(x), As<Native>(index)));
 #endif
 }
 
+#if defined(__wasm_simd128__)
+/// Byte i of the result is byte Map::At(i) of a followed by b. What runs the code picks an instruction by the
+/// constant indices, which it cannot do for a table.
+template <class Map>
+ZR_INLINE U8 ShuffleTwo(U8 a, U8 b) {
+  return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {
+    return __builtin_shufflevector(a, b, Map::At(i)...);
+  }
+  (std::make_integer_sequence<int, kWidth>{});
+}
+#endif
+
 /// Byte i of the result is byte Map::At(i % kLane) of the same lane, or 0 where that is negative.
 template <class Map>
 ZR_INLINE U8 ShuffleLanes(U8 x) {
+#if defined(__wasm_simd128__)
+  struct FromZero {
+    static constexpr int At(int i) { return Map::At(i) < 0 ? kWidth : Map::At(i); }
+  };
+  return ShuffleTwo<FromZero>(x, U8{});
+#else
   struct Index {
     static constexpr int At(int i) {
       const int from = Map::At(i % kLane);
@@ -242,6 +276,7 @@ ZR_INLINE U8 ShuffleLanes(U8 x) {
     return As<U8>(_mm512_maskz_permutexvar_epi8(kKeep, As<Native>(index), As<Native>(x)));
 #else
   return ShuffleBytes(x, index);
+#endif
 #endif
 }
 #endif
@@ -272,6 +307,25 @@ ZR_UNPACK(UnpackLow32, lo_epi32)
 ZR_UNPACK(UnpackHigh32, hi_epi32)
 ZR_UNPACK(UnpackLow64, lo_epi64)
 ZR_UNPACK(UnpackHigh64, hi_epi64)
+#undef ZR_UNPACK
+#elif defined(__wasm_simd128__)
+template <int size, bool high>
+struct Unpacked {
+  static constexpr int At(int i) {
+    return i / size % 2 * kWidth + (high ? kWidth / 2 : 0) + i / (2 * size) * size + i % size;
+  }
+};
+#define ZR_UNPACK(bits)                                   \
+  ZR_INLINE U8 UnpackLow##bits(U8 a, U8 b) {              \
+    return ShuffleTwo<Unpacked<(bits) / 8, false>>(a, b); \
+  }                                                       \
+  ZR_INLINE U8 UnpackHigh##bits(U8 a, U8 b) {             \
+    return ShuffleTwo<Unpacked<(bits) / 8, true>>(a, b);  \
+  }
+ZR_UNPACK(8)
+ZR_UNPACK(16)
+ZR_UNPACK(32)
+ZR_UNPACK(64)
 #undef ZR_UNPACK
 #else
 ZR_INLINE U8 UnpackLow8(U8 a, U8 b) {
@@ -350,6 +404,8 @@ ZR_INLINE U8 PackClipped(S16 a, S16 b) {
   return As<U8>(_mm256_packus_epi16(As<Native>(a), As<Native>(b)));
 #elif defined(__x86_64__)
   return As<U8>(_mm_packus_epi16(As<Native>(a), As<Native>(b)));
+#elif defined(__wasm_simd128__)
+  return As<U8>(wasm_u8x16_narrow_i16x8(As<Native>(a), As<Native>(b)));
 #else
   return As<U8>(vcombine_u8(vqmovun_s16(As<int16x8_t>(a)), vqmovun_s16(As<int16x8_t>(b))));
 #endif
@@ -363,6 +419,8 @@ ZR_INLINE S16 PackSigned(S32 a, S32 b) {
   return As<S16>(_mm256_packs_epi32(As<Native>(a), As<Native>(b)));
 #elif defined(__x86_64__)
   return As<S16>(_mm_packs_epi32(As<Native>(a), As<Native>(b)));
+#elif defined(__wasm_simd128__)
+  return As<S16>(wasm_i16x8_narrow_i32x4(As<Native>(a), As<Native>(b)));
 #else
   return As<S16>(vcombine_s16(vqmovn_s32(As<int32x4_t>(a)), vqmovn_s32(As<int32x4_t>(b))));
 #endif
@@ -393,12 +451,22 @@ ZR_INLINE U8 EverySecondByte(U8 a, U8 b) {
 }
 #endif
 
+#if defined(__wasm_simd128__)
+/// Every second element of `size` bytes, from the one at `odd` on.
+template <int size, int odd>
+struct EverySecond {
+  static constexpr int At(int i) { return (i / size * 2 + odd) * size + i % size; }
+};
+#endif
+
 /// The low bytes of words, natural order; the high bytes are cut off.
 ZR_INLINE U8 NarrowLow(Words x) {
 #if defined(__AVX512VBMI__)
   return EverySecondByte<0>(As<U8>(x.a), As<U8>(x.b));
 #elif defined(__x86_64__)
   return JoinHalves(PackClipped(As<S16>(x.a & Splat16(0xFF)), As<S16>(x.b & Splat16(0xFF))));
+#elif defined(__wasm_simd128__)
+  return ShuffleTwo<EverySecond<1, 0>>(As<U8>(x.a), As<U8>(x.b));
 #else
   return As<U8>(vuzp1q_u8(As<Native>(x.a), As<Native>(x.b)));
 #endif
@@ -410,6 +478,8 @@ ZR_INLINE U8 NarrowHigh(Words x) {
   return EverySecondByte<1>(As<U8>(x.a), As<U8>(x.b));
 #elif defined(__x86_64__)
   return JoinHalves(PackClipped(As<S16>(x.a >> 8), As<S16>(x.b >> 8)));
+#elif defined(__wasm_simd128__)
+  return ShuffleTwo<EverySecond<1, 1>>(As<U8>(x.a), As<U8>(x.b));
 #else
   return As<U8>(vuzp2q_u8(As<Native>(x.a), As<Native>(x.b)));
 #endif
@@ -431,6 +501,8 @@ ZR_INLINE U16 NarrowHigh(U32 a, U32 b) {
 #else
   return As<U16>(_mm_packs_epi32(As<Native>(low), As<Native>(high)));
 #endif
+#elif defined(__wasm_simd128__)
+  return As<U16>(ShuffleTwo<EverySecond<2, 1>>(As<U8>(a), As<U8>(b)));
 #else
   return As<U16>(vuzp2q_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
 #endif
@@ -462,6 +534,8 @@ ZR_INLINE S32 MultiplyAddPairs(S32 sum, S16 a, S16 b) {
   return sum + As<S32>(_mm256_madd_epi16(As<Native>(a), As<Native>(b)));
 #elif defined(__x86_64__)
   return sum + As<S32>(_mm_madd_epi16(As<Native>(a), As<Native>(b)));
+#elif defined(__wasm_simd128__)
+  return sum + As<S32>(wasm_i32x4_dot_i16x8(As<Native>(a), As<Native>(b)));
 #else
   const int16x8_t x = As<int16x8_t>(a), y = As<int16x8_t>(b);
   const int32x4_t low = vmull_s16(vget_low_s16(x), vget_low_s16(y)), high = vmull_high_s16(x, y);
