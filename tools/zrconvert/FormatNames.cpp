@@ -2,6 +2,7 @@
 
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/FrameErrors.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 
 #include <algorithm>
 
@@ -53,6 +54,7 @@ std::vector<std::string_view> AllFormatNames() {
   };
   for (const zr::FormatInfo& format : zr::Formats()) add(format.name);
   for (const zr::FormatCode& code : zr::FormatCodes()) add(code.name);
+  for (const zr::V4l2Format& format : zr::V4l2Formats()) add(format.name);
   return names;
 }
 

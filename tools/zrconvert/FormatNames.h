@@ -17,11 +17,11 @@ struct Format {
   std::string word;
 };
 
-// A name of the library or of PFNC, in any case, or a PFNC code. Throws UsageError for others, with the names
-// that are near.
+// A name of the library, of PFNC or of V4L2, in any case, or a code of the latter two. Throws UsageError for
+// others, with the names that are near.
 Format ReadFormat(const std::string& text);
 
-// Every name that ReadFormat takes, each once.
+// Every name that ReadFormat takes, each once; without the fourccs of V4L2, which differ by case alone.
 std::vector<std::string_view> AllFormatNames();
 
 }  // namespace zrconvert
