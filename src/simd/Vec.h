@@ -47,7 +47,6 @@ using Native = uint8x16_t;
 #endif
 
 using U8 [[gnu::vector_size(kWidth)]] = std::uint8_t;
-using S8 [[gnu::vector_size(kWidth)]] = std::int8_t;
 using U16 [[gnu::vector_size(kWidth)]] = std::uint16_t;
 using S16 [[gnu::vector_size(kWidth)]] = std::int16_t;
 using U32 [[gnu::vector_size(kWidth)]] = std::uint32_t;
