@@ -64,10 +64,11 @@ void ReadRow(const Picture& picture, unsigned line, unsigned channels, std::span
   if (!layout.planar && !layout.blueFirst && layout.channels == channels) {
     return CopySamples(picture, FirstOf(picture, line, 0), 1, samples.data(), 1, samples.size());
   }
-  const std::size_t step = layout.planar ? 1 : layout.channels;
+  const std::size_t fromStep = layout.planar ? 1 : layout.channels;
+  const std::size_t toStep = channels;
   for (unsigned channel = 0; channel < channels; ++channel) {
     const unsigned own = layout.channels == 1 ? 0 : channel;
-    CopySamples(picture, FirstOf(picture, line, own), step, &samples[channel], channels, picture.width);
+    CopySamples(picture, FirstOf(picture, line, own), fromStep, &samples[channel], toStep, picture.width);
   }
 }
 
