@@ -22,14 +22,15 @@ namespace ZrConvertersLib::simd {
   extern const FamilyKernels kYCbCrKernels##level;   \
   extern const FamilyKernels kBiColorKernels##level; \
   extern const StreamFunction kStream##level;        \
-  extern const MirrorFunction kMirror##level;
+  extern const MirrorFunction kMirror##level;        \
+  extern const Scf1Kernels kScf1Kernels##level;
 
 #define ZR_LEVEL_ROW(level, name, runs, block)                                                    \
   Level {                                                                                         \
     name, runs, block,                                                                            \
         {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level, \
          &kBiColorKernels##level},                                                                \
-        &kStream##level, &kMirror##level                                                          \
+        &kStream##level, &kMirror##level, &kScf1Kernels##level                                    \
   }
 
 namespace {

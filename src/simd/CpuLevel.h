@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "simd/LineKernel.h"
+#include "simd/Scf1Kernel.h"
 
 namespace ZrConvertersLib::simd {
 
@@ -14,6 +15,7 @@ struct Level {
   const FamilyKernels* families[5];
   const StreamFunction* stream;
   const MirrorFunction* mirror;
+  const Scf1Kernels* scf1;
 
   KernelFunction Find(SourceReader reader, PixelWriter writer) const;
 };

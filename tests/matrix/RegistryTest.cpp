@@ -14,8 +14,8 @@
 namespace {
 
 /// The only place where the pairs are counted. Families have ranges of 256 type numbers.
-const std::map<long, std::size_t> kPairsPerFamily = {
-    {0x100, 592}, {0x200, 240}, {0x300, 294}, {0x400, 170}, {0x600, 80}};
+const std::map<long, std::size_t> kPairsPerFamily = {{0x100, 592}, {0x200, 240}, {0x300, 294},
+                                                     {0x400, 170}, {0x500, 112}, {0x600, 80}};
 
 /// Of the sources that have converters.
 std::vector<std::pair<long, long>> ModelPairs() {

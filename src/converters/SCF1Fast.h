@@ -1,0 +1,25 @@
+#pragma once
+
+#include "converters/SCF1Mosaic.h"
+
+namespace ZrConvertersLib {
+
+/// One colour for each tile of 4x4 sites: the means of its two red, its four green and its two blue ones.
+/// Sites beyond the last whole tile take the colour of that tile.
+class SCF1Fast {
+ public:
+  SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recipe)
+      : mContext(context), mSamples(context, recipe), mPixels(context, recipe) {}
+
+  void Run(const SCF1Lines& lines) const;
+
+ private:
+  void RunColumns(const SCF1Lines& lines, const MosaicColumns& columns) const;
+  void MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const;
+
+  const PixelConverterContext& mContext;
+  SCF1Samples mSamples;
+  SCF1Pixels mPixels;
+};
+
+}  // namespace ZrConvertersLib

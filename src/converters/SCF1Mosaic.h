@@ -1,0 +1,113 @@
+#pragma once
+
+#include <ZrConvertersLib/PixelConverterContext.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "converters/MosaicLines.h"
+#include "simd/Scf1Kernel.h"
+
+/// @file
+/// SCF1 mosaics: tiles of 4x4 sites, of which every second one is white as on a chessboard and the others
+/// have the colours of 2x2 cells. All arithmetic is on the 16-bit scale. Samples become rows of words, the
+/// kernels of simd/Scf1Kernels.cpp make rows of red, green and blue words of them, and the reader of planar
+/// words takes these to any destination: some columns at a time, in the first-level cache.
+
+namespace ZrConvertersLib {
+
+/// What an SCF1 converter asks of its kernels.
+struct SCF1Recipe {
+  simd::PixelWriter writer;
+  LineRecipe samples;  ///< to words
+};
+
+/// Lines that follow one another, of which the first is a context's.
+struct SCF1Lines {
+  SourceLines lines;  ///< from line 0 of the image
+  std::uint32_t width;
+  std::uint32_t count;
+  std::ptrdiff_t destinationStep;
+};
+
+/// Converts lines by the method that the context's flags name; none of an image or a width of less than 4.
+void ConvertSCF1(const PixelConverterContext& context, const SCF1Recipe& recipe, const SCF1Lines& lines);
+
+/// Where the cells of a tile stand: green ones in two opposite corners, red and blue in the others.
+struct SCF1Tile {
+  bool greenFirst;  ///< the upper left cell is green
+  bool redAbove;    ///< red stands in the upper cells
+};
+
+/// By the pattern that the flags tell.
+SCF1Tile SCF1TileOf(std::uint32_t flags);
+
+/// Columns that are converted at a time. The last ones may be a few more, so that they are never but a few.
+inline constexpr std::uint32_t kSCF1Columns = 1024, kSCF1MoreColumns = 64;
+
+/// The columns from `first` on that are converted together.
+MosaicColumns SCF1ColumnsFrom(std::uint32_t first, std::uint32_t width);
+
+/// A row of words of so many columns and of their neighbours, or of a 32-bit element for each of their cells.
+class SCF1Row {
+ public:
+  static constexpr std::size_t kBytes =
+      2 * (kSCF1Columns + kSCF1MoreColumns) + std::size_t{3} * simd::kScf1Beyond;
+
+  std::uint8_t* First() { return mBytes + simd::kScf1Beyond; }
+
+  /// Element `to` becomes a copy of element `from`.
+  template <class Element>
+  void Copy(std::ptrdiff_t to, std::ptrdiff_t from) {
+    constexpr auto kSize = static_cast<std::ptrdiff_t>(sizeof(Element));
+    std::memcpy(First() + to * kSize, First() + from * kSize, sizeof(Element));
+  }
+
+ private:
+  alignas(64) std::uint8_t mBytes[kBytes];
+};
+
+inline constexpr std::ptrdiff_t kSCF1Pitch = sizeof(SCF1Row);
+
+/// Reads samples as words.
+class SCF1Samples {
+ public:
+  SCF1Samples(const PixelConverterContext& context, const SCF1Recipe& recipe);
+
+  /// Of `count` lines exactly the bytes of the columns, the first of which begins a group of samples. `row`
+  /// is the place of the first column in the first of as many rows.
+  void Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns,
+            std::uint8_t* row) const;
+
+ private:
+  LinePlan mPlan;
+};
+
+/// Red, green and blue of a line.
+struct SCF1Planes {
+  SCF1Row row[3];
+
+  /// The places of the first words, red or blue before green and the other after it.
+  void List(std::uint8_t* (&places)[3], bool redFirst);
+};
+
+/// Writes pixels from rows of colours.
+class SCF1Pixels {
+ public:
+  SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe);
+
+  /// Whether the destination takes nothing but green.
+  bool GreenOnly() const { return mGreenOnly; }
+
+  /// The columns of `count` lines. The rows of each line stand `rowsApart` bytes after those of the line
+  /// before; `destination` is where the first line begins.
+  void Write(SCF1Planes& planes, std::ptrdiff_t rowsApart, const MosaicColumns& columns, std::uint32_t count,
+             std::uint8_t* destination, std::ptrdiff_t destinationStep) const;
+
+ private:
+  bool mGreenOnly;
+  LinePlan mPlan;
+};
+
+}  // namespace ZrConvertersLib

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// What the kernels of SCF1 mosaics take. Like LineKernel.h seen by baseline code and kernel files alike, so
+/// plain data only.
+///
+/// They work on rows of 16-bit words on the 16-bit scale. A cell is two sites of two lines: white and a
+/// colour above, the colour and white below. Rows are read and written by whole vectors, up to 64 bytes past
+/// what is asked for.
+
+namespace ZrConvertersLib::simd {
+
+/// Bytes that a kernel may read or write past the end of a row, and read before its beginning.
+inline constexpr std::size_t kScf1Beyond = 64;
+
+/// One colour for each tile of 2x2 cells.
+struct Scf1Tiles {
+  const std::uint8_t* line[4];
+  std::uint8_t*
+      plane[3];        ///< of the colour that stands beside green in the upper cells, green, the third colour
+  std::size_t pixels;  ///< four for each tile
+  bool greenFirst;     ///< the upper left cell is a green one
+};
+
+/// The mean of the two coloured sites of each cell, and that of its two white ones, as 32-bit elements.
+struct Scf1Cells {
+  const std::uint8_t* line[2];
+  std::uint8_t* colour;
+  std::uint8_t* white;
+  std::size_t cells;
+};
+
+/// The pixels of a row of cells. Each row has elements before its first and after its last one.
+struct Scf1CellRow {
+  const std::uint8_t* line[4];    ///< the two lines of the cells between the one above and the one below
+  const std::uint8_t* colour[3];  ///< of the cells above, of these and of those below
+  const std::uint8_t* white[3];
+  std::uint8_t* plane[2][3];  ///< of the upper and of the lower line, in the order of Scf1Tiles
+  std::size_t cells;
+  bool greenFirst;  ///< the first cell is a green one
+  bool greenOnly;   ///< only the planes of green are written
+};
+
+struct Scf1Kernels {
+  void (*tiles)(const Scf1Tiles&);
+  void (*cells)(const Scf1Cells&);
+  void (*cellRow)(const Scf1CellRow&);
+};
+
+}  // namespace ZrConvertersLib::simd
