@@ -132,14 +132,13 @@ void WriteFormats(std::ostream& out) {
   }
 }
 
-/// The destination's part of an object's name: its writer's. The chains of packed YCbCr call the four-channel
-/// destinations by their size.
+/// The destination's part of an object's name: its writer's, which chains of packed colour may call
+/// otherwise.
 std::string WriterName(const FormatRow& source, const FormatRow& destination) {
-  const bool chained = source.family == Family::YCbCr && source.packing == Packing::Dense;
-  if (chained && destination.id == PixelTypeIds::RGBa8) return "RGB32";
-  if (chained && destination.id == PixelTypeIds::BGRa8) return "BGR32";
   const DestinationRow* writer = FindDestination(destination.id);
-  return std::string(writer != nullptr ? writer->name : destination.name);
+  if (writer == nullptr) return std::string(destination.name);
+  const bool colour = source.family == Family::YCbCr || source.family == Family::Rgb;
+  return std::string(colour && source.packing == Packing::Dense ? writer->chained : writer->name);
 }
 
 void WriteConverters(std::ostream& out) {

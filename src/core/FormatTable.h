@@ -242,8 +242,9 @@ constexpr std::uint64_t LineBytes(const FormatRow& row, std::uint32_t width) {
 
 struct DestinationRow {
   long id;
-  std::string_view name;  ///< of the writer, without its prefix
-  std::uint8_t bytes;     ///< per pixel, in each plane
+  std::string_view name;     ///< of the writer, without its prefix
+  std::string_view chained;  ///< in the names of packed colour chains
+  std::uint8_t bytes;        ///< per pixel, in each plane
   std::uint8_t planes;
   std::uint8_t depth;  ///< bits of a channel that the writer keeps (565: before it packs them)
   bool colour;         ///< takes red, green and blue; otherwise one value
@@ -254,7 +255,7 @@ struct DestinationRow {
 inline constexpr auto kDestinations = [] {
   constexpr bool Grey = false, Colour = true;
 #define ZR_ROW(name, type, chained, bytes, planes, depth, channels, path) \
-  DestinationRow{PixelTypeIds::type, #name, bytes, planes, depth, channels, channels && path == 8},
+  DestinationRow{PixelTypeIds::type, #name, #chained, bytes, planes, depth, channels, channels && path == 8},
   return std::array{ZR_DESTINATIONS(ZR_ROW)};
 #undef ZR_ROW
 }();
