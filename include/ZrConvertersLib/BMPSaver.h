@@ -19,11 +19,11 @@ class ZR_EXPORT BMPSaver {
   /// Writes a top-down bitmap: the headers, then the first (height x bitCount x width) / 8 bytes of `data` as
   /// they stand (the 32-bit product wraps around).
   ///
-  /// Viewers expect rows that are multiples of 4 bytes and channels in the order blue, green, red (BGR8,
-  /// BGRa8); no padding is added, nothing is reordered, and no palette is written for 8-bit images.
+  /// The caller must provide what viewers expect: rows of a multiple of 4 bytes, and channels in the order
+  /// blue, green, red (BGR8, BGRa8). SaveBMP adds no padding, reorders nothing and writes no palette for
+  /// 8-bit images.
   ///
-  /// FileNotOpened (16384) when the file cannot be opened; nothing is written then. A full disk is not
-  /// detected.
+  /// Returns FileNotOpened (16384) when the file cannot be opened. A full disk is not detected.
   ZrUtilsLib::Result SaveBMP(const std::string& fileName, const void* data, int width, int height,
                              unsigned short bitCount);
 };

@@ -31,16 +31,16 @@ class ZR_EXPORT ComplexConverter : public PixelConverter {
   /// As PixelConverter::Convert, with these differences.
   ///
   /// `*pipelineBuffer` is the intermediate buffer and `*pipelineBufferSize` its capacity in bytes; begin with
-  /// null and 0. One that is too small is freed with delete[] and replaced by one of new[], so keep both for
-  /// the next call and delete[] the buffer in the end. When either pointer is null the converter uses a
-  /// buffer of its own.
+  /// null and 0. A buffer that is too small is freed with delete[] and replaced by a larger one from new[].
+  /// Keep both values for the next call, and delete[] the buffer in the end. When either pointer is null, the
+  /// converter uses its own buffer.
   ///
-  /// With FLAG_BAND_* bits the first stage also converts the lines around the band that the second one may
-  /// look at.
+  /// With FLAG_BAND_* bits the first stage also converts the lines around the band that the second stage may
+  /// read.
   ///
-  /// Returns the first failing stage's result, or NotSupported (26), with nothing written, when the
-  /// intermediate image is larger than a 32-bit capacity can tell. Throws std::bad_alloc without memory for
-  /// the buffer: the buffer is then null and its capacity 0.
+  /// Returns the result of the first stage that fails, or NotSupported (26), with nothing written, when the
+  /// intermediate image is too large for a 32-bit capacity. Throws std::bad_alloc when there is no memory for
+  /// the buffer; the buffer is then null and its capacity 0.
   ZrUtilsLib::Result Convert(const unsigned char* source, std::uint32_t sourceWidth,
                              std::uint32_t sourceHeight, unsigned char* destination,
                              std::uint32_t destinationWidth, std::uint32_t destinationHeight,

@@ -49,7 +49,7 @@ enum class Packing : std::uint8_t {
   Planar,    ///< one plane per channel, each as Plain
 };
 
-/// Facts of one pixel format. All sizes are what lies in memory, not what the type catalogue registers.
+/// Facts of one pixel format. All sizes are those in memory, not those that PixelType registers.
 struct FormatInfo {
   long id = 0;            ///< type ID, see PixelTypes.h
   std::string_view name;  ///< the library's name, "Mono12p" for instance
@@ -65,19 +65,19 @@ struct FormatInfo {
   unsigned planes = 1;         ///< planes, which follow one another in the frame
   unsigned widthMultiple = 1;  ///< a frame's width must be a multiple of this
   std::string_view layout;     ///< bit layout in words
-  bool takesFilter = false;    ///< as a destination its colours pass the RGBFilter
+  bool takesFilter = false;    ///< as a destination it applies the RGBFilter
   bool isSource = false;       ///< the library converts from it
   bool isDestination = false;  ///< the library converts to it
 };
 
-/// All formats that the library knows by name, in the order of their IDs. Static storage, which outlives all
-/// static objects; takes no memory.
+/// All formats that the library knows by name, in the order of their IDs. Static storage that is never
+/// destroyed, so destructors of static objects may use it, too; allocates nothing.
 ZR_EXPORT std::span<const FormatInfo> Formats();
 
 /// The format of that ID, or null.
 ZR_EXPORT const FormatInfo* FindFormatInfo(long id);
 
-/// The format of that name (exact spelling, the library's names only; FormatCodes.h knows more), or null.
+/// The format of that name, or null. Exact spelling, the library's names only; ReadFormat takes others, too.
 ZR_EXPORT const FormatInfo* FindFormatInfo(std::string_view name);
 
 /// IDs of all formats that the source converts to, ascending; empty when there are none.

@@ -10,18 +10,16 @@
 /// @file
 /// The 32-bit codes and names of the GenICam Pixel Format Naming Convention (PFNC), as cameras report them.
 ///
-/// Where the convention and this library differ although a name is the same:
-/// - RGB565p and BGR565p are mapped by layout, not by name. The convention packs the first-named component
-/// into
-///   the low bits; this library's RGB565p has red in bits 15..11, which is the convention's BGR565p.
-/// - The convention's plain YCbCr names are full range (Flags 0x10000, ColourMatrix::Jpeg); its 601 and 709
-/// names
-///   are video range. The bytes are laid out alike. BT.2020 names are known, but the library has no such
-///   matrix.
-/// - In the GigE Vision formats Mono10Packed, Mono12Packed, Bayer..10Packed and Bayer..12Packed the first
-/// pixel's
-///   low bits lie in bits 3..0 of the middle byte; this library's types of these names have them in
-///   bits 7..4. The codes carry PixelConverter::FLAG_PACKED_GIGE_VISION, which means the camera's order.
+/// Some names mean one thing in the convention and another in this library:
+/// - RGB565p and BGR565p are matched by layout, not by name. The convention puts the component that is named
+///   first into the low bits; this library's RGB565p has red in bits 15..11 and is the convention's BGR565p.
+/// - The convention's plain YCbCr names are full range (FLAG_YCBCR_JPG, ColourMatrix::Jpeg); its 601 and 709
+///   names are video range. The bytes are laid out alike. Names with BT.2020 are known, but the library has
+///   no such matrix.
+/// - The GigE Vision formats Mono10Packed, Mono12Packed, Bayer..10Packed and Bayer..12Packed order the bits
+/// of
+///   the middle byte in another way than this library's types of these names. Their codes carry
+///   PixelConverter::FLAG_PACKED_GIGE_VISION, which selects the camera's order.
 ///
 /// All functions here may be called from any thread at any time.
 
@@ -45,9 +43,9 @@ ZR_EXPORT const FormatCode* FindFormatCode(std::uint32_t code) noexcept;
 /// The entry of one of the convention's names (exact spelling), or null.
 ZR_EXPORT const FormatCode* FindFormatCode(std::string_view name) noexcept;
 
-/// The entry for a type ID under conversion flags (only the pattern, matrix and packing bits that matter to
-/// the type are looked at; no pattern bit counts as the family's first, no matrix bit as BT.601), or null
-/// where the convention has none.
+/// The code of a type ID with conversion flags, or null where the convention has none. Only the pattern,
+/// matrix and packing bits that apply to the type count; without a pattern bit it is the family's first
+/// pattern, without a matrix bit BT.601.
 ZR_EXPORT const FormatCode* FormatCodeOf(long id, unsigned flags) noexcept;
 
 /// What a user's word for a format means.
@@ -59,8 +57,9 @@ struct FormatChoice {
 
 /// Reads a format as a person writes it: a name of this library, a name of the convention, a name or fourcc
 /// of V4L2 (V4l2Formats.h), or a code of either as hexadecimal ("0x010C0059") or decimal number. The
-/// library's own names go first, so "RGB565p" is this library's and "YCbCr422_8" leaves the matrix open; but
-/// "Mono12Packed" means what cameras send, with the flag of GigE Vision's order.
+/// library's own names take precedence, so "RGB565p" is this library's and "YCbCr422_8" leaves the matrix
+/// open. The exception is "Mono12Packed" and its like, which mean what cameras send and set
+/// FLAG_PACKED_GIGE_VISION.
 /// @param text    the word
 /// @param choice  receives the meaning; left as it was when the result is no success
 /// @return success, FrameError::UnknownFormat or FrameError::MatrixUnknown

@@ -14,11 +14,10 @@
 /// @file
 /// The checked interface: whole frames in, whole pictures out, or a named refusal.
 ///
-/// PixelConverter::Convert trusts its caller; a FrameConverter does not. Whatever it is given, either every
-/// pixel of the destination picture is right, no byte beside it is written and no byte outside the source
-/// view is read, or the call is refused with a code of FrameErrors.h and nothing is written. Where the raw
-/// call defines a pixel the bytes are the same, and the bulk of a frame goes through the raw call straight
-/// into the caller's buffer.
+/// PixelConverter::Convert trusts its caller; a FrameConverter checks every argument. A call either converts
+/// every pixel of the picture, reading no byte outside the source view and writing none outside the picture,
+/// or it writes nothing and returns a code of FrameErrors.h. Pixels that the raw call defines have the same
+/// bytes here, and most of a frame is converted by the raw call straight into the caller's buffer.
 ///
 /// @code
 ///   using namespace ZrConvertersLib;
@@ -33,8 +32,8 @@ namespace ZrConvertersLib {
 
 class RGBFilter;
 
-/// How a mosaic begins, in the vocabulary of its family. GRBG, where every choice begins, also stands for the
-/// first pattern of the other two families.
+/// The colours at the top left of a mosaic, in the terms of its family. GRBG is the default; for BiColor and
+/// SCF1 it stands for their first pattern.
 enum class MosaicPattern : std::uint8_t {
   GRBG,  ///< Bayer: the colours of the first 2 x 2 sites, row by row
   GBRG,
@@ -66,7 +65,7 @@ enum class ColourMatrix : std::uint8_t {
   Jpeg    ///< BT.601 coefficients, full range (JFIF)
 };
 
-/// In which order packed samples of a source have their bits.
+/// The order of the bits in packed samples of a source.
 enum class PackingOrder : std::uint8_t {
   Type,        ///< as the type's layout says
   GigEVision,  ///< PixelConverter::FLAG_PACKED_GIGE_VISION
@@ -139,9 +138,9 @@ struct DestinationView {
 
 /// Converts frames of one kind into pictures of one kind.
 ///
-/// Made once and called at frame rate: Configure takes all memory that is ever needed, Convert takes none.
-/// An object serves one thread at a time; any number of objects work side by side, also on bands of one
-/// frame. Objects can be moved, not copied; one moved from is as if never configured.
+/// Configure it once and call it for every frame: Configure allocates all memory that is ever needed, Convert
+/// none. One thread may use an object at a time; different objects may work in parallel, also on bands of the
+/// same frame. Objects can be moved but not copied; a moved-from object is not configured.
 class ZR_EXPORT FrameConverter {
  public:
   FrameConverter() noexcept;
@@ -154,10 +153,10 @@ class ZR_EXPORT FrameConverter {
   /// Prepares the conversion of frames of `source` with `width` x `height` pixels into pictures of
   /// `destination`.
   ///
-  /// The picture has the size of the region. Pixels of mosaics, also those of a region, of a band and of a
-  /// flipped picture, are the pixels that the whole frame's conversion gives; the last two lines of a Bayer
-  /// frame of odd height come from one fast pair. Unpacked mosaics (Bayer12p to Bayer16 for instance) keep
-  /// their samples; region and flips may change their pattern, see DestinationPattern().
+  /// The picture has the size of the region. A region, a band or a flipped picture has the very pixels that
+  /// the conversion of the whole frame gives, mosaics included. The last two lines of a Bayer frame of odd
+  /// height are always made by the fast demosaic. A conversion between mosaics (Bayer12p to Bayer16 for
+  /// instance) keeps the samples; a region or flip may change the pattern, see DestinationPattern().
   ///
   /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, FrameTooSmall,
   ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, InvalidPacking, RegionOutside,
@@ -193,7 +192,7 @@ class ZR_EXPORT FrameConverter {
   /// Lines of the picture, 0 before Configure.
   std::uint32_t Height() const noexcept;
 
-  /// Pattern of the picture when it is a mosaic itself (a packed mosaic unpacked).
+  /// Pattern of the picture when it is itself a mosaic (Bayer12p converted to Bayer16 for instance).
   MosaicPattern DestinationPattern() const noexcept;
 
  private:
@@ -201,7 +200,7 @@ class ZR_EXPORT FrameConverter {
   std::unique_ptr<State> mState;
 };
 
-/// Converts one frame without keeping a converter. As Configure followed by Convert; takes and frees memory.
+/// Converts one frame: Configure and Convert in one call, which allocates and frees memory.
 ZR_EXPORT ZrUtilsLib::Result ConvertFrame(long sourceType, const SourceView& source, long destinationType,
                                           const DestinationView& destination,
                                           const FrameOptions& options = {});

@@ -11,13 +11,13 @@
 
 namespace ZrConvertersLib {
 
-/// Why the checked interface refused. A refusal leaves every buffer and object as it was.
+/// Why the checked interface refused a call. A refused call changes no buffer and no object.
 namespace FrameError {
 inline constexpr std::uint32_t UnknownFormat = 0x8001;     ///< no format has this ID, name or code
 inline constexpr std::uint32_t NoConverter = 0x8002;       ///< both formats exist, the conversion does not
 inline constexpr std::uint32_t ZeroSize = 0x8003;          ///< width or height is 0
-inline constexpr std::uint32_t WidthNotAllowed = 0x8004;   ///< the format's pixels come in groups
-inline constexpr std::uint32_t FrameTooSmall = 0x8005;     ///< a mosaic needs a whole tile at least
+inline constexpr std::uint32_t WidthNotAllowed = 0x8004;   ///< not a multiple of the format's group of pixels
+inline constexpr std::uint32_t FrameTooSmall = 0x8005;     ///< a mosaic needs at least one whole tile
 inline constexpr std::uint32_t FrameTooLarge = 0x8006;     ///< a line beyond 512 MiB, or sizes beyond 64 bits
 inline constexpr std::uint32_t StrideTooSmall = 0x8007;    ///< the stride is less than a line's bytes
 inline constexpr std::uint32_t InvalidPattern = 0x8008;    ///< no MosaicPattern of the source's family
@@ -36,7 +36,7 @@ inline constexpr std::uint32_t DestinationTooSmall = 0x8014;  ///< the destinati
 inline constexpr std::uint32_t BuffersOverlap = 0x8015;       ///< source and destination share bytes
 inline constexpr std::uint32_t LinesOutside = 0x8016;         ///< the band leaves the destination picture
 inline constexpr std::uint32_t InvalidTone = 0x8017;          ///< a tone setting has no meaning
-inline constexpr std::uint32_t MatrixUnknown = 0x8018;        ///< the code's colour matrix is not one of ours
+inline constexpr std::uint32_t MatrixUnknown = 0x8018;        ///< the library lacks the code's colour matrix
 inline constexpr std::uint32_t InvalidPacking = 0x8019;       ///< no value of PackingOrder
 }  // namespace FrameError
 

@@ -19,13 +19,16 @@ class RGBFilter;
 /// Thread-safety: immutable after construction; one converter may serve any number of threads at once, except
 /// a ComplexConverter that uses its own intermediate buffer.
 ///
-/// This is the raw interface: nothing is validated. Buffers must be as large as the strides say, source and
+/// This is the raw interface: it validates nothing. Buffers must be as large as the strides say, source and
 /// destination must not overlap, and some formats read or write past the width (whole groups of packed
-/// pixels) or past the height (blocks of lines) as told at Convert.
+/// pixels) or past the height (whole blocks of lines), see Convert.
+///
+/// Depth: Bayer mosaics and YCbCr are computed on the upper 8 bits of each sample, whatever the depth of the
+/// destination; all other sources, BiColor and SCF1 mosaics included, on up to 16 bits.
 class ZR_EXPORT PixelConverter {
  public:
   /// @name Colours of the first two rows of a Bayer mosaic, read row by row
-  /// Without any of them GRBG is taken. Of several, BGGR wins, then RGGB, then GBRG.
+  /// Without any of these bits the pattern is GRBG. Of several, BGGR wins, then RGGB, then GBRG.
   /// @{
   static constexpr std::uint32_t FLAG_BAYER_GRBG = 0x10;
   static constexpr std::uint32_t FLAG_BAYER_GBRG = 0x20;
@@ -45,35 +48,36 @@ class ZR_EXPORT PixelConverter {
   /// @}
 
   /// @name Matrix of YCbCr sources
-  /// Without either it is BT.601 in video range. FLAG_YCBCR_JPG wins over FLAG_YCBCR_709.
+  /// Without either bit the matrix is BT.601 in video range. FLAG_YCBCR_JPG wins over FLAG_YCBCR_709.
   /// @{
   static constexpr std::uint32_t FLAG_YCBCR_JPG = 0x10000;  ///< full range, as JPEG files have it
   static constexpr std::uint32_t FLAG_YCBCR_709 = 0x40000;  ///< BT.709 in video range
   /// @}
 
-  /// @name How cameras pack the samples that a type names
-  /// Without them packed samples lie as docs/formats.md draws them. A flag means nothing for types that it
-  /// does not name; line sizes are those of the type.
+  /// @name Bit order of packed samples
+  /// Some cameras order the bits of a packed type in another way. Without these flags they lie as
+  /// docs/formats.md draws them. A flag has no effect on types that it does not name, and none on the size of
+  /// a line.
   /// @{
 
   /// Mono12Packed and Bayer12Packed: the low bits of the first sample in bits 3..0 of the middle byte, of the
-  /// second in 7..4. Mono10Packed and Bayer10Packed: in bits 1..0 and 5..4. As GigE Vision cameras send them.
+  /// second in 7..4. Mono10Packed and Bayer10Packed: in bits 1..0 and 5..4. GigE Vision cameras use this
+  /// order.
   static constexpr std::uint32_t FLAG_PACKED_GIGE_VISION = 0x00100000;
 
   /// Mono10p, 12p and 14p, Bayer10p, 12p and 14p, YCbCr422_10p and YCbCr422_10p_CbYCrY: the upper eight bits
-  /// of each sample of a group first, then the low bits of all of them, as MIPI CSI-2 sends them and V4L2
-  /// names with a P at the end.
+  /// of each sample of a group first, then the low bits of all of them. This is the order of MIPI CSI-2; V4L2
+  /// marks it by a P at the end of the name.
   static constexpr std::uint32_t FLAG_PACKED_CSI2 = 0x00200000;
   /// @}
 
   /// @name Which band of a larger frame the call converts
-  /// A frame may be converted in bands of lines. These bits say which lines around the band belong to the
-  /// frame, so that a demosaic may look at them: the first band has real lines below it, the last real lines
-  /// above it, a middle band both. The source must then provide two such lines on each of those sides.
+  /// A frame may be converted in bands of lines. These bits say on which sides of the band the frame goes on,
+  /// so that a demosaic may read the lines there: below the first band, above the last one, on both sides of
+  /// a middle one. The source buffer must then hold two more lines on each of those sides.
   ///
-  /// FLAG_BAND_LAST also rounds the number of line blocks down and finishes the remaining lines one by one
-  /// with ConvertLastLine. FLAG_BAND_FIRST | FLAG_BAND_LAST is a whole frame that wants this: what to pass
-  /// for a frame of odd height.
+  /// FLAG_BAND_LAST also converts only the whole blocks of lines with ConvertLine and the remaining lines one
+  /// by one with ConvertLastLine. Pass FLAG_BAND_FIRST | FLAG_BAND_LAST for a whole frame of odd height.
   /// @{
   static constexpr std::uint32_t FLAG_BAND_FIRST = 0x01000000;
   static constexpr std::uint32_t FLAG_BAND_MIDDLE = 0x02000000;
@@ -88,10 +92,13 @@ class ZR_EXPORT PixelConverter {
   static constexpr std::uint32_t FLAG_SCF_WGWB = 0x80000000;
   /// @}
 
-  /// Types by ID; sizes in bytes per pixel (of one plane when planar); `pipeliningSize` is the number of
-  /// lines of context the converter wants; `linesPerConvert`, at least 1, the lines one ConvertLine call
-  /// converts. With `autoRegister` the new converter becomes the registered one of its pair unless there is
-  /// one already: it must then live as long as the registry is used.
+  /// @param sourceType, destinationType  type IDs
+  /// @param sourceByteSize, destinationByteSize  bytes per pixel, of one plane when planar
+  /// @param pipeliningSize  lines of context that the converter reads
+  /// @param linesPerConvert  lines that one call of ConvertLine converts, at least 1
+  /// @param autoRegister  registers the converter for its pair, unless the pair has one already; the
+  /// converter
+  ///        must then live as long as the registry is used
   PixelConverter(const long& sourceType, const long& destinationType, std::uint32_t sourceByteSize,
                  std::uint32_t destinationByteSize, std::uint32_t pipeliningSize,
                  std::uint32_t linesPerConvert, bool autoRegister);
@@ -119,27 +126,30 @@ class ZR_EXPORT PixelConverter {
   virtual std::uint32_t GetWidthMultiplier() const;
 
   /// Converts the single line at `context`: called for each line after the last whole block when
-  /// FLAG_BAND_LAST is set. NotSupported (26) unless overridden; the driver goes on whatever comes back.
+  /// FLAG_BAND_LAST is set. Returns NotSupported (26) unless overridden; Convert ignores the result.
   virtual ZrUtilsLib::Result ConvertLastLine(const PixelConverterContext& context, std::uint32_t width) const;
 
-  /// NotSupported (26) in every converter of the library.
+  /// Not used: returns NotSupported (26) in every converter of the library.
   virtual ZrUtilsLib::Result Convert(const PixelConverterContext& context, unsigned char* destination) const;
 
-  /// Converts the GetLinesPerConvert() lines that begin at `context`, each `width` samples wide. NotSupported
-  /// (26) unless overridden; the driver goes on whatever comes back.
+  /// Converts the GetLinesPerConvert() lines that begin at `context`, each `width` samples wide. Returns
+  /// NotSupported (26) unless overridden; Convert ignores the result.
   virtual ZrUtilsLib::Result ConvertLine(const PixelConverterContext& context, std::uint32_t width) const;
 
-  /// Converts `height` lines of `width` pixels from `source` to `destination`. Always successful; an
-  /// exception thrown by an overridden ConvertLine or ConvertLastLine passes through.
+  /// Converts `height` lines of `width` pixels from `source` to `destination`. Always returns success.
+  /// Exceptions of an overridden ConvertLine or ConvertLastLine reach the caller.
   ///
   /// A line begins GetSourceByteSize(sourceWidth x m) + `sourcePadding` bytes after the one before it, where
   /// m is GetWidthMultiplier(); the destination likewise. Planes follow one another at a distance of stride x
-  /// `destinationHeight` bytes. Paddings are bytes; nothing needs any alignment.
+  /// `destinationHeight` bytes. Paddings are in bytes; no pointer or stride needs an alignment.
+  ///
+  /// `width` must not exceed `destinationWidth` when the destination is planar. Planes of a line would
+  /// overlap or lines run into the next, and the bytes there differ between CPU levels.
   ///
   /// With L lines per block (GetLinesPerConvert) and a height that is no multiple of L, the last block reads
   /// and writes up to L - 1 lines past `height`, unless FLAG_BAND_LAST is set. `flipVertical` writes the
-  /// blocks bottom up (the order of lines within a block stays); a block that is not whole then lies before
-  /// `destination`.
+  /// blocks from the bottom up and keeps the order of lines within a block; the lines of an incomplete last
+  /// block that exceed the height then lie before `destination`.
   ///
   /// @param flags FLAG_* bits.
   /// @param pipelineBuffer, pipelineBufferSize  intermediate buffer of a ComplexConverter (see there); may be

@@ -22,8 +22,8 @@ class ZR_EXPORT PixelType {
 
   virtual const long& GetTypeID() const;
 
-  /// Bits per pixel as registered. A few types register another figure than they occupy in memory, such as
-  /// RGB10 its 10 bits per channel; to size a buffer take GetBufferSizeFor or a line size of the converter.
+  /// Bits per pixel as registered. Some types register another number than they occupy in memory: RGB10, for
+  /// instance, the 10 bits of a channel. To size a buffer, call DescribeFrame (Format.h).
   virtual unsigned short GetPixelBitSize() const;
 
   /// Bytes per pixel as registered: packed formats register the size of an unpacked pixel.
@@ -38,8 +38,8 @@ class ZR_EXPORT PixelType {
   /// Whether the registry holds a converter from this type to `other`.
   bool HasConverterTo(const PixelType& other) const;
 
-  /// The converter from this type to `other`. Ask HasConverterTo first: for a pair without a converter this
-  /// is some other pair's (see PixelTypeFactory::GetConverter).
+  /// The converter from this type to `other`. Call HasConverterTo first: for a pair without a converter this
+  /// returns the converter of another pair (see PixelTypeFactory::GetConverter).
   const PixelConverter* GetConverterTo(const PixelType& other) const;
 
  private:

@@ -34,7 +34,7 @@ class ZR_EXPORT PixelTypeFactoryInternal {
   /// By type ID: the registry's own clones.
   std::map<long, const PixelType*> mTypes;
 
-  /// The registry's lock; null until the first operation creates it, and again after the clean-up.
+  /// The registry's lock; null before the first operation creates it and after the clean-up.
   static ZrUtilsLib::Mutex* sMutex;
 };
 
@@ -67,11 +67,11 @@ class ZR_EXPORT PixelTypeFactory {
   /// HasConverter for a caller that already holds the registry's lock.
   static bool HasConverterUnprotected(const long& source, const long& destination);
 
-  /// The converter of the pair. For a pair that has none this is NOT null but the converter of the smallest
-  /// registered pair, so ask HasConverter first. Null only while nothing at all is registered.
+  /// The converter of the pair. Call HasConverter first: for a pair without a converter this returns NOT null
+  /// but the converter of the registered pair with the lowest IDs. Null only while nothing is registered.
   static const PixelConverter* GetConverter(const long& source, const long& destination);
 
-  /// Null until the first registration, and again after the clean-up.
+  /// Null before the first registration and after the clean-up.
   static PixelTypeFactoryInternal* sInternal;
 };
 

@@ -10,8 +10,8 @@
 namespace ZrConvertersLib {
 
 /// One table of 256 bytes for each of red, green and blue. A conversion to RGB8, BGR8, RGBa8, BGRa8, RGB565p
-/// or RGB8_Planar replaces each channel's 8-bit value by the entry of its table; other destinations ignore
-/// the filter.
+/// or RGB8_Planar replaces each channel's 8-bit value by the entry of its table, after all other steps; other
+/// destinations ignore the filter.
 ///
 /// Thread-safety: any number of conversions may read one filter; changing it while a conversion uses it is a
 /// data race.
@@ -27,17 +27,16 @@ class ZR_EXPORT RGBFilter {
   /// Every table maps each value to itself.
   void SetIdentity();
 
-  /// Fills each table with Get8(i, gain, offset) for i = 0 to 255. Every gain and offset is accepted; always
-  /// successful.
+  /// Fills each table with Get8(i, gain, offset) for i = 0 to 255. Accepts every gain and offset and always
+  /// returns success.
   ZrUtilsLib::Result SetMultipliers(double redGain, double greenGain, double blueGain, int redOffset,
                                     int greenOffset, int blueOffset);
 
-  /// Fills the tables from gamma, black level and white balance beside gain and offset.
-  /// FrameError::InvalidTone, with the tables as they were, when a setting is out of its range.
+  /// Fills the tables from gamma, black level, white balance, gain and offset. Returns
+  /// FrameError::InvalidTone and leaves the tables as they are when a setting is out of its range.
   ZrUtilsLib::Result SetTone(const ToneSettings& settings);
 
-  /// value x gain + offset, rounded to nearest (halves up) and clamped to 0..255; 0 when that is not a
-  /// number.
+  /// value x gain + offset, rounded to nearest (halves up) and clamped to 0..255; 0 for NaN.
   static int Get8(int value, double gain, int offset);
 
   /// Whether all three tables map every value to itself. Cheap enough to ask once per line.
@@ -56,7 +55,7 @@ class ZR_EXPORT RGBFilter {
   unsigned char* mBlue;
 };
 
-/// The filter of conversions that are given none: identity tables.
+/// The filter that conversions use when the caller passes none: identity tables.
 ZR_EXPORT extern const RGBFilter sRGBFilter;
 
 }  // namespace ZrConvertersLib

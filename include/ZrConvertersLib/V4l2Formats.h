@@ -9,7 +9,7 @@
 /// @file
 /// The pixel formats of Linux video devices (V4L2, linux/videodev2.h), as drivers report them.
 ///
-/// Lines of such a device may be padded: its `bytesperline` is the stride of a SourceView. All functions here
+/// Such a device may pad its lines: pass its `bytesperline` as the stride of a SourceView. All functions here
 /// may be called from any thread at any time.
 
 namespace ZrConvertersLib {
@@ -32,8 +32,8 @@ ZR_EXPORT const V4l2Format* FindV4l2Format(std::uint32_t fourcc) noexcept;
 /// end may be left out), or null.
 ZR_EXPORT const V4l2Format* FindV4l2Format(std::string_view name) noexcept;
 
-/// The first entry for a type ID under conversion flags, of which only pattern and packing are looked at, or
-/// null where V4L2 has none.
+/// The first entry of a type ID with conversion flags, of which only pattern and packing count, or null where
+/// V4L2 has no such format.
 ZR_EXPORT const V4l2Format* V4l2FormatOf(long id, unsigned flags) noexcept;
 
 }  // namespace ZrConvertersLib

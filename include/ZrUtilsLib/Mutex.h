@@ -12,8 +12,8 @@ namespace ZrUtilsLib {
 /// A mutual-exclusion lock, not recursive. Take it through a LockScope.
 class Mutex {
  public:
-  /// `flag`, when given, receives true once the mutex can be used. `name` is for fault reports and must
-  /// outlive the mutex. Both may be null.
+  /// `flag` is set to true once the mutex can be used. `name` is for bug reports and must outlive the mutex.
+  /// Both may be null.
   explicit Mutex(bool* flag = nullptr, const char* name = nullptr) : mName(name) {
     if (flag != nullptr) *flag = true;
   }

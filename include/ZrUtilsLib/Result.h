@@ -7,7 +7,8 @@
 
 namespace ZrUtilsLib {
 
-/// The codes in use. 0 is success; every other code says why nothing, or not everything, was done.
+/// The codes in use. 0 is success; every other code says why the operation was not, or not fully, carried
+/// out.
 enum class ResultCode : std::uint32_t {
   Success = 0,
   AlreadyRegistered = 18,   ///< the type or pair is known already; the earlier registration stays
