@@ -1,6 +1,7 @@
 // The options that are chosen by a word, and their words, which are those of the tool zrconvert.
 #pragma once
 
+#include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/FrameConverter.h>
 
@@ -8,6 +9,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Refusal.h"
 
@@ -22,16 +24,19 @@ struct Word {
 template <typename Value>
 Word(const char*, Value, const char*) -> Word<Value>;
 
-inline constexpr std::array kPatterns{
-    Word{"GRBG", ZrConvertersLib::MosaicPattern::GRBG, "green red / blue green"},
-    Word{"GBRG", ZrConvertersLib::MosaicPattern::GBRG, "green blue / red green"},
-    Word{"RGGB", ZrConvertersLib::MosaicPattern::RGGB, "red green / green blue"},
-    Word{"BGGR", ZrConvertersLib::MosaicPattern::BGGR, "blue green / green red"},
-};
+/// All names of mosaic patterns that the library knows, in the order of their values.
+inline std::vector<std::string_view> PatternNames() {
+  std::vector<std::string_view> names;
+  const auto name = [&] {
+    return ZrConvertersLib::PatternName(ZrConvertersLib::MosaicPattern(names.size()));
+  };
+  while (!name().empty()) names.push_back(name());
+  return names;
+}
 
 inline constexpr std::array kDemosaics{
-    Word{"fast", ZrConvertersLib::Demosaic::Fast, "one colour for each 2 x 2 sites"},
-    Word{"interpolate", ZrConvertersLib::Demosaic::Interpolate, "bilinear over 3 x 3 sites"},
+    Word{"fast", ZrConvertersLib::Demosaic::Fast, "one colour for each tile"},
+    Word{"interpolate", ZrConvertersLib::Demosaic::Interpolate, "every pixel from its neighbours"},
 };
 
 inline constexpr std::array kMatrices{
@@ -50,17 +55,24 @@ Value ValueOf(const std::array<Word<Value>, kCount>& words, std::string_view opt
   throw Refusal(message + ", not '" + std::string(text) + "'");
 }
 
-template <typename Value, std::size_t kCount>
-const char* TextOf(const std::array<Word<Value>, kCount>& words, Value value) {
-  return std::ranges::find(words, value, &Word<Value>::value)->text;
+/// Throws Refusal when no pattern has that name.
+inline ZrConvertersLib::MosaicPattern PatternOf(std::string_view text) {
+  const auto names = PatternNames();
+  const auto found = std::ranges::find(names, text);
+  if (found == names.end())
+    Require(ZrConvertersLib::FrameError::InvalidPattern, "'" + std::string(text) + "'");
+  return ZrConvertersLib::MosaicPattern(found - names.begin());
 }
 
 /// Throws Refusal when the source's name or code has settled another pattern or matrix than the options have.
 inline void RefuseContradiction(const ZrConvertersLib::FormatChoice& source,
                                 const ZrConvertersLib::FrameOptions& options) {
+  if (!source.settled) return;
   ZrConvertersLib::FrameOptions settled;
   settled.SetFlags(source.flags);
-  if (!source.settled || (settled.pattern == options.pattern && settled.matrix == options.matrix)) return;
+  const bool isYCbCr =
+      ZrConvertersLib::FindFormatInfo(source.id)->family == ZrConvertersLib::FormatFamily::YCbCr;
+  if (isYCbCr ? settled.matrix == options.matrix : settled.pattern == options.pattern) return;
   throw Refusal("the source format's name or code says another pattern or matrix");
 }
 

@@ -1,4 +1,5 @@
-"""Builds a wheel of zrconverters with CMake; pip calls it as pyproject.toml says.
+"""Builds a wheel of zrconverters with CMake; pip calls it as pyproject.toml says. CMAKE_ARGS in the environment may hold
+further definitions for CMake.
 
 The library lies beside the module in the wheel, which therefore depends on nothing but numpy.
 """
@@ -33,7 +34,7 @@ def install_package(build, prefix):
         "Python_EXECUTABLE": sys.executable, "CMAKE_INSTALL_RPATH": "$ORIGIN",
         "ZR_PYTHON_INSTALL_DIR": ".", "CMAKE_INSTALL_LIBDIR": "zrconverters",
     }
-    options = [f"-D{name}={value}" for name, value in definitions.items()]
+    options = [f"-D{name}={value}" for name, value in definitions.items()] + os.environ.get("CMAKE_ARGS", "").split()
     subprocess.run(["cmake", "-G", "Ninja", "-S", ROOT, "-B", build, *options], check=True)
     subprocess.run(["cmake", "--build", build, "--target", "zrpython"], check=True)
     for component in ("python", "library"):

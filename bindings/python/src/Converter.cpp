@@ -3,7 +3,6 @@
 #include <pybind11/stl.h>
 
 #include "Options.h"
-#include "common/Words.h"
 
 namespace zrpython {
 
@@ -71,8 +70,9 @@ py::dtype Converter::Type() const {
 }
 
 py::object Converter::Pattern() const {
-  if (Destination().family != zr::FormatFamily::Bayer) return py::none();
-  return py::str(zrbindings::TextOf(zrbindings::kPatterns, Facts().DestinationPattern()));
+  const auto family = Destination().family;
+  if (family == zr::FormatFamily::Mono || family == zr::FormatFamily::Rgb) return py::none();
+  return py::str(std::string(zr::PatternName(Facts().DestinationPattern())));
 }
 
 }  // namespace zrpython

@@ -26,9 +26,8 @@ Converter(source, destination, width, height, *, pattern=None, demosaic=None, ma
           flip_horizontal=False, region=None, threads=1)
 
 source, destination: formats. width, height: size of the frame in pixels.
-pattern: colours of a mosaic's first 2 x 2 sites, 'GRBG', 'GBRG', 'RGGB' or 'BGGR'; as the source's name or code
-    says, else 'GRBG'.
-demosaic: how a mosaic becomes colour, 'fast' (one colour for each 2 x 2 sites) or 'interpolate' (bilinear).
+pattern: how a mosaic begins, 'RGGB' for instance; as the source's name or code says, else the family's first.
+demosaic: how a mosaic becomes colour, 'fast' (one colour for each tile) or 'interpolate' (from the neighbours).
 matrix: of YCbCr, '601' or '709' (video range) or 'jpeg' (full range); as the source says, else '601'.
 flip_vertical, flip_horizontal: the last line, or column, of the picture comes first.
 region: (x, y, width, height) of the frame to convert, in pixels; width or height 0 reach to the edge.

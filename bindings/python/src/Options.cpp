@@ -39,8 +39,7 @@ struct Keyword {
 constexpr std::array kKeywords{
     Keyword{"pattern",
             [](const char* name, py::handle value, Conversion& conversion) {
-              conversion.options.pattern =
-                  zrbindings::ValueOf(zrbindings::kPatterns, name, Cast<std::string>(name, value));
+              conversion.options.pattern = zrbindings::PatternOf(Cast<std::string>(name, value));
             }},
     Keyword{"demosaic",
             [](const char* name, py::handle value, Conversion& conversion) {

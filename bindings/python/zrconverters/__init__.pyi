@@ -9,7 +9,9 @@ _Array = numpy.ndarray[Any, Any]
 _Frame = Union[ReadableBuffer, _Array]
 _Out = TypeVar("_Out", bound=Union[WriteableBuffer, _Array])
 _Format = Union["Format", str, int]
-_Pattern = Literal["GRBG", "GBRG", "RGGB", "BGGR"]
+_Pattern = Literal[
+    "GRBG", "GBRG", "RGGB", "BGGR", "RGBG", "BGRG", "GRGB", "GBGR", "WGWR", "WBWG", "WRWG", "WGWB"
+]
 _Demosaic = Literal["fast", "interpolate"]
 _Matrix = Literal["601", "709", "jpeg"]
 _Region = Tuple[int, int, int, int]

@@ -1,0 +1,61 @@
+// What the element does to frames, apart from being an element.
+#pragma once
+
+#include <gst/video/video.h>
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Caps.h"
+#include "common/BandedConverter.h"
+
+namespace zrgstreamer {
+
+/// The element's properties.
+struct Settings {
+  std::string sourceFormat;  ///< empty: as the caps say
+  std::uint32_t width = 0;   ///< where caps have none
+  std::uint32_t height = 0;
+  std::uint32_t stride = 0;  ///< 0: as the caps or the format say
+  std::optional<ZrConvertersLib::MosaicPattern> pattern;
+  std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  ZrConvertersLib::Demosaic demosaic = ZrConvertersLib::Demosaic::Fast;
+  unsigned threads = 1;
+};
+
+/// Settings may be read and changed by any thread; everything else belongs to the streaming thread.
+class Conversion {
+ public:
+  Settings GetSettings() const;
+
+  /// Takes effect with the next frame.
+  void SetSettings(const Settings& settings);
+
+  /// The source frame that fixed caps stand for under the present settings. Throws Refusal.
+  SourceFrame SourceOf(const GstCaps* caps) const;
+
+  /// Prepares for frames of such caps. Throws Refusal or std::bad_alloc, with the words for the user.
+  void Negotiate(const GstCaps* source, const GstCaps* destination);
+
+  /// Converts a frame. Throws as Negotiate.
+  void Convert(GstBuffer* frame, GstBuffer* picture);
+
+ private:
+  void Configure();
+
+  mutable std::mutex mMutex;  // guards the two below
+  Settings mSettings;
+  bool mChanged = false;
+
+  CapsPointer mSourceCaps;
+  SourceFrame mSource;
+  GstVideoInfo mPicture{};
+  const RawFormat* mFormat = nullptr;
+  std::unique_ptr<zrbindings::BandedConverter> mConverter;
+  std::vector<std::uint8_t> mScratch;  // a picture that cannot be written in place
+};
+
+}  // namespace zrgstreamer

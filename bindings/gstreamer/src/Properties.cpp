@@ -1,0 +1,177 @@
+#include "Properties.h"
+
+#include <gst/gst.h>
+
+#include <vector>
+
+#include "common/Words.h"
+
+namespace zrgstreamer {
+
+namespace zr = ZrConvertersLib;
+
+namespace {
+
+enum Id : guint { kSourceFormat = 1, kWidth, kHeight, kStride, kPattern, kDemosaic, kMatrix, kThreads };
+
+constexpr gint kAuto = -1;
+
+// An enumeration type of words that live as long as the program. GLib keeps the array for ever.
+GType EnumType(const char* name, std::vector<GEnumValue> values) {
+  values.push_back({0, nullptr, nullptr});
+  return g_enum_register_static(name, (new std::vector<GEnumValue>(std::move(values)))->data());
+}
+
+template <typename Value, std::size_t kCount>
+std::vector<GEnumValue> ValuesOf(const std::array<zrbindings::Word<Value>, kCount>& words) {
+  std::vector<GEnumValue> values;
+  for (const auto& word : words) values.push_back({static_cast<gint>(word.value), word.meaning, word.text});
+  return values;
+}
+
+GType DemosaicType() {
+  static const GType type = EnumType("ZrConvertDemosaic", ValuesOf(zrbindings::kDemosaics));
+  return type;
+}
+
+GType MatrixType() {
+  static const GType type = [] {
+    auto values = ValuesOf(zrbindings::kMatrices);
+    values.insert(values.begin(), {kAuto, "As caps or source-format say", "auto"});
+    return EnumType("ZrConvertMatrix", values);
+  }();
+  return type;
+}
+
+GType PatternType() {
+  static const GType type = [] {
+    std::vector<GEnumValue> values{{kAuto, "As caps or source-format say", "auto"}};
+    for (const std::string_view name : zrbindings::PatternNames()) {
+      const char* text = g_intern_string(std::string(name).c_str());
+      values.push_back({static_cast<gint>(values.size()) - 1, text, text});
+    }
+    return EnumType("ZrConvertPattern", values);
+  }();
+  return type;
+}
+
+GParamFlags Flags(bool live) {
+  return static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
+                                  (live ? GST_PARAM_MUTABLE_PLAYING : GST_PARAM_MUTABLE_READY));
+}
+
+void InstallNumber(GObjectClass* object, Id id, const char* name, const char* text, guint most,
+                   guint otherwise) {
+  g_object_class_install_property(object, id,
+                                  g_param_spec_uint(name, name, text, 0, most, otherwise, Flags(IsLive(id))));
+}
+
+void InstallChoice(GObjectClass* object, Id id, const char* name, const char* text, GType type,
+                   gint otherwise) {
+  g_object_class_install_property(object, id,
+                                  g_param_spec_enum(name, name, text, type, otherwise, Flags(true)));
+}
+
+template <typename Value>
+std::optional<Value> Choice(const GValue* value) {
+  const gint number = g_value_get_enum(value);
+  if (number == kAuto) return std::nullopt;
+  return static_cast<Value>(number);
+}
+
+template <typename Value>
+gint Number(const std::optional<Value>& choice) {
+  return choice ? static_cast<gint>(*choice) : kAuto;
+}
+
+}  // namespace
+
+void InstallProperties(GObjectClass* object) {
+  g_object_class_install_property(
+      object, kSourceFormat,
+      g_param_spec_string(
+          "source-format", "source-format",
+          "Format of the frames whatever their caps say: a name or code that the library knows, "
+          "BayerRG12p for instance",
+          nullptr, Flags(false)));
+  InstallNumber(object, kWidth, "width", "Pixels per line of frames whose caps have no width", G_MAXINT, 0);
+  InstallNumber(object, kHeight, "height", "Lines of frames whose caps have no height", G_MAXINT, 0);
+  InstallNumber(object, kStride, "source-stride",
+                "Bytes from line to line of frames without GstVideoMeta (0: as caps or source-format say)",
+                G_MAXINT, 0);
+  InstallChoice(object, kPattern, "pattern", "How a mosaic begins", PatternType(), kAuto);
+  InstallChoice(object, kDemosaic, "demosaic", "How a mosaic becomes colour", DemosaicType(), 0);
+  InstallChoice(object, kMatrix, "matrix", "How YCbCr becomes colour", MatrixType(), kAuto);
+  InstallNumber(object, kThreads, "threads", "Threads that share each frame (0: one for each processor)",
+                1024, 1);
+}
+
+bool WriteProperty(Settings& settings, guint id, const GValue* value) {
+  switch (id) {
+    case kSourceFormat: {
+      const char* text = g_value_get_string(value);
+      settings.sourceFormat = text ? text : "";
+      return true;
+    }
+    case kWidth:
+      settings.width = g_value_get_uint(value);
+      return true;
+    case kHeight:
+      settings.height = g_value_get_uint(value);
+      return true;
+    case kStride:
+      settings.stride = g_value_get_uint(value);
+      return true;
+    case kPattern:
+      settings.pattern = Choice<zr::MosaicPattern>(value);
+      return true;
+    case kDemosaic:
+      settings.demosaic = static_cast<zr::Demosaic>(g_value_get_enum(value));
+      return true;
+    case kMatrix:
+      settings.matrix = Choice<zr::ColourMatrix>(value);
+      return true;
+    case kThreads:
+      settings.threads = g_value_get_uint(value);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool ReadProperty(const Settings& settings, guint id, GValue* value) {
+  switch (id) {
+    case kSourceFormat:
+      g_value_set_string(value, settings.sourceFormat.empty() ? nullptr : settings.sourceFormat.c_str());
+      return true;
+    case kWidth:
+      g_value_set_uint(value, settings.width);
+      return true;
+    case kHeight:
+      g_value_set_uint(value, settings.height);
+      return true;
+    case kStride:
+      g_value_set_uint(value, settings.stride);
+      return true;
+    case kPattern:
+      g_value_set_enum(value, Number(settings.pattern));
+      return true;
+    case kDemosaic:
+      g_value_set_enum(value, static_cast<gint>(settings.demosaic));
+      return true;
+    case kMatrix:
+      g_value_set_enum(value, Number(settings.matrix));
+      return true;
+    case kThreads:
+      g_value_set_uint(value, settings.threads);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool IsLive(guint id) {
+  return id >= kPattern;
+}
+
+}  // namespace zrgstreamer
