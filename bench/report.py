@@ -20,24 +20,23 @@ Written by `scripts/bench full`; `scripts/bench` gives the figures of your machi
 Every figure is a ratio: **the time of a conversion divided by the time of a `memcpy` that moves as many bytes**,
 which is a copy of half of (source bytes + destination bytes). Below 1.00 is faster than memcpy.
 
-- Bytes are those that the pixels take: packed lines filled up to whole bytes, all planes; for chains the source and
-  the destination, not what lies between.
-- One thread. One call of `PixelConverter::Convert` for the whole frame, no padding, noise as content. Chains get a
-  caller's pipeline buffer that is kept from call to call.
-- A round is a burst of conversions and then a burst of copies between the same pages; rounds go over all pairs again
-  and again, so that the runs of a pair are spread over the whole time. The fastest conversion and the fastest copy of
-  all rounds are divided. Short calls are timed several at once. The burst leaves a small frame in the caches, for the
-  conversion as for the copy.
-- All pages are touched before anything is timed. The frames are aligned to 64 bytes and lie at different places of
+- The bytes counted are those of the pixels, in all planes; packed lines are rounded up to whole bytes. The
+  intermediate image of a chain does not count.
+- Each conversion is one call of `PixelConverter::Convert` for the whole frame on one thread, with noise as content and
+  without line padding. Chains reuse one intermediate buffer from call to call.
+- A round times a burst of conversions and then a burst of copies between the same pages. Rounds go over all pairs
+  repeatedly, which spreads the runs of a pair over the whole time. The ratio is that of the fastest conversion and the
+  fastest copy of all rounds. Short calls are timed several at once. A small frame stays in the caches during a burst,
+  for the conversion as for the copy.
+- All pages are touched before anything is timed. The frames are aligned to 64 bytes and begin at different offsets in
   their pages.
-- Calls of less than a millisecond are timed by the clock on the wall, longer ones by the thread's processor time, so
-  that waiting for a processor that runs something else does not count. Memory and the last cache are still shared with
-  everything else that runs: the minimum over rounds is the remedy, and single ratios of large frames can be off by a
-  tenth or more either way.
-- A filter means three tables, none of them the identity; only 8-bit colour destinations have one.
+- Calls of less than a millisecond are timed by the wall clock, longer ones by the thread's processor time, which leaves
+  out the time that the thread waits for a processor. Other programs still share the memory and the last-level cache.
+  The minimum over the rounds reduces their influence, but single ratios of large frames can be off by a tenth or more.
+- "With a filter" means three tables, none of them the identity; only 8-bit colour destinations have a filter.
 
-The pairs one by one: [pairs.md](pairs.md), [pairs.csv](pairs.csv). What is slow and why, and what each step gave:
-[limits.md](limits.md).
+[pairs.md](pairs.md) and [pairs.csv](pairs.csv) list every pair. [limits.md](limits.md) explains which conversions are
+slow and why, and what each optimisation gained.
 
 ![Ratios of all pairs](heatmap.png)
 
