@@ -83,16 +83,27 @@ class FastBiColor {
   LinePlan mPairs, mLastPair;
 };
 
+/// Rows hold samples of 8 bits in bytes, deeper ones in words.
+bool InBytes(const BiColorRecipe& recipe) {
+  return recipe.split == simd::SourceReader::BiColorSplit8;
+}
+
+LineRecipe SplitRecipe(const BiColorRecipe& recipe) {
+  return {.reader = recipe.split,
+          .writer = InBytes(recipe) ? simd::PixelWriter::Mono8 : simd::PixelWriter::Mono16,
+          .shift = recipe.shift,
+          .throughCaches = true};
+}
+
 /// The missing colour of a pixel is the mean of its neighbours', for which red and blue stand in a row of
-/// words of their own, with one more to either side, and green in another.
+/// their own, with one more to either side, and green in another.
 class BilinearBiColor {
  public:
   BilinearBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
-      : mSplit(context, {.reader = recipe.split,
-                         .writer = simd::PixelWriter::Mono16,
-                         .shift = recipe.shift,
-                         .throughCaches = true}),
-        mPixels(context, {.reader = simd::SourceReader::BiColorBilinear, .writer = recipe.writer}),
+      : mSplit(context, SplitRecipe(recipe)),
+        mPixels(context, {.reader = InBytes(recipe) ? simd::SourceReader::BiColorBilinear8
+                                                    : simd::SourceReader::BiColorBilinear16,
+                          .writer = recipe.writer}),
         mRedAtEvenColumn(OrderOf(context.mFlags).redAtEvenColumn) {
     mSplit.Args().greenFirst = OrderOf(context.mFlags).greenFirst;
   }
@@ -119,20 +130,17 @@ class BilinearBiColor {
 
   void RunPixels(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width,
                  std::uint32_t begin, std::uint32_t end) {
-    alignas(64) std::uint16_t rows[2][kPixels + 2 * kBeside];
-    std::uint16_t *const colour = rows[0] + kBeside, *const green = rows[1] + kBeside;
+    alignas(64) std::uint8_t rows[2][2 * (kPixels + 2 * kBeside)];
+    const std::size_t size = mSplit.DestinationBytes(1), beside = kBeside * size;
+    std::uint8_t *const colour = rows[0] + beside, *const green = rows[1] + beside;
     const std::uint32_t from = begin == 0 ? 0 : (begin - 1) / 2 * 2, to = std::min(end + 1, width);
-    const std::uint32_t before = begin - from;
-    mSplit.Run(
-        {{source + mSplit.SourceBytes(from)}, {Bytes(colour - before), Bytes(green - before)}, to - from});
-    if (begin == 0) colour[-1] = colour[1];
-    if (end == width) colour[end - begin] = colour[std::ptrdiff_t{end} - begin - 2];
+    const std::size_t before = (begin - from) * size, count = (end - begin) * size;
+    mSplit.Run({{source + mSplit.SourceBytes(from)}, {colour - before, green - before}, to - from});
+    if (begin == 0) std::memcpy(colour - size, colour + size, size);
+    if (end == width) std::memcpy(colour + count, colour + count - 2 * size, size);
     mPixels.Args().redAtEvenColumn = mRedAtEvenColumn == (begin % 2 == 0);
-    mPixels.Run(
-        {{Bytes(colour), Bytes(green)}, {destination + mPixels.DestinationBytes(begin)}, end - begin});
+    mPixels.Run({{colour, green}, {destination + mPixels.DestinationBytes(begin)}, end - begin});
   }
-
-  static std::uint8_t* Bytes(std::uint16_t* words) { return reinterpret_cast<std::uint8_t*>(words); }
 
   LinePlan mSplit, mPixels;
   bool mRedAtEvenColumn;

@@ -9,7 +9,7 @@ namespace ZrConvertersLib {
 struct BiColorRecipe {
   simd::PixelWriter writer;
   simd::SourceReader fast;   ///< one colour for two pixels
-  simd::SourceReader split;  ///< samples to rows of words
+  simd::SourceReader split;  ///< samples to rows of each colour
   std::uint32_t shift;       ///< of words, to the 16-bit scale
 };
 

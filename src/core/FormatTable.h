@@ -254,8 +254,9 @@ struct DestinationRow {
 /// What every family converts to.
 inline constexpr auto kDestinations = [] {
   constexpr bool Grey = false, Colour = true;
-#define ZR_ROW(name, type, chained, bytes, planes, depth, channels, path) \
-  DestinationRow{PixelTypeIds::type, #name, #chained, bytes, planes, depth, channels, (channels) && (path) == 8},
+#define ZR_ROW(name, type, chained, bytes, planes, depth, channels, path)                   \
+  DestinationRow{PixelTypeIds::type,       #name, #chained, bytes, planes, depth, channels, \
+                 (channels) && (path) == 8},
   return std::array{ZR_DESTINATIONS(ZR_ROW)};
 #undef ZR_ROW
 }();

@@ -1,4 +1,5 @@
 #include "simd/Line.h"
+#include "simd/Mean.h"
 #include "simd/Packed.h"
 
 /// Readers of colour filter mosaics, a pair of lines at a time. All arithmetic is on 8-bit samples. A 16-bit
@@ -45,21 +46,6 @@ class Phase {
 };
 
 #endif
-
-template <class Channel>
-struct MeanOfTwo;
-
-/// Rounded down, as bytes.
-template <>
-struct MeanOfTwo<U8> {
-  static ZR_INLINE U8 Get(U8 a, U8 b) { return (a & b) + (As<U8>(As<U16>(a ^ b) >> 1) & Splat8(0x7F)); }
-};
-
-/// On the 16-bit scale: a byte and the half that a byte has no room for.
-template <>
-struct MeanOfTwo<Words> {
-  static ZR_INLINE Words Get(U8 a, U8 b) { return InterleaveBytes((a ^ b) << 7, MeanOfTwo<U8>::Get(a, b)); }
-};
 
 /// Mosaic samples in bytes.
 struct ByteSamples {

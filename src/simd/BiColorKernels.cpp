@@ -1,63 +1,134 @@
 #include "simd/Line.h"
+#include "simd/Mean.h"
 #include "simd/Packed.h"
 
 /// Readers of two-colour lines. A pixel is two samples, green and one of red and blue in turn from pixel to
-/// pixel. All arithmetic is on the 16-bit scale.
+/// pixel. Samples are held as they are cheapest: those of 8 bits in bytes, deeper ones in words of the 16-bit
+/// scale. Means keep what the destination has room for.
 
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// The samples of a block of pixels: the one that is red or blue, and green.
-struct TwoColours {
-  Words colour, green;
-};
+/// What all of it needs of samples held as bytes or as words.
+template <class Held>
+struct Form;
 
-/// Words of first and second samples in turn, taken apart.
-class Sorter {
- public:
-  explicit ZR_INLINE Sorter(const KernelArgs& args) : mGreenFirst(Splat16(args.greenFirst ? 0xFFFF : 0)) {}
+template <>
+struct Form<U8> {
+  static constexpr int kBytes = 1;
+  static constexpr PixelWriter kRow = PixelWriter::Mono8;
 
-  ZR_INLINE TwoColours Sort(const Words& first, const Words& second) const {
-    const U16 a = (first.a ^ second.a) & mGreenFirst, b = (first.b ^ second.b) & mGreenFirst;
-    return {{first.a ^ a, first.b ^ b}, {second.a ^ a, second.b ^ b}};
+  /// The form of a colour for a writer's channel.
+  template <class Channel>
+  using Out = Channel;
+
+  static ZR_INLINE U8 Read(const std::uint8_t* p) { return Load(p); }
+  static ZR_INLINE void Put(std::uint8_t* p, U8 x) { Store(p, x); }
+
+  /// Elements of even, or odd, places twice.
+  static ZR_INLINE U8 EvenTwice(U8 x) { return As<U8>((As<U16>(x) & Splat16(0xFF)) | (As<U16>(x) << 8)); }
+  static ZR_INLINE U8 OddTwice(U8 x) { return As<U8>((As<U16>(x) >> 8) | (As<U16>(x) & Splat16(0xFF00))); }
+  static ZR_INLINE U8 Odd() { return As<U8>(Splat16(0xFF00)); }
+
+  template <class Channel>
+  static ZR_INLINE Channel Mean(U8 a, U8 b) {
+    return MeanOfTwo<Channel>::Get(a, b);
   }
 
-  /// From four vectors of words as in memory.
-  ZR_INLINE TwoColours SortPairs(const Words& low, const Words& high) const {
-    return Sort({Lower(low), Lower(high)}, {Upper(low), Upper(high)});
+  /// Bits of b where those of mask are set, else of a.
+  static ZR_INLINE U8 Choose(U8 a, U8 b, U8 mask) { return Select(mask, b, a); }
+};
+
+template <>
+struct Form<Words> {
+  static constexpr int kBytes = 2;
+  static constexpr PixelWriter kRow = PixelWriter::Mono16;
+  template <class>
+  using Out = Words;
+
+  static ZR_INLINE Words Read(const std::uint8_t* p) { return LoadWords(p); }
+  static ZR_INLINE void Put(std::uint8_t* p, const Words& x) {
+    Store(p, x.a);
+    Store(p + kWidth, x.b);
+  }
+
+  static ZR_INLINE Words EvenTwice(const Words& x) { return {EvenTwice(x.a), EvenTwice(x.b)}; }
+  static ZR_INLINE Words OddTwice(const Words& x) { return {OddTwice(x.a), OddTwice(x.b)}; }
+  static ZR_INLINE U8 Odd() { return As<U8>(Splat32(0xFFFF0000)); }
+
+  template <class>
+  static ZR_INLINE Words Mean(const Words& a, const Words& b) {
+    return {Mean(a.a, b.a), Mean(a.b, b.b)};
+  }
+
+  static ZR_INLINE Words Choose(const Words& a, const Words& b, U8 mask) {
+    return {Choose(a.a, b.a, mask), Choose(a.b, b.b, mask)};
+  }
+
+ private:
+  static ZR_INLINE U16 EvenTwice(U16 x) {
+    return As<U16>((As<U32>(x) & Splat32(0xFFFF)) | (As<U32>(x) << 16));
+  }
+  static ZR_INLINE U16 OddTwice(U16 x) {
+    return As<U16>((As<U32>(x) >> 16) | (As<U32>(x) & Splat32(0xFFFF0000)));
+  }
+  static ZR_INLINE U16 Mean(U16 a, U16 b) { return (a & b) + ((a ^ b) >> 1); }
+  static ZR_INLINE U16 Choose(U16 a, U16 b, U8 mask) { return As<U16>(Select(mask, As<U8>(b), As<U8>(a))); }
+};
+
+/// The samples of a block of pixels: the one that is red or blue, and green.
+template <class Held>
+struct TwoColours {
+  Held colour, green;
+};
+
+/// The first and the second samples of pixels, told apart by which of them is green.
+class GreenPlace {
+ public:
+  explicit ZR_INLINE GreenPlace(const KernelArgs& args) : mFirst(Splat8(args.greenFirst ? 0xFF : 0)) {}
+
+  template <class Held>
+  ZR_INLINE TwoColours<Held> Sort(const Held& first, const Held& second) const {
+    return {Form<Held>::Choose(first, second, mFirst), Form<Held>::Choose(second, first, mFirst)};
+  }
+
+  /// From words of samples as in memory.
+  ZR_INLINE TwoColours<Words> SortPairs(const Words& low, const Words& high) const {
+    return Sort(Words{Lower(low), Lower(high)}, Words{Upper(low), Upper(high)});
   }
 
  private:
   static ZR_INLINE U16 Upper(const Words& x) { return NarrowHigh(As<U32>(x.a), As<U32>(x.b)); }
   static ZR_INLINE U16 Lower(const Words& x) { return NarrowHigh(As<U32>(x.a) << 16, As<U32>(x.b) << 16); }
 
-  U16 mGreenFirst;
+  U8 mFirst;
 };
 
 /// Samples in bytes.
 struct ByteSamples {
+  using Held = U8;
   static constexpr int kGroupPixels = 2, kGroupBytes = 4, kOverread = 0;
 
-  explicit ZR_INLINE ByteSamples(const KernelArgs& args) : mSorter(args) {}
+  explicit ZR_INLINE ByteSamples(const KernelArgs& args) : mGreen(args) {}
 
-  ZR_INLINE TwoColours Read(const std::uint8_t* p) const {
+  ZR_INLINE TwoColours<U8> Read(const std::uint8_t* p) const {
     const Words pixels = LoadWords(p);
-    return mSorter.Sort({pixels.a << 8, pixels.b << 8},
-                        {pixels.a & Splat16(0xFF00), pixels.b & Splat16(0xFF00)});
+    return mGreen.Sort(NarrowLow(pixels), NarrowHigh(pixels));
   }
 
  private:
-  Sorter mSorter;
+  GreenPlace mGreen;
 };
 
 /// Samples in words, brought to the 16-bit scale by a left shift.
 struct WordSamples {
+  using Held = Words;
   static constexpr int kGroupPixels = 2, kGroupBytes = 8, kOverread = 0;
 
-  explicit ZR_INLINE WordSamples(const KernelArgs& args) : mSorter(args), mShift(args.shift) {}
+  explicit ZR_INLINE WordSamples(const KernelArgs& args) : mGreen(args), mShift(args.shift) {}
 
-  ZR_INLINE TwoColours Read(const std::uint8_t* p) const {
-    return mSorter.SortPairs(Scaled(p), Scaled(p + 2 * kWidth));
+  ZR_INLINE TwoColours<Words> Read(const std::uint8_t* p) const {
+    return mGreen.SortPairs(Scaled(p), Scaled(p + 2 * kWidth));
   }
 
  private:
@@ -66,47 +137,42 @@ struct WordSamples {
     return {ShiftLeft(x.a, mShift), ShiftLeft(x.b, mShift)};
   }
 
-  Sorter mSorter;
+  GreenPlace mGreen;
   std::uint32_t mShift;
 };
 
-template <class Form>
+template <class Packing>
 struct PackedSamples {
-  static constexpr int kGroupPixels = 2, kGroupBytes = 4 / Form::kPixels * Form::kBytes;
-  static constexpr int kOverread = Packed<Form>::kOverread;
+  using Held = Words;
+  static constexpr int kGroupPixels = 2, kGroupBytes = 4 / Packing::kPixels * Packing::kBytes;
+  static constexpr int kOverread = Packed<Packing>::kOverread;
 
-  explicit ZR_INLINE PackedSamples(const KernelArgs& args) : mSorter(args) {}
+  explicit ZR_INLINE PackedSamples(const KernelArgs& args) : mGreen(args) {}
 
-  ZR_INLINE TwoColours Read(const std::uint8_t* p) const {
-    constexpr Form form{};
-    return mSorter.SortPairs(Packed<Form>::Read(form, p), Packed<Form>::Read(form, p + Packed<Form>::kTaken));
+  ZR_INLINE TwoColours<Words> Read(const std::uint8_t* p) const {
+    constexpr Packing packing{};
+    return mGreen.SortPairs(Packed<Packing>::Read(packing, p),
+                            Packed<Packing>::Read(packing, p + Packed<Packing>::kTaken));
   }
 
  private:
-  Sorter mSorter;
+  GreenPlace mGreen;
 };
-
-/// (a + b) / 2, rounded down.
-ZR_INLINE U16 Mean(U16 a, U16 b) {
-  return (a & b) + ((a ^ b) >> 1);
-}
-
-ZR_INLINE Words Swapped(const Words& a, const Words& b, U16 mask) {
-  return {a.a ^ ((a.a ^ b.a) & mask), a.b ^ ((a.b ^ b.b) & mask)};
-}
 
 /// Red and blue of pixels whose parity of column tells which of the two each holds.
 class RedAndBlue {
  public:
   explicit ZR_INLINE RedAndBlue(const KernelArgs& args)
-      : mBlueEven(Splat16(args.redAtEvenColumn ? 0 : 0xFFFF)) {}
+      : mBlueEven(Splat8(args.redAtEvenColumn ? 0 : 0xFF)) {}
 
-  ZR_INLINE Colour<Words> Order(const Words& ofEven, const Words& green, const Words& ofOdd) const {
-    return {Swapped(ofEven, ofOdd, mBlueEven), green, Swapped(ofOdd, ofEven, mBlueEven)};
+  template <class Channel, class Held>
+  ZR_INLINE Colour<Channel> Order(const Held& ofEven, const Channel& green, const Held& ofOdd) const {
+    return {Cast<Channel>::From(Form<Held>::Choose(ofEven, ofOdd, mBlueEven)), green,
+            Cast<Channel>::From(Form<Held>::Choose(ofOdd, ofEven, mBlueEven))};
   }
 
  private:
-  U16 mBlueEven;
+  U8 mBlueEven;
 };
 
 /// One colour for pixels 2k and 2k + 1: the red of the one, the blue of the other, the mean of both greens.
@@ -118,70 +184,64 @@ struct FastReader {
   explicit ZR_INLINE FastReader(const KernelArgs& args) : mSamples(args), mOrder(args) {}
 
   template <class Channel>
-  ZR_INLINE Colour<Words> Read(const std::uint8_t* p) const {
-    const TwoColours x = mSamples.Read(p);
-    const Words evenColour{EvenTwice(x.colour.a), EvenTwice(x.colour.b)};
-    const Words oddColour{OddTwice(x.colour.a), OddTwice(x.colour.b)};
-    const Words green{Mean(EvenTwice(x.green.a), OddTwice(x.green.a)),
-                      Mean(EvenTwice(x.green.b), OddTwice(x.green.b))};
-    return mOrder.Order(evenColour, green, oddColour);
+  ZR_INLINE auto Read(const std::uint8_t* p) const {
+    using Held = Form<typename Samples::Held>;
+    using Out = typename Held::template Out<Channel>;
+    const auto x = mSamples.Read(p);
+    const Out green = Held::template Mean<Out>(Held::EvenTwice(x.green), Held::OddTwice(x.green));
+    return mOrder.Order<Out>(Held::EvenTwice(x.colour), green, Held::OddTwice(x.colour));
   }
 
  private:
-  static ZR_INLINE U16 EvenTwice(U16 x) {
-    return As<U16>((As<U32>(x) & Splat32(0xFFFF)) | (As<U32>(x) << 16));
-  }
-  static ZR_INLINE U16 OddTwice(U16 x) {
-    return As<U16>((As<U32>(x) >> 16) | (As<U32>(x) & Splat32(0xFFFF0000)));
-  }
-
   Samples mSamples;
   RedAndBlue mOrder;
 };
 
-/// Samples to two rows of words, red and blue in destination 0, green in destination 1.
+/// Samples to two rows, red and blue in destination 0, green in destination 1.
 template <class Samples>
 void SplitLines(const KernelArgs& args) {
+  using Held = Form<typename Samples::Held>;
   const Samples samples(args);
   BlockBytes<Samples> block;
   EachLine<1, 2>(args, [&](const auto& line) ZR_ALWAYS {
-    EachBlock<2, Samples::kGroupPixels>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      const TwoColours split = samples.Read(block.At(line, 0, x));
-      const auto put = [&](int row, const Words& words) ZR_ALWAYS {
-        Store(line.destination[row] + 2 * x, words.a);
-        Store(line.destination[row] + 2 * x + kWidth, words.b);
-      };
-      put(0, split.colour);
-      put(1, split.green);
-    });
+    EachBlock<Held::kBytes, Samples::kGroupPixels>(
+        line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+          const auto split = samples.Read(block.At(line, 0, x));
+          Held::Put(line.destination[0] + Held::kBytes * x, split.colour);
+          Held::Put(line.destination[1] + Held::kBytes * x, split.green);
+        });
   });
 }
 
-/// A row of which only Mono16 exists.
+/// A row of which only the writer of rows exists.
 template <SourceReader reader, class Samples>
 constexpr KernelRow SplitRow() {
   KernelRow row{reader, {}};
-  row.with[static_cast<std::size_t>(PixelWriter::Mono16)] = &SplitLines<Samples>;
+  row.with[static_cast<std::size_t>(Form<typename Samples::Held>::kRow)] = &SplitLines<Samples>;
   return row;
 }
 
 /// Own green, own red or blue, and the mean of the neighbours' for the missing colour. Source 0 is the row of
 /// red and blue, which may be read one pixel to either side, source 1 that of green.
+template <class Sample>
 struct BilinearLines {
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {
+    using Held = Form<Sample>;
+    using Out = typename Held::template Out<typename Writer::Channel>;
     const RedAndBlue order(args);
     const Writer writer(args);
     EachLine<2, 1>(args, [&](const auto& line) ZR_ALWAYS {
       EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-        using Channel = typename Writer::Channel;
-        const std::uint8_t* const own = line.source[0] + 2 * x;
-        const Words here = LoadWords(own), left = LoadWords(own - 2), right = LoadWords(own + 2);
-        const Words beside{Mean(left.a, right.a), Mean(left.b, right.b)};
-        const U16 odd = As<U16>(Splat32(0xFFFF0000));
+        const std::uint8_t* const own = line.source[0] + Held::kBytes * x;
+        const Out here = Cast<Out>::From(Held::Read(own));
+        const Out beside =
+            Held::template Mean<Out>(Held::Read(own - Held::kBytes), Held::Read(own + Held::kBytes));
+        const Out green = Cast<Out>::From(Held::Read(line.source[1] + Held::kBytes * x));
+        const U8 odd = Form<Out>::Odd();
         writer.Write(line.destination[0] + x * Writer::kStep,
-                     In<Channel>(order.Order(Swapped(here, beside, odd), LoadWords(line.source[1] + 2 * x),
-                                             Swapped(beside, here, odd))));
+                     In<typename Writer::Channel>(order.Order<Out>(
+                         Form<Out>::Choose(here, beside, odd), green, Form<Out>::Choose(beside, here, odd))));
       });
     });
   }
@@ -196,7 +256,8 @@ constexpr KernelRow kRows[] = {
     SplitRow<SourceReader::BiColorSplit16, WordSamples>(),
     SplitRow<SourceReader::BiColorSplit10p, PackedSamples<Form10p>>(),
     SplitRow<SourceReader::BiColorSplit12p, PackedSamples<Form12p>>(),
-    Row<SourceReader::BiColorBilinear, BilinearLines>(),
+    Row<SourceReader::BiColorBilinear8, BilinearLines<U8>>(),
+    Row<SourceReader::BiColorBilinear16, BilinearLines<Words>>(),
 };
 
 }  // namespace

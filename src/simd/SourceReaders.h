@@ -101,7 +101,8 @@
   row(BiColorSplit16, 2, 8, kTwoRows) \
   row(BiColorSplit10p, 2, 5, kTwoRows) \
   row(BiColorSplit12p, 2, 6, kTwoRows) \
-  row(BiColorBilinear, 1, 2, kFromTwoRows)
+  row(BiColorBilinear8, 1, 1, kFromRowsOfBytes) \
+  row(BiColorBilinear16, 1, 2, kFromRowsOfWords)
 // clang-format on
 
 namespace ZrConvertersLib::simd {
@@ -121,7 +122,7 @@ struct ReaderLines {
 };
 
 inline constexpr ReaderLines kOneLine{1, 1, 0}, kThreePlanes{3, 1, 0}, kPairOfLines{2, 2, 0},
-    kThreeLinesTwice{6, 2, 1}, kTwoRows{1, 2, 0}, kFromTwoRows{2, 1, 2};
+    kThreeLinesTwice{6, 2, 1}, kTwoRows{1, 2, 0}, kFromRowsOfBytes{2, 1, 1}, kFromRowsOfWords{2, 1, 2};
 
 /// The smallest whole number of pixels that fills whole bytes.
 struct ReaderGroup {
