@@ -5,7 +5,7 @@
 
 namespace ZrConvertersLib {
 
-/// What a converter of two-colour lines asks of its kernels.
+/// The kernels that a BiColor converter uses.
 struct BiColorRecipe {
   simd::PixelWriter writer;
   simd::SourceReader fast;   ///< one colour for two pixels

@@ -92,8 +92,8 @@ std::uint32_t BilinearDemosaic::RunInside(const Work& work) const {
   return inside;
 }
 
-/// A pair that reaches past the image has neighbours of its own for each line, as the one below the upper
-/// line is mirrored while the lower line itself is not.
+/// In a pair that reaches past the image each line has three rows of its own, because a line outside the
+/// image is mirrored where it is a neighbour, but not where it is itself a line of the pair.
 void BilinearDemosaic::RunBeyond(const Work& work, std::uint32_t pair) const {
   for (std::ptrdiff_t line = 0; line < 2; ++line) {
     const std::ptrdiff_t own = LineNumber(work.context) + 2 * std::ptrdiff_t{pair} + line;

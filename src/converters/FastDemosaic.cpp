@@ -94,9 +94,9 @@ void FastDemosaic::RunFromBytes(const PixelConverterContext& context, const Mosa
 FastDemosaic::LastColumn::LastColumn(const PixelConverterContext& context, const MosaicRecipe& recipe)
     : samples(context, SamplesToBytes(recipe)), pixel(context, PixelRecipe(recipe)) {}
 
-/// The last column takes the colour of the tile that starts one column to the left of it. Where that tile
-/// starts with blue, and only there, the sum of its greens is shifted down by 7 instead of being halved: the
-/// pixels that this library has always given there.
+/// The last column takes the colour of the tile that starts one column to the left of it. If that tile starts
+/// with blue, green is not the mean of its two greens but their sum shifted down by 7. It is a peculiarity of
+/// the defined output; correcting it would change the bytes that callers get.
 void FastDemosaic::LastColumn::Run(const PixelConverterContext& pair, const MosaicPairs& pairs) const {
   MosaicTile tile = TileOf(pair);
   tile.redRight = !tile.redRight;

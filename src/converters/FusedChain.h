@@ -8,10 +8,10 @@
 
 namespace ZrConvertersLib {
 
-/// A chain of the library's own stages, an unpacker and a converter of what it unpacks. What the two would
-/// give through an intermediate image comes out of one pass, in which unpacked samples never leave the
-/// first-level cache. Where the intermediate image would show (a line's last group overwriting the beginning
-/// of the next, lines read past the frame) the chain runs in two stages.
+/// A chain of the library's own stages, an unpacker and a converter of what it unpacks. It gives the same
+/// bytes as the two stages with an intermediate image, but in one pass, in which unpacked samples never leave
+/// the first-level cache. Where the intermediate image affects the result (a line's last group overwrites the
+/// beginning of the next line, lines are read past the frame) the chain runs in two stages.
 class OnePassConverter : public ComplexConverter, public OnePassChain {
  public:
   using ComplexConverter::ComplexConverter;

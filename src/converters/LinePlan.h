@@ -4,8 +4,8 @@
 
 namespace ZrConvertersLib {
 
-/// A conversion of lines by one kernel, prepared once per frame. What it writes past the caches is visible to
-/// other threads in order once it is destroyed.
+/// A conversion of lines by one kernel, prepared once per frame. The destructor issues the fence that orders
+/// non-temporal stores before the later stores of this thread.
 class LinePlan {
  public:
   LinePlan(const PixelConverterContext& context, const LineRecipe& recipe) : mKernel(context, recipe) {}

@@ -16,7 +16,7 @@
 
 namespace ZrConvertersLib {
 
-/// What a mosaic converter asks of its kernels.
+/// The kernels that a Bayer converter uses.
 struct MosaicRecipe {
   simd::PixelWriter writer;
   std::optional<SampleRecipe> samples;  ///< unless they are bytes

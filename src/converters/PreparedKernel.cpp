@@ -13,7 +13,7 @@ using simd::PixelWriter;
 
 namespace {
 
-/// How far ahead of the bytes being read memory is asked for the next ones, in frames larger than the caches.
+/// How far ahead of the bytes being read a kernel prefetches, in frames larger than the caches.
 constexpr std::ptrdiff_t kPrefetchDistance = 2048;
 
 /// Entries of a filter's table of bytes.
@@ -37,7 +37,7 @@ bool IsIdentity(const RGBFilter* filter) {
   return filter == nullptr || filter == &sRGBFilter || filter->IsIdentity();
 }
 
-/// Bytes from a plane to the next: a 32-bit figure that counts as signed.
+/// Bytes from a plane to the next. It is computed in 32 bits and interpreted as signed.
 std::ptrdiff_t PlaneDistance(const PixelConverterContext& context) {
   return static_cast<std::int32_t>(context.mDestinationStride * context.mDestinationHeight);
 }
@@ -50,7 +50,7 @@ bool ExceedsCaches(const PixelConverterContext& context, std::size_t planes) {
   return context.mDestinationHeight > 1 && source + destination > simd::StreamingThreshold();
 }
 
-/// One table where all are equal, which kernels can tell by its address.
+/// The same pointer three times if all tables are equal, by which kernels recognise it.
 void SetTables(simd::KernelArgs& args, const RGBFilter& filter) {
   const std::uint8_t* const red = filter.GetRed();
   const auto orRed = [&](const std::uint8_t* table) {

@@ -14,7 +14,7 @@ namespace ZrConvertersLib {
 /// The most pixels that a level's block has.
 inline constexpr std::size_t kLargestBlock = 64;
 
-/// What one kernel call needs of the image: pointers to the first pixel of its lines.
+/// The lines of one kernel call: pointers to their first pixels.
 struct LineBlock {
   const std::uint8_t* source[6];
   std::uint8_t* destination[2];
@@ -26,7 +26,7 @@ struct LineBlock {
   LineBlock Line(std::size_t line) const;
 };
 
-/// The kernel for a recipe, this machine and the caller's filter, and all of its arguments but the lines.
+/// The kernel for a recipe, this machine and the caller's filter, with all of its arguments except the lines.
 struct PreparedKernel {
   simd::KernelFunction function;
   simd::StreamFunction stream;  ///< null when the frame is written through the caches

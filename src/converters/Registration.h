@@ -11,8 +11,8 @@
 #define ZR_CONVERTER(name, type, chained, bytes, planes, depth, channels, path, source, converter) \
   converter<Output##name> s##source##To##name{FormatOf(PixelTypeIds::source)};
 
-/// One chain for each destination: by way of bytes8 for destinations of bytes, of words16 for deeper ones.
-/// Both unpackers s<Source>To<bytes8> and s<Source>To<words16> have to stand before.
+/// One chain for each destination, by way of bytes8 for destinations of bytes and of words16 for deeper ones.
+/// The unpackers s<Source>To<bytes8> and s<Source>To<words16> must be defined before.
 #define ZR_CHAINS(source, bytes8, words16) ZR_DESTINATIONS(ZR_CHAIN, source, bytes8, words16)
 #define ZR_CHAIN(name, type, chained, bytes, planes, depth, channels, path, source, bytes8, words16) \
   ZR_CHAIN_BY(source, name, ZR_PATH_##path(bytes8, words16), name)

@@ -17,7 +17,7 @@
 
 namespace ZrConvertersLib {
 
-/// What an SCF1 converter asks of its kernels.
+/// The kernels that an SCF1 converter uses.
 struct SCF1Recipe {
   simd::PixelWriter writer;
   LineRecipe samples;  ///< to words
@@ -43,7 +43,7 @@ struct SCF1Tile {
 /// By the pattern that the flags tell.
 SCF1Tile SCF1TileOf(std::uint32_t flags);
 
-/// Columns that are converted at a time. The last ones may be a few more, so that they are never but a few.
+/// Columns that are converted at a time. The last part may have a few more, so that it is never very narrow.
 inline constexpr std::uint32_t kSCF1Columns = 1024, kSCF1MoreColumns = 64;
 
 /// The columns from `first` on that are converted together.

@@ -30,7 +30,7 @@ StreamBuffer::StreamBuffer(const Shape& shape, std::uint8_t* const* destinations
   }
 }
 
-/// Calls `f` with each plane of each line, and with the end of what has been made of it.
+/// Calls `f` with each plane of each line, and with the end of its converted bytes.
 template <class F>
 void StreamBuffer::EachPlane(F f) {
   for (std::size_t line = 0; line < mShape.lines; ++line)
@@ -39,7 +39,7 @@ void StreamBuffer::EachPlane(F f) {
 }
 
 std::size_t StreamBuffer::PieceToCacheLine(std::size_t step, std::size_t least, std::size_t most) const {
-  // After so many steps places within a cache line repeat.
+  // After so many steps the offsets in a cache line repeat.
   for (std::size_t i = 0, bytes = most; i < kCacheLine && bytes >= least; ++i, bytes -= step)
     if (InCacheLine(mNext[0] + bytes) == 0) return bytes;
   return most;
@@ -71,8 +71,8 @@ void StreamBuffer::Finish() {
   });
 }
 
-/// Stores what stands before `end`, but for the part of a cache line that it ends with. The part that a line
-/// begins with is stored by itself.
+/// Copies the bytes before `end` except an incomplete last cache line. An incomplete first cache line is
+/// copied separately.
 void StreamBuffer::StoreBefore(const std::uint8_t* end, Rest& rest) const {
   const auto size = static_cast<std::size_t>(end - rest.staged);
   const std::size_t toCacheLine = (kCacheLine - InCacheLine(rest.staged)) % kCacheLine;

@@ -8,10 +8,11 @@
 
 namespace ZrConvertersLib {
 
-/// The lines that a kernel makes at a time, up to two of up to three planes, on their way past the caches.
-/// They are made piece by piece in the first-level cache, as far into a cache line there as in the
-/// destination, so that all but their ends is stored by whole cache lines. What a piece does not fill of its
-/// last one waits for the next piece.
+/// A buffer in the first-level cache from which lines are copied to the destination with non-temporal stores.
+/// It holds a piece of each line that a kernel writes at a time: up to two lines of up to three planes. A
+/// piece has the same offset in a cache line here as in the destination, so that whole cache lines are copied
+/// except at the ends of a line. An incomplete last cache line stays in the buffer and is completed by the
+/// next piece.
 class StreamBuffer {
  public:
   struct Shape {
@@ -25,17 +26,17 @@ class StreamBuffer {
   std::uint8_t* Next(std::size_t line) const { return mNext[line]; }
   std::ptrdiff_t PlaneDistance() const { return mPlaneDistance; }
 
-  /// Bytes of a line's next piece: `most` or, if that can be, less by as few times `step` as let the first
-  /// line go on with a cache line, but `least`.
+  /// Bytes of a line's next piece: `most`, reduced by the smallest multiple of `step` after which the first
+  /// line continues at a cache line, but never below `least`.
   std::size_t PieceToCacheLine(std::size_t step, std::size_t least, std::size_t most) const;
 
-  /// Makes room for a piece of so many bytes a line.
+  /// Prepares the buffer for a piece of so many bytes per line.
   void Reserve(std::size_t bytes);
 
-  /// After a piece of so many bytes a line has been made: stores what whole cache lines it fills.
+  /// Call it when a piece of so many bytes per line is complete: copies the whole cache lines that it fills.
   void Advance(std::size_t bytes);
 
-  /// Stores all that is left.
+  /// Copies what is left in the buffer.
   void Finish();
 
  private:

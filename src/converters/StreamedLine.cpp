@@ -7,8 +7,8 @@ namespace ZrConvertersLib {
 
 namespace {
 
-/// Bytes that are made in the first-level cache at a time: so few that the processor's write buffers empty
-/// while the next ones are made, and two blocks of the longest pixels.
+/// Bytes that are converted into the first-level cache at a time: few enough for the processor's write
+/// buffers to empty during the next piece, and at least two blocks of the longest pixels.
 constexpr std::size_t kBytesAtATime = 1536;
 
 }  // namespace

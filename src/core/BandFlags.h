@@ -5,7 +5,7 @@
 #include <cstdint>
 
 /// @file
-/// What FLAG_BAND_* bits say: which lines around those of a call belong to the frame.
+/// The meaning of the FLAG_BAND_* bits: on which sides of a call's lines the frame goes on.
 
 namespace ZrConvertersLib {
 

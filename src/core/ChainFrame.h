@@ -21,8 +21,8 @@ inline constexpr std::uint32_t kLongestGroup = 8;
 
 inline constexpr std::uint32_t kLargestCapacity = std::numeric_limits<std::uint32_t>::max();
 
-/// Base of chains that use no intermediate image for whole groups of pixels and lines inside the frame, so
-/// that calls of such need no pipeline buffer.
+/// Base of chains that need no intermediate image, and so no pipeline buffer, for calls that convert whole
+/// groups of pixels of lines inside the frame.
 struct OnePassChain {};
 
 /// The converter that reads a chain's source.
@@ -37,7 +37,8 @@ struct Band {
 inline Band BandOf(std::uint32_t flags, std::uint32_t height) {
   const std::uint32_t above = HasLinesAbove(flags) ? kBorderLines : 0;
   const std::uint32_t below = HasLinesBelow(flags) ? kBorderLines : 0;
-  // Both of these bits together always meant two lines more.
+  // FIRST and MIDDLE together make the first stage convert two more lines than the second stage may read. The
+  // bytes that a call reads depend on this, so it stays.
   const bool firstOfMiddle = (flags & kBandEnds) == PixelConverter::FLAG_BAND_FIRST && above != 0;
   return {above, above + height + below + (firstOfMiddle ? kBorderLines : 0)};
 }

@@ -14,7 +14,7 @@
 ///  planes    one after another, each stride x height
 ///  depth     bits of a channel that the writer keeps (565: before it packs them)
 ///  channels  Grey: one value a pixel, the green; Colour: red, green and blue
-///  path      8 or 16: samples that a chain or a demosaic hands on; 8-bit colours pass the colour filter
+///  path      8 or 16: bits of the samples that a chain or demosaic passes on; 8-bit colours apply the filter
 // clang-format off
 #define ZR_DESTINATIONS(row, ...)                                                         \
   row(RGB565p,  RGB565p,      RGB565p,  2, 1,  8, Colour,  8 __VA_OPT__(,) __VA_ARGS__)  \

@@ -12,9 +12,10 @@
 #include "core/Destinations.h"
 
 /// @file
-/// What a format is, in one table: every other part of the library takes its format facts from here.
+/// The properties of every format, in one table: all other parts of the library take them from here.
 ///
-/// The table checks itself when compiled; a row that deviates from its family's rule on purpose says so.
+/// Static assertions check the table. A row that deviates from the rule of its family on purpose has a trait
+/// for it.
 
 namespace ZrConvertersLib {
 
@@ -27,7 +28,7 @@ struct Group {
   std::uint8_t bytes;
 };
 
-/// Deviations that are meant.
+/// Intended deviations from the rules.
 enum Trait : std::uint8_t {
   kRegular = 0,
   kOddBits = 1,   ///< registers other bits per pixel than its family's rule gives

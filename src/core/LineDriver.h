@@ -34,7 +34,7 @@ struct SourceLines {
   SourceLines From(std::ptrdiff_t line) const { return {At(line), step}; }
 };
 
-/// Walks the lines of a frame: the one place that knows the order of blocks, flips and single last lines.
+/// Walks the lines of a frame. Only this class decides on the order of blocks, flips and single last lines.
 class LineDriver {
  public:
   LineDriver(const PixelConverter& converter, const FrameCall& call)
@@ -107,7 +107,7 @@ class LineDriver {
       PixelConverter::FLAG_BAYER_GRBG | PixelConverter::FLAG_BAYER_GBRG | PixelConverter::FLAG_BAYER_RGGB |
       PixelConverter::FLAG_BAYER_BGGR;
 
-  /// A step between lines is a 32-bit figure that counts as signed.
+  /// The step between lines is computed in 32 bits and interpreted as signed.
   static std::ptrdiff_t Step(std::uint32_t bytes) { return static_cast<std::int32_t>(bytes); }
 
   /// From the start of the destination to its last whole block, where a flipped conversion begins. Without a

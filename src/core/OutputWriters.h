@@ -7,8 +7,8 @@
 #include "simd/LineKernel.h"
 
 /// @file
-/// The sixteen output writers as tags: what a converter is instantiated with. They say which row of the
-/// destination table is meant; the pixels themselves are written by the kernels.
+/// The sixteen output writers as tags, with which converters are instantiated. Each tag stands for a row of
+/// the destination table; the kernels write the pixels.
 
 namespace ZrConvertersLib {
 

@@ -32,7 +32,7 @@ constexpr unsigned FirstPattern(Family family) {
   return family == Family::Scf1 ? 2 * kPatternsOfFamily : 0;
 }
 
-/// The family's pattern that conversion flags tell: the highest of several, the first without any.
+/// The family's pattern that conversion flags select: of several the highest, without any the first.
 constexpr MosaicPattern PatternOf(Family family, unsigned flags) {
   unsigned found = FirstPattern(family);
   for (unsigned i = found; i < FirstPattern(family) + kPatternsOfFamily; ++i) {
@@ -41,8 +41,7 @@ constexpr MosaicPattern PatternOf(Family family, unsigned flags) {
   return static_cast<MosaicPattern>(found);
 }
 
-/// Whether a source of that family may be told to have the pattern. Sources that are no mosaics do not look
-/// at it.
+/// Whether the pattern is valid for a source of that family. Sources that are not mosaics ignore it.
 constexpr bool IsPatternOf(Family family, MosaicPattern pattern) {
   if (pattern == MosaicPattern::GRBG) return true;
   const auto index = static_cast<unsigned>(pattern);

@@ -109,7 +109,7 @@ const PixelConverter* PixelTypeFactory::GetConverter(const long& source, const l
   const LockScope lock(RegistryMutex(), 0);
   if (sInternal == nullptr || sInternal->mConverters.empty()) return nullptr;
   const auto found = sInternal->mConverters.find({source, destination});
-  // Callers rely on an answer for every pair: an absent one gets the first of all.
+  // Callers rely on a result that is not null, so an unknown pair gets the first registered converter.
   return found == sInternal->mConverters.end() ? sInternal->mConverters.begin()->second : found->second;
 }
 

@@ -25,8 +25,8 @@ bool IsIdentityTable(const unsigned char* table) {
 
 }  // namespace
 
-// Converters may run in other units' static initialisers, so the default filter comes before and goes after
-// all objects of normal priority.
+// Static initialisers of other files may run converters, so the default filter is constructed before all
+// objects of normal priority and destroyed after them.
 __attribute__((init_priority(101))) const RGBFilter sRGBFilter;
 
 RGBFilter::RGBFilter() {

@@ -6,7 +6,7 @@
 #include "core/Patterns.h"
 
 /// @file
-/// Which conversion flags say something of a format, so that codes can be told apart by them.
+/// Which conversion flags apply to a format; they distinguish format codes of the same type.
 
 namespace ZrConvertersLib {
 

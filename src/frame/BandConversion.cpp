@@ -61,7 +61,7 @@ Result BandConversion::Convert(const Rect& band) {
   return result.IsSuccess() ? ConvertEdges(band, RightPart(direct)) : result;
 }
 
-/// What raw calls may write in place, even where some of its edge pixels are then made again.
+/// What raw calls may write in place, even if some of its edge pixels are converted again afterwards.
 Rect BandConversion::DirectPart(const Rect& band) const noexcept {
   const auto& [tileWidth, tileHeight, reachX, reachY] = mPlan.near;
   // A flip changes the order of line pairs, not of the lines in them.
@@ -151,7 +151,7 @@ std::int64_t BandConversion::PictureLine(std::int64_t y0, std::int64_t y1) const
   return mPlan.flipVertical ? mPlan.region.y1 - y1 : y0 - mPlan.region.y0;
 }
 
-/// Everything of the band that lies around its right part.
+/// Everything of the band around the part whose pixels are already right.
 Result BandConversion::ConvertEdges(const Rect& band, const Rect& right) {
   const Rect edges[] = {
       {band.x0, band.y0, band.x1, right.y0},

@@ -11,10 +11,10 @@ namespace ZrConvertersLib {
 
 /// One conversion of a band of lines.
 ///
-/// The band's bulk, whole groups of pixels in whole blocks of lines, goes through raw calls straight into the
-/// caller's picture. What such a call cannot make, or cannot make without touching bytes beside it, goes
-/// through the scratch buffers: pixels of groups that the region cuts, lines of pairs that the band cuts, the
-/// odd last line of a mosaic, and a picture mirrored from left to right.
+/// Whole groups of pixels in whole blocks of lines, which is most of a band, are converted by raw calls
+/// straight into the caller's picture. The rest is converted in the scratch buffers and copied, because a raw
+/// call cannot make it or would write beside the picture: pixels of groups that the region cuts, lines of
+/// pairs that the band cuts, the odd last line of a mosaic, and a picture mirrored from left to right.
 class BandConversion {
  public:
   /// The buffers hold what the plan's layouts say at the given strides; everything has been checked.

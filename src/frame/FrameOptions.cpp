@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, kPatterns> kNames = {"GRBG", "GBRG", "RGG
 constexpr unsigned kInterpolate =
     PixelConverter::FLAG_BAYER_INTERPOLATE | PixelConverter::FLAG_BICOLOR_INTERPOLATE;
 
-/// Flags tell one source, so those of one family; should there be more, the highest.
+/// Flags normally select a pattern of one family; of several the highest counts.
 MosaicPattern AnyPatternOf(unsigned flags) noexcept {
   for (const Family family : {Family::Scf1, Family::BiColor}) {
     const MosaicPattern pattern = PatternOf(family, flags);

@@ -19,7 +19,7 @@ enum class Mirror : std::uint8_t {
   LumaAtOdd,   ///< pairs Cb Y0 Cr Y1: likewise
 };
 
-/// Which pixels of a mosaic make one another's colours.
+/// Which pixels of a mosaic determine the colour of a pixel.
 struct Neighbourhood {
   std::int64_t tileWidth = 1;   ///< columns after which the pattern repeats; a frame has as many at least
   std::int64_t tileHeight = 1;  ///< lines likewise
@@ -27,7 +27,7 @@ struct Neighbourhood {
   std::int64_t reachY = 0;      ///< lines above and below likewise
 };
 
-/// What is settled when a converter is configured.
+/// What Configure decides about a conversion.
 struct FramePlan {
   const PixelConverter* converter = nullptr;
   const PixelConverter* reader = nullptr;  ///< the converter, or the first stage of a chain
@@ -63,7 +63,7 @@ struct FramePlan {
   std::int64_t SourceBytes(std::int64_t pixels) const noexcept;
 };
 
-/// Settles everything about a conversion, or says why there is none; the plan is then left as it was.
+/// Fills the plan of a conversion, or returns why it is refused; the plan is then unchanged.
 ZrUtilsLib::Result MakeFramePlan(long source, long destination, std::uint32_t width, std::uint32_t height,
                                  const FrameOptions& options, FramePlan& plan);
 

@@ -18,7 +18,7 @@ struct PipelineBuffer {
   ~PipelineBuffer() { delete[] data; }
 };
 
-/// The buffers of one converter: everything that its conversions will ever need, taken when it is configured.
+/// The buffers of one converter: all memory that its conversions will ever need, allocated by Configure.
 struct FrameScratch {
   std::unique_ptr<std::uint8_t[]> source;   ///< copied source lines, plane by plane
   std::unique_ptr<std::uint8_t[]> picture;  ///< converted lines, plane by plane

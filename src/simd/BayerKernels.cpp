@@ -145,7 +145,7 @@ class Bilinear<U8> {
   }
 
  private:
-  /// Two samples: their mean rounded up, and in bit 0 whether it was.
+  /// Two samples: their mean rounded up, and in bit 0 whether rounding changed it.
   struct Beside {
     U8 mean, rounded;
 

@@ -140,8 +140,8 @@ const Level* Highest() {
 
 constinit std::atomic<const Level*> sLevel = nullptr;
 
-/// A little less than what the last cache of a desktop machine, or one core's share of a server's, holds:
-/// below it streaming stores lose much, a little above it they win little.
+/// A little less than the last-level cache of a desktop machine, or a core's share of it in a server. Below
+/// this size non-temporal stores lose much; a little above it they gain little.
 constinit std::atomic<std::size_t> sStreamingThreshold = std::size_t{16} << 20;
 
 }  // namespace

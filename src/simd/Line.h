@@ -80,8 +80,8 @@ ZR_INLINE void EachLine(const KernelArgs& args, F convert) {
   }
 }
 
-/// Calls to the cache what will be read soon. The processor does so by itself, but too late for frames that
-/// come from memory and in too few streams.
+/// Prefetches what will be read soon. The processor's own prefetching follows too few streams and starts too
+/// late for frames that come from memory.
 template <int bytes>
 ZR_INLINE void Prefetch(const std::uint8_t* p, std::ptrdiff_t prefetch) {
   Unrolled<(bytes + 63) / 64>([&](auto i) ZR_ALWAYS {
@@ -90,7 +90,7 @@ ZR_INLINE void Prefetch(const std::uint8_t* p, std::ptrdiff_t prefetch) {
   });
 }
 
-/// The source bytes of a block, or a copy where reading beyond the block would read beyond the line.
+/// The source bytes of a block, or a copy of them if the reader's loads would reach beyond the line.
 template <class Reader>
 class BlockBytes {
  public:
@@ -135,7 +135,7 @@ struct Lines {
   }
 };
 
-/// Whether the facts of a reader are those of the bodies that its kernel is made of.
+/// Whether a kernel's reader has the group of pixels and bytes that its row in the list of readers states.
 template <SourceReader reader, class Kernel>
 constexpr bool FactsFit() {
   if constexpr (requires { typename Kernel::Source; }) {

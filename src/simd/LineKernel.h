@@ -7,14 +7,13 @@
 #include "core/YCbCrMatrix.h"
 #include "simd/SourceReaders.h"
 
-/// The one header that both the baseline code and the kernel files see. Plain data and nothing of
-/// external linkage: an inline function compiled with wide instructions here could be the copy that the
-/// linker keeps for everybody.
+/// The header that baseline code and kernel files share. It has plain data and nothing of external linkage:
+/// of an inline function the linker might keep the copy with wide instructions, also for baseline code.
 
 namespace ZrConvertersLib::simd {
 
-/// How pixels are written: the destinations in the order of their list, then those of them that a filter acts
-/// on, with the caller's tables; the plain ones are for identity filters.
+/// How pixels are written: a plain writer for each destination, in the order of their list, then a filtered
+/// one for each destination that the filter applies to. Identity filters use the plain writers.
 enum class PixelWriter : std::uint8_t {
 #define ZR_NAME(name, ...) name,
 #define ZR_FILTERED_NAME(name) Filtered##name,
@@ -48,9 +47,9 @@ struct KernelArgs {
 
 using KernelFunction = void (*)(const KernelArgs&);
 
-/// A pointer loaded by itself, as it was stored. A load of several that were stored one by one has to wait
-/// until all of the processor's store buffer is written, streaming stores included, and then nothing is
-/// computed meanwhile. Of internal linkage, and part of whatever calls it.
+/// Loads one pointer in a load of its own, as it was stored. A single load of several pointers that were
+/// stored one by one would stall until the processor has written its store buffer, non-temporal stores
+/// included.
 template <class Byte>
 [[gnu::always_inline]] static inline Byte* LoadedSingly(Byte* pointer) {
   asm("" : "+r"(pointer));

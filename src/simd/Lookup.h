@@ -5,8 +5,8 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// A table of 256 bytes applied to every byte of a vector. On CPUs without AVX2 and in WebAssembly it is a
-/// function of its own: the six filtered writers of every reader would take a megabyte of it otherwise.
+/// A table of 256 bytes applied to every byte of a vector. On CPUs without AVX2 and in WebAssembly it is not
+/// inlined: in the six filtered writers of every reader it would take a megabyte.
 #if (defined(__x86_64__) && !defined(__AVX2__)) || defined(__wasm_simd128__)
 #define ZR_LOOKUP [[gnu::noinline]]
 #else

@@ -5,14 +5,15 @@
 #include <iterator>
 
 /// @file
-/// What source readers there are and what each takes, in one list. Plain data, seen by baseline and kernel
-/// code alike; the rows of the kernel files are checked against it when they are compiled.
+/// The list of source readers. Plain data that baseline code and kernels share; static assertions compare the
+/// rows of the kernel files with it.
 
 /// Calls row(name, pixels, bytes, lines [, of, unpacker [, deeper]]) for each reader:
 ///  pixels, bytes  of its smallest group that fills whole bytes
-///  lines          what one step takes and gives, see ReaderLines
-///  of, unpacker   a reader that takes packed samples itself: the reader of bytes and the unpacker before it
-///                 that it replaces
+///  lines          source and destination lines of one step, see ReaderLines
+///  of, unpacker   for a reader that unpacks samples itself: the reader of bytes, and the unpacker before
+///  that,
+///                 which it replaces
 ///  deeper         the reader of words that it replaces as well
 /// BayerBilinear takes bytes, complemented ones for destinations of byte channels. The Complement readers
 /// make these and write Mono8 only.
@@ -107,7 +108,7 @@
 
 namespace ZrConvertersLib::simd {
 
-/// How the pixels of a source line are read; one body each, whatever the destination.
+/// How the pixels of a source line are read. Each reader has one implementation for all destinations.
 enum class SourceReader : std::uint8_t {
 #define ZR_NAME(name, ...) name,
   ZR_SOURCE_READERS(ZR_NAME)
@@ -115,8 +116,8 @@ enum class SourceReader : std::uint8_t {
       None  ///< also the number of readers
 };
 
-/// Source lines that one step of a reader takes, destination lines that it gives, and the bytes to either
-/// side of a block that it looks at.
+/// Source lines that one step of a reader reads, destination lines that it writes, and the bytes to either
+/// side of a block that it reads.
 struct ReaderLines {
   std::uint8_t sources, destinations, margin;
 };

@@ -13,8 +13,9 @@
 #include <arm_neon.h>
 #endif
 
-/// Native-width vectors and the few primitives that the generic form of the compilers does badly. Included by
-/// kernel files only; everything has internal linkage, so that each level keeps its own copy.
+/// Vectors of the level's native width, and the operations for which compilers generate poor code from
+/// generic vectors. Included by kernel files only; everything has internal linkage, so each level has its own
+/// copy.
 ///
 /// "Natural order": element i of the (concatenated) vectors belongs to pixel i of the block.
 
@@ -78,7 +79,7 @@ ZR_INLINE U8 Load(const std::uint8_t* p) {
   return x;
 }
 
-/// A vector that compilers are to leave in its register: they know no way to make it cheaper.
+/// Keeps a vector in its register: compilers would compute it again, which costs more.
 ZR_INLINE U8 Pinned(U8 x) {
 #if defined(__AVX512VBMI__)
   asm("" : "+v"(x));
@@ -88,7 +89,8 @@ ZR_INLINE U8 Pinned(U8 x) {
   return x;
 }
 
-/// A load for more than one use: compilers else repeat it for each, and an unaligned load is dear.
+/// A load whose result is used several times. Compilers would repeat it for each use, and unaligned loads are
+/// expensive.
 ZR_INLINE U8 LoadOnce(const std::uint8_t* p) {
   return Pinned(Load(p));
 }
@@ -236,8 +238,8 @@ ZR_INLINE U8 ShuffleBytes(U8 x, U8 index) {
 }
 
 #if defined(__wasm_simd128__)
-/// Byte i of the result is byte Map::At(i) of a followed by b. What runs the code picks an instruction by the
-/// constant indices, which it cannot do for a table.
+/// Byte i of the result is byte Map::At(i) of a followed by b. The indices are constants, because WebAssembly
+/// engines select an instruction by them; they cannot for a table in memory.
 template <class Map>
 ZR_INLINE U8 ShuffleTwo(U8 a, U8 b) {
   return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {

@@ -16,7 +16,7 @@ namespace {
 
 namespace zr = ZrConvertersLib;
 
-// Frames beyond this are a slip of the finger rather than a camera.
+// Larger frames are a typing error rather than a camera's.
 constexpr std::uint64_t cGreatestSide = 1U << 20;
 constexpr std::uint64_t cGreatestPixels = 1U << 30;
 

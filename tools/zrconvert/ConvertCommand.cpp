@@ -44,7 +44,7 @@ class Conversion {
 
   const BandConverter& Converter() const { return mConverter; }
 
-  // Throws, before anything is written, when inputs or outputs forbid the work.
+  // Throws, before anything is written, if an input or output cannot be used.
   void CheckFiles() const {
     mReader.RequireWholeFrames();
     mWriter.CheckOutputs(mOptions.frames.first, mFrames);

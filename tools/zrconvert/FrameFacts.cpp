@@ -25,7 +25,7 @@ zr::FrameLayout Layout(const zr::FormatInfo& format, Size size, std::uint64_t st
   return layout;
 }
 
-// What a mosaic has when nobody says another.
+// The pattern of a mosaic when neither the format's name nor an option states one.
 zr::MosaicPattern FirstPatternOf(zr::FormatFamily family) {
   if (family == zr::FormatFamily::BiColor) return zr::MosaicPattern::RGBG;
   return family == zr::FormatFamily::Scf1 ? zr::MosaicPattern::WGWR : zr::MosaicPattern::GRBG;
@@ -43,7 +43,7 @@ std::uint64_t StrideOf(const zr::FormatInfo& format, const zr::FrameLayout& tigh
                    std::string(format.name) + " takes " + Bytes(tight.bytesPerLine));
 }
 
-// An option beside the word of the format: it must mean something and not contradict it.
+// An option beside the format's name: it must apply to the format and not contradict the name.
 template <typename Value>
 void RequireOption(const Format& format, const std::optional<Value>& option, bool hasMeaning, Value settled,
                    const std::string& name) {

@@ -23,11 +23,11 @@ struct LineSpacing {
 ZrConvertersLib::FrameLayout DescribeOrThrow(const ZrConvertersLib::FormatInfo& format, Size size,
                                              LineSpacing lines);
 
-// Whether each pixel has a part of the colours only, by a pattern.
+// Whether the format is a mosaic: each pixel has some of the colours only.
 bool IsMosaic(const ZrConvertersLib::FormatInfo& format);
 
-// Pattern and matrix: from the options, else from what the format's word settled, else the library's own.
-// Throws UsageError when options and word contradict one another, and when the format has no such thing.
+// Pattern and matrix: from the options, else from the format's name, else the library's defaults. Throws
+// UsageError when option and name contradict one another, and when the format has no pattern or matrix.
 ZrConvertersLib::FrameOptions ColourOptions(const Format& format,
                                             const std::optional<ZrConvertersLib::MosaicPattern>& pattern,
                                             const std::optional<ZrConvertersLib::ColourMatrix>& matrix);

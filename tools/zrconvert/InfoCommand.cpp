@@ -22,7 +22,7 @@ std::uint64_t SizeOrThrow(const std::string& file) {
   return bytes;
 }
 
-// Formats whose frames have the same size are told together.
+// Formats whose frames have the same size share a line of the output.
 using Table =
     std::map<std::tuple<std::uint64_t, std::uint64_t, std::uint32_t>, std::vector<std::string_view>>;
 
@@ -42,7 +42,7 @@ Table CollectAll(const InfoOptions& options, std::uint64_t bytes) {
   return table;
 }
 
-// Several frames are told only when one frame does not explain the file.
+// Several frames are only considered if no single frame has the size of the file.
 void Print(const Table& table) {
   const std::uint64_t fewest = std::get<0>(table.begin()->first);
   for (const auto& [key, names] : table) {

@@ -196,7 +196,7 @@ void Describe(CLI::App& app, AllOptions& options, const Actions& actions) {
   app.require_subcommand(0, 1);
 }
 
-// Without this a mistaken command would be told as an argument too many.
+// Without this a misspelt command would be reported as a surplus argument.
 void RequireCommand(const CLI::App& app, int count, const char* const* words) {
   if (count < 2 || words[1][0] == '-' || words[1][0] == '\0') return;
   std::vector<std::string_view> names;

@@ -13,9 +13,9 @@ namespace zrconvert {
 
 enum class Existing { Replace, Keep };
 
-// A file is written beside its target and given the target's name on Commit; one that is not committed is
-// removed. What cannot be replaced (standard output as "-", descriptors as /dev/stdout, devices, pipes)
-// receives the bytes as they come.
+// The bytes go to a temporary file in the target's directory, which Commit renames to the target; without
+// Commit it is removed. Outputs that cannot be replaced (standard output as "-", descriptors as /dev/stdout,
+// devices, pipes) receive the bytes at once.
 class OutputFile : public ByteSink {
  public:
   // Throws Failure when the target cannot be written, or exists and is to be kept.
@@ -26,7 +26,7 @@ class OutputFile : public ByteSink {
   using ByteSink::Write;
   void Write(std::span<const std::uint8_t> bytes) override;
 
-  // Hands on what was gathered, for the one who reads a pipe.
+  // Writes the buffered bytes, so that the reader of a pipe gets them.
   void Flush();
 
   // Throws Failure when the target cannot be written; what stood there before then stays.

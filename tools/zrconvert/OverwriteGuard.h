@@ -1,4 +1,4 @@
-// Keeps the outputs of a conversion off its inputs and, if that is wished, off every file there is.
+// Prevents outputs from overwriting the inputs and, with --no-clobber, any existing file.
 #pragma once
 
 #include <string>

@@ -18,15 +18,15 @@ struct Plan {
   const ZrConvertersLib::FormatInfo* target;
   FrameFit fit;
   BandConverter::Job job;
-  std::vector<std::string> notes;  // what the tool took upon itself, one sentence each
+  std::vector<std::string> notes;  // what the tool assumed, one sentence each
 };
 
-// Throws UsageError when the options have no meaning together. The filter is set as the tone options say, and
-// must outlive the plan.
+// Throws UsageError when the options contradict one another. Sets the filter from the tone options; it must
+// outlive the plan.
 Plan PlanOf(const ConvertOptions& options, ZrConvertersLib::RGBFilter& filter);
 
-// Throws UsageError unless what the destination's word says beside the layout is true of the picture: names
-// as BayerRG8 and YCbCr709_422_8 do not change a pattern or a matrix.
+// Names such as BayerRG8 and YCbCr709_422_8 state a pattern or matrix, but a conversion does not change
+// these. Throws UsageError if the picture has another one than the destination's name states.
 void RequireTrueName(const ConvertOptions& options, const Plan& plan, const BandConverter& converter);
 
 }  // namespace zrconvert

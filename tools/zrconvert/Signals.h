@@ -3,9 +3,9 @@
 
 namespace zrconvert {
 
-// From now on SIGHUP, SIGINT and SIGTERM remove what is half written and then end the process as they would
-// anyway, also while it waits for a file or a pipe; those that are ignored already stay ignored. A write to a
-// closed pipe, or beyond the limit of file sizes, fails instead of ending the process. Call it before any
+// From now on SIGHUP, SIGINT and SIGTERM first remove incomplete files and then end the process by the same
+// signal, also while it waits for a file or a pipe. Signals that are ignored already stay ignored. A write to
+// a closed pipe, or beyond the limit of file sizes, fails instead of ending the process. Call this before any
 // other thread is started.
 void HandleSignals();
 

@@ -20,7 +20,7 @@ class WriterThreads {
   // Below two threads Add itself writes.
   WriterThreads(unsigned threads, Write write);
 
-  // Waits for the pictures that are being written; those that wait are dropped.
+  // Waits for the pictures that are being written; queued ones are dropped.
   ~WriterThreads();
   WriterThreads(const WriterThreads&) = delete;
   WriterThreads& operator=(const WriterThreads&) = delete;
@@ -28,10 +28,10 @@ class WriterThreads {
   // A buffer for the next picture: one that was used before when there is one.
   Bytes TakeBuffer();
 
-  // Waits while as many pictures wait as there are threads. Throws what writing an earlier one threw.
+  // Blocks while as many pictures are queued as there are threads. Rethrows the error of an earlier picture.
   void Add(Bytes picture, std::uint64_t number);
 
-  // Waits until everything is written. Throws what writing threw.
+  // Waits until everything is written. Rethrows the error of a picture that could not be written.
   void Finish();
 
  private:
