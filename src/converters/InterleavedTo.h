@@ -2,7 +2,7 @@
 
 #include "converters/LineConverter.h"
 
-/// Converters of interleaved red, green and blue. Alpha is read past. Mono destinations get the green sample.
+/// Converters of interleaved red, green and blue. Alpha is ignored. Mono destinations get the green sample.
 
 namespace ZrConvertersLib {
 

@@ -7,14 +7,14 @@
 
 namespace ZrConvertersLib {
 
-/// How samples that stand in words or are packed become the bytes that a kernel reads: by the kernel that
-/// would convert them to Mono8.
+/// How 16-bit or packed samples are reduced to the bytes that a kernel reads: by the kernel that converts
+/// them to Mono8.
 struct SampleRecipe {
   simd::SourceReader reader;
   std::uint32_t shift;  ///< of the reader
 };
 
-/// What a converter asks of its kernels; the same for every line it ever converts.
+/// The kernel that a converter uses; the same for every line.
 struct LineRecipe {
   simd::SourceReader reader;
   simd::PixelWriter writer;  ///< without the filter

@@ -5,7 +5,7 @@
 
 namespace ZrConvertersLib {
 
-/// The other way in which cameras pack the samples of a type, and the flag that asks for it.
+/// A second bit order in which cameras pack the samples of a type, and the flag that selects it.
 struct OtherPacking {
   std::uint32_t flag;  ///< 0: the type has no other packing
   simd::SourceReader reader;

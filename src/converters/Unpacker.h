@@ -9,7 +9,7 @@
 
 namespace ZrConvertersLib {
 
-/// Registered by name, since the pair it serves is not the one its writer stands for.
+/// The pair of types is given explicitly, because it is not that of the reader and the writer.
 template <class Converter>
 struct Unpacker : Converter {
   template <class... Multiplier>

@@ -45,8 +45,8 @@ class YCbCrLayoutTo : public LineConverter<YCbCrLayoutTo<T, Out, reader>> {
     return recipe;
   }
 
-  /// With chroma shared by two pixels an odd last one is left out; by four, one pixel more than whole groups
-  /// is left out, two or three make another whole group.
+  /// Pixels that are converted. With two pixels per group an odd last one is left out. With four per group,
+  /// one pixel after the last whole group is left out, but two or three are converted as another whole group.
   std::size_t Pixels(std::uint32_t width) const {
     if (kGroup.pixels == 2) return width - width % 2;
     return width % kGroup.pixels == 0 ? width : WholeGroups(width - 1, reader);

@@ -89,8 +89,8 @@ Result ComplexConverter::Convert(const unsigned char* source, std::uint32_t sour
   unsigned char*& buffer = own ? mBuffer : *pipelineBuffer;
   Reserve(buffer, own ? mBufferSize : *pipelineBufferSize, static_cast<std::uint32_t>(layout.capacity));
 
-  // A second stage that works in pairs of lines may look past the band: let it find the same there every
-  // time.
+  // A second stage that converts pairs of lines may read past the band. With zeros there the result does not
+  // depend on what the buffer held before.
   const std::size_t end = layout.front + layout.lines;
   std::memset(buffer + end, 0, layout.capacity - end);
 

@@ -198,7 +198,7 @@ consteval const FormatRow& FormatOf(long id) {
   return *FindFormat(id);
 }
 
-/// How many samples how many pixels take together.
+/// A number of pixels that share samples, and the number of these samples.
 struct SampleUnit {
   std::uint8_t samples;
   std::uint8_t pixels;

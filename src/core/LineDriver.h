@@ -60,7 +60,7 @@ class LineDriver {
     }
   }
 
-  /// Before Walk: as the first block will see it.
+  /// Before Walk: the context of the first block.
   const PixelConverterContext& Context() const { return mContext; }
 
   /// Pixels of a line, times the width multiplier.

@@ -22,7 +22,7 @@ constinit PixelTypeFactoryInternal* PixelTypeFactory::sInternal = nullptr;
 
 namespace {
 
-/// Also constant-initialised: loading only enters its destructor into the list of what runs at unload.
+/// Also constant-initialised: loading the library only registers its destructor, which runs at unload.
 constinit PixelTypeFactoryCleanup sPixelTypeFactoryCleanup;
 
 /// The registry's lock. Threads whose first calls meet each make one; the first to store its own wins.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kFull = 255.0;
 
-/// Far above white, and small enough that no product with it and a gain of 0 is anything but 0.
+/// The largest light value: far above white, but finite, so that multiplying it by a gain of 0 gives 0.
 constexpr double kDazzling = 1e9;
 
 bool AreGains(const ToneSettings::Channels& gains) noexcept {

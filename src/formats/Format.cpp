@@ -68,7 +68,7 @@ constexpr FormatInfo InfoOf(const FormatRow& row, std::string_view layout) {
           .takesFilter = destination != nullptr && destination->filtered};
 }
 
-/// Nothing here is ever destroyed, so that static objects of a program may ask for formats in the end.
+/// Has no destructor, so that destructors of a program's static objects may still ask for formats.
 constinit auto sInfos = [] {
   std::array<FormatInfo, kCount> infos;
   for (std::size_t i = 0; i < kCount; ++i) infos[i] = InfoOf(*kRows[i], kLayouts[i]);

@@ -17,7 +17,7 @@ namespace {
 
 constexpr unsigned kBayerPatterns = 0xF0;
 
-/// The pattern of a mosaic whose lines change places in pairs.
+/// The flags for a mosaic in which the two lines of each pair are swapped.
 unsigned SwapLines(unsigned flags) noexcept {
   FrameOptions options;
   options.SetFlags(flags);

@@ -20,7 +20,7 @@ struct FrameConverter::State {
 
 namespace {
 
-/// What is wrong with a view, beside its width and height.
+/// The error codes for a source or a destination view, except that of width and height.
 struct ViewCodes {
   std::uint32_t null;
   std::uint32_t size;

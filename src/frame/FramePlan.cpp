@@ -62,7 +62,8 @@ void FindStages(FramePlan& plan) {
   plan.reader = plan.chain ? &FirstStage(*chain) : plan.converter;
 }
 
-/// How the pair behaves. Pairs that the library does not have itself may have rules that it cannot know.
+/// Finds out how the pair's converter reads and writes. Refuses converters of a caller that do so in other
+/// ways than the library's own.
 Result Classify(const FrameOptions& options, FramePlan& plan) {
   FindStages(plan);
   const bool toMosaic = plan.destination->family == Family::Bayer;
@@ -100,7 +101,7 @@ Result Measure(FramePlan& plan) {
   if (csi2 && plan.width % plan.source->group.pixels != 0) return FrameError::WidthNotAllowed;
   if (plan.width < plan.near.tileWidth || plan.height < plan.near.tileHeight)
     return FrameError::FrameTooSmall;
-  // The converter leaves out the last byte where it is not whole.
+  // Converters round the bytes of a line down, the layout rounds them up.
   const auto bytes = static_cast<std::int64_t>(plan.sourceLayout.bytesPerLine);
   const std::int64_t counted = plan.SourceBytes(plan.width);
   return counted == bytes || counted + 1 == bytes ? Result() : FrameError::NoConverter;

@@ -42,7 +42,7 @@ std::int64_t DirectLines(const FramePlan& plan) {
   return RoundDown(plan.chain ? std::min(most, ChainLines(plan)) : most, plan.near.tileHeight);
 }
 
-/// Pixels of a line that some band may have made in the buffers, or 0.
+/// Pixels per line that a band may have to convert in the buffers, or 0.
 std::int64_t Columns(const FramePlan& plan, std::int64_t directLines) {
   const bool wholeLines = plan.mosaic || plan.flipHorizontal || plan.destination->planes > 1 ||
                           plan.source->planes > 1 || directLines == 0;

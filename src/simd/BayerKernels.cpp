@@ -202,8 +202,8 @@ ZR_INLINE Colour<Channel> Ordered(const Interpolated<Channel>& p) {
   return {red ? p.own : p.other, p.green, red ? p.other : p.own};
 }
 
-/// Both lines of each pair side by side. The upper one is written first, which shows where planes of the two
-/// overlap.
+/// Both lines of each pair together. The upper line is written first, which matters where planes of the two
+/// lines overlap.
 template <bool redBelow, class Writer>
 ZR_INLINE void BilinearPairs(const KernelArgs& args) {
   using Channel = typename Writer::Channel;

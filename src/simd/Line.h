@@ -53,7 +53,7 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
-/// A line, or pair of lines, of a args; apart from the args, so that it stays in registers.
+/// The pointers of a line, or pair of lines: a copy of those in KernelArgs that can stay in registers.
 template <std::size_t sources, std::size_t destinations>
 struct LinePointers {
   const std::uint8_t* source[sources];
@@ -67,7 +67,7 @@ struct LinePointers {
   }
 };
 
-/// Calls `convert` with each line, or pair of lines, of a args in turn.
+/// Calls `convert` with each line, or pair of lines, of the arguments in turn.
 template <std::size_t sources, std::size_t destinations, class F>
 ZR_INLINE void EachLine(const KernelArgs& args, F convert) {
   LinePointers<sources, destinations> line(args);

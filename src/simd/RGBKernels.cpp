@@ -1,7 +1,7 @@
 #include "simd/Line.h"
 #include "simd/Packed.h"
 
-/// Readers of interleaved red, green and blue. Alpha is read past.
+/// Readers of interleaved red, green and blue. Alpha is ignored.
 
 namespace ZrConvertersLib::simd {
 namespace {

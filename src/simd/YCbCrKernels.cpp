@@ -16,8 +16,8 @@ ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
   return As<S32>(Splat32(static_cast<std::uint32_t>((512 - m.yOffset * m.y - 128 * chroma) * scale)));
 }
 
-/// The matrix for chroma of each pixel's own. A 32-bit element takes one pixel: luma in its low half and a
-/// chroma sample in its high half, so that a sum of products is one instruction.
+/// The matrix for 4:4:4, where each pixel has its own chroma. A 32-bit element takes one pixel: luma in its
+/// low half and a chroma sample in its high half, so that a sum of products is one instruction.
 class Matrix {
  public:
   explicit ZR_INLINE Matrix(const YCbCrMatrix& m)

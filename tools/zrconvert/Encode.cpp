@@ -103,7 +103,7 @@ Colour Mean(const std::vector<Colour>& colours) {
   return {sum.red / count, sum.green / count, sum.blue / count};
 }
 
-// The one place that says what each component of a format holds.
+// Computes the value of each component of a format.
 class Sampler {
  public:
   Sampler(const FormatInfo& format, const EncodeOptions& options)

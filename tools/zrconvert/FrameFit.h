@@ -15,7 +15,7 @@ struct FrameFit {
   Size size;
   ZrConvertersLib::FrameLayout layout;
   std::uint64_t headerBytes = 0;  // before the first frame of each file
-  bool ignoreRest = false;        // bytes after the last whole frame are no fault
+  bool ignoreRest = false;        // bytes after the last whole frame are no error
 
   // Frames in a file of so many bytes. The last one may lack the padding after its last line.
   std::uint64_t FramesIn(std::uint64_t fileBytes) const;

@@ -26,7 +26,8 @@ struct ConvertOptions {
   ZrConvertersLib::Region region;
   bool flipVertical = false;
   bool flipHorizontal = false;
-  // In the source's own counts where ToneSettings has the 8-bit scale; nothing given, no filter.
+  // The black level is in counts of the source's samples, not on the 8-bit scale of ToneSettings. Empty
+  // without tone options.
   std::optional<ZrConvertersLib::ToneSettings> tone;
   LineSpacing lines;
   std::uint64_t headerBytes = 0;
@@ -75,7 +76,7 @@ struct Actions {
 };
 
 // Reads the command line and performs the command that it names. Returns the exit code for --help, --version
-// and faults that are told here; throws what the action throws.
+// and errors in the command line, which it reports; exceptions of the actions pass through.
 int ReadCommandLine(int count, const char* const* words, const Actions& actions);
 
 }  // namespace zrconvert
