@@ -22,7 +22,7 @@ function(zr_add_kernel_levels target)
   else()
     set(levels Default)
   endif()
-  # Optimised away lines would not count as executed.
+  # For coverage: lines that are optimised away would not count as executed.
   set(optimisation $<IF:$<BOOL:${ZR_COVERAGE}>,-O0,-O2>)
   foreach(level IN LISTS levels)
     set(objects ${target}Kernels${level})
@@ -30,7 +30,7 @@ function(zr_add_kernel_levels target)
     zr_warnings(${objects})
     target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR}/src)
     target_compile_definitions(${objects} PRIVATE ZR_LEVEL=${level})
-    # Optimised at link time, functions of different levels would be merged.
+    # Link-time optimisation would merge functions of different levels.
     target_compile_options(${objects} PRIVATE ${flags_${level}} ${optimisation} -fno-lto -fno-exceptions -fno-rtti
                                               -fno-math-errno -fvisibility=hidden -fno-stack-protector
                                               -U_FORTIFY_SOURCE)

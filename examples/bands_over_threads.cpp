@@ -1,4 +1,5 @@
-// One frame over several threads: the library starts none, but any split into bands gives the same bytes.
+// Converts one frame on several threads. The library starts no threads itself, but any split of a frame into
+// bands gives the same bytes.
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/PixelTypes.h>
 
@@ -20,7 +21,7 @@ int main() {
   options.pattern = MosaicPattern::RGGB;
   options.demosaic = Demosaic::Interpolate;
 
-  // An object for each thread, made once.
+  // One object per thread, configured once.
   std::vector<FrameConverter> converters(threads);
   for (FrameConverter& converter : converters) {
     if (!converter.Configure(PixelTypeIds::Bayer12, PixelTypeIds::RGB8, kWidth, kHeight, options).IsSuccess())

@@ -1,4 +1,4 @@
-// At frame rate: everything is taken before the first frame, and each frame is one call.
+// Converting at frame rate: all memory is allocated before the first frame, and each frame is one call.
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/PixelTypes.h>
@@ -39,7 +39,7 @@ int main() {
   const FormatCode* format = FindFormatCode(Camera::kFormat);
   if (format == nullptr) return 1;
 
-  // A raw sensor frame is dark and green without these.
+  // Without these a raw sensor frame looks dark and green.
   ToneSettings tone;
   tone.gamma = 2.2;
   tone.black = 4;

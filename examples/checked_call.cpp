@@ -1,5 +1,5 @@
-// The checked interface: a frame with the code that its camera reported becomes a picture, or one knows why
-// not.
+// The checked interface: converts a frame whose format is the code that the camera reported, and prints the
+// reason if that is not possible.
 #include <ZrConvertersLib/BMPSaver.h>
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/FrameConverter.h>
@@ -28,7 +28,7 @@ int main() {
   if (auto result = ReadFormat("BayerRG12p", format); !result.IsSuccess()) return Fail(result);
 
   FrameOptions options;
-  options.SetFlags(format.flags);  // the pattern that the name tells
+  options.SetFlags(format.flags);  // the mosaic's pattern, which the name states
   options.demosaic = Demosaic::Interpolate;
 
   FrameConverter converter;
@@ -46,7 +46,7 @@ int main() {
   if (!saved.IsSuccess()) return Fail(saved);
   std::cout << "checked_call.bmp: " << kWidth << " x " << kHeight << " pixels\n";
 
-  // What cannot be done is said, and nothing is touched.
+  // An invalid call returns an error and writes nothing.
   const auto refused = converter.Convert(SourceView::Of(frame, kWidth - 1, kHeight),
                                          DestinationView::Of(picture, kWidth, kHeight));
   std::cout << "another width: " << ResultText(refused) << '\n';

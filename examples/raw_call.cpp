@@ -1,4 +1,5 @@
-// The raw call: no checks, no copies. The caller knows what the formats ask of the buffers.
+// The raw call checks nothing and copies nothing. The caller must know how large the formats' buffers have to
+// be.
 #include <ZrConvertersLib/PixelConverter.h>
 #include <ZrConvertersLib/PixelTypeFactory.h>
 #include <ZrConvertersLib/PixelTypes.h>
@@ -17,7 +18,7 @@ int main() {
   std::vector<std::uint8_t> frame(kWidth * 3 / 2 * kHeight, 0x80);
   std::vector<std::uint8_t> picture(kWidth * 3 * kHeight);
 
-  // Ask first: for a pair that does not exist GetConverter answers with another converter.
+  // Call HasConverter first: for a pair without a converter GetConverter returns another pair's.
   if (!PixelTypeFactory::HasConverter(PixelTypeIds::Mono12p, PixelTypeIds::RGB8)) return 1;
   const PixelConverter* converter = PixelTypeFactory::GetConverter(PixelTypeIds::Mono12p, PixelTypeIds::RGB8);
 
