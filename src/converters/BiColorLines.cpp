@@ -42,7 +42,7 @@ struct BiColorImage {
   }
 };
 
-/// One colour for pixels 2k and 2k + 1; the last pixel of an odd width has it with its left neighbour.
+/// One colour for pixels 2k and 2k + 1; the last pixel of an odd width shares one with its left neighbour.
 class FastBiColor {
  public:
   FastBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
@@ -95,8 +95,8 @@ LineRecipe SplitRecipe(const BiColorRecipe& recipe) {
           .throughCaches = true};
 }
 
-/// The missing colour of a pixel is the mean of its neighbours', for which red and blue stand in a row of
-/// their own, with one more to either side, and green in another.
+/// The missing colour of a pixel is the mean of its neighbours'. A line is first split into a row of red and
+/// blue samples, with one more to either side, and a row of green samples.
 class BilinearBiColor {
  public:
   BilinearBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
@@ -114,10 +114,10 @@ class BilinearBiColor {
   }
 
  private:
-  /// Pixels that are split at a time, and room beside them for neighbours.
+  /// Pixels that are split at a time, and space beside them for neighbours.
   static constexpr std::uint32_t kPixels = 2048, kBeside = 32;
 
-  /// The last pixels of an odd width are counted from an odd one, before the even ones.
+  /// The last pixels of an odd width are converted first, from an odd pixel on.
   void RunLine(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width) {
     const std::uint32_t even = width - width % 2;
     if (even != width) {

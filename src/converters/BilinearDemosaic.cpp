@@ -49,8 +49,8 @@ BilinearDemosaic::BilinearDemosaic(const PixelConverterContext& context, const M
 void BilinearDemosaic::Run(const PixelConverterContext& context, const MosaicPairs& pairs) {
   if (pairs.width < 2) return;
   const std::uint32_t even = pairs.EvenWidth();
-  // The last columns of an odd width, counted from an odd one; the even ones then come after them. Two would
-  // do, but a whole block is faster.
+  // The last columns of an odd width are converted first, from an odd column on. Two columns would
+  // be enough, but a whole block is faster.
   if (pairs.width != even) {
     const std::uint32_t last = pairs.width > kWholeBlock ? kWholeBlock : 2;
     RunColumns(context, pairs, {pairs.width - last, pairs.width});
@@ -70,8 +70,8 @@ void BilinearDemosaic::RunColumns(const PixelConverterContext& context, const Mo
   for (std::uint32_t pair = RunInside(work); pair < pairs.count; ++pair) RunBeyond(work, pair);
 }
 
-/// The pairs that have both of their lines in the image; returns how many these are. Rows are the lines from
-/// the one above the first pair on; the last two of them are the first two for the next pairs.
+/// Converts the pairs that have both lines in the image, and returns their number. The rows begin with the
+/// line above the first pair; the last two rows are the first two for the next pairs.
 std::uint32_t BilinearDemosaic::RunInside(const Work& work) const {
   const std::ptrdiff_t first = LineNumber(work.context);
   const std::ptrdiff_t left = std::max<std::ptrdiff_t>(work.context.mSourceHeight, 2) - first;
@@ -105,8 +105,8 @@ void BilinearDemosaic::RunBeyond(const Work& work, std::uint32_t pair) const {
   RunPairs(work, pair, 1, 3);
 }
 
-/// The upper line of the first pair stands between rows 0 and 2, the lower one as many rows on as `rowsApart`
-/// says.
+/// The upper line of the first pair is row 1, between its neighbours in rows 0 and 2. The rows of the lower
+/// line follow `rowsApart` rows later.
 void BilinearDemosaic::RunPairs(const Work& work, std::uint32_t pair, std::uint32_t count,
                                 std::size_t rowsApart) const {
   const bool redBelow = mPairs.Kernel().args.redBelow;
@@ -138,8 +138,8 @@ void BilinearDemosaic::ReadLines(const Work& work, std::ptrdiff_t first, std::pt
   }
 }
 
-/// Of `count` lines from `line` on the bytes of the columns and of those beside them, mirrored about the edge
-/// columns. `row` is the place of the first column of the first line.
+/// Reduces the columns of `count` lines from `line` on to bytes, with their neighbours on either side, which
+/// are mirrored about the edge columns. `row` receives the first column of the first line.
 void BilinearDemosaic::ReadRows(const Work& work, std::ptrdiff_t line, std::size_t count,
                                 std::uint8_t* row) const {
   const MosaicColumns& columns = work.columns;

@@ -61,7 +61,7 @@ struct MosaicColumns {
   std::uint32_t Count() const { return end - first; }
 };
 
-/// Columns whose samples are kept as bytes at a time; even, and a whole number of any packing's groups.
+/// Columns whose samples are reduced to bytes at a time: even, and a whole number of groups of any packing.
 inline constexpr std::uint32_t kMosaicColumns = 4096;
 
 /// Bytes before and after such columns: neighbours and rest of groups, and what whole vectors read.
@@ -72,8 +72,8 @@ constexpr std::size_t RowPitch(std::uint32_t columns) {
   return (columns + 2 * kBesideColumns + 63) / 64 * 64;
 }
 
-/// Memory for rows of bytes: six of the longest, which stay in the first-level cache together with what is
-/// made of them, or more of shorter ones, which few calls then handle.
+/// Memory for rows of bytes: six of the longest, which stay in the first-level cache together with the pixels
+/// made from them, or more of shorter ones, so that few kernel calls convert many lines.
 inline constexpr std::size_t kMosaicRows = 6 * RowPitch(kMosaicColumns);
 
 /// How many rows of a pitch are kept at a time.
@@ -91,8 +91,8 @@ class MosaicSamples {
     if (recipe) mPlan.emplace(context, *recipe);
   }
 
-  /// `count` lines to rows of bytes. The first of the columns begins a group of samples, the last group is
-  /// read whole.
+  /// Reduces `count` lines to rows of bytes. The first column must begin a group of samples; the last group
+  /// is read whole.
   void Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns, std::uint8_t* bytes,
             std::size_t pitch) const;
 

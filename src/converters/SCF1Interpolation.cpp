@@ -12,8 +12,8 @@ namespace {
 /// Columns on either side that are read, too: those of a cell, and as many as fill a group of any packing.
 constexpr std::uint32_t kBeside = 4;
 
-/// The row of cells whose values the cells of `row` take: beyond the image those that it is mirrored to, and
-/// in one that the lower edge cuts those of the row two before it.
+/// The row of cells that supplies the values of `row`: outside the image the mirrored row, and for a row that
+/// the lower edge cuts the row two above it.
 std::ptrdiff_t RowOfValues(const PixelConverterContext& context, std::ptrdiff_t row) {
   const auto height = std::ptrdiff_t{context.mSourceHeight}, rows = (height + 1) / 2;
   if (row < 0 && !HasLinesAbove(context.mFlags)) row = -row;
@@ -113,7 +113,7 @@ void SCF1Interpolation::Work::MakeCells(CellRow& row) const {
   Complete(row.white);
 }
 
-/// A cell that the right edge cuts is a copy of the one two before it; then the cells are mirrored.
+/// A cell that the right edge cuts becomes a copy of the cell two to its left; then the cells are mirrored.
 void SCF1Interpolation::Work::Complete(SCF1Row& cells) const {
   if (mRead.end == mLines.width) {
     const auto end = static_cast<std::ptrdiff_t>((mLines.width - mColumns.first + 1) / 2);

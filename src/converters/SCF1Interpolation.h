@@ -4,8 +4,9 @@
 
 namespace ZrConvertersLib {
 
-/// White carries the detail, cells carry the colour: a pixel is its white, or the mean of the white around
-/// it, times the quotient of colour and white that is interpolated between cells as in a Bayer mosaic.
+/// White sites give the detail, cells the colour. A pixel's white is its own sample or the mean of the white
+/// sites around it; its colour is this white times the quotient of colour and white, which is interpolated
+/// between the cells as in a Bayer mosaic.
 class SCF1Interpolation {
  public:
   SCF1Interpolation(const PixelConverterContext& context, const SCF1Recipe& recipe)

@@ -10,10 +10,11 @@
 #include "simd/Scf1Kernel.h"
 
 /// @file
-/// SCF1 mosaics: tiles of 4x4 sites, of which every second one is white as on a chessboard and the others
-/// have the colours of 2x2 cells. All arithmetic is on the 16-bit scale. Samples become rows of words, the
-/// kernels of simd/Scf1Kernels.cpp make rows of red, green and blue words of them, and the reader of planar
-/// words takes these to any destination: some columns at a time, in the first-level cache.
+/// SCF1 mosaics: tiles of 4x4 sites. White and coloured sites alternate as on a chessboard; the two coloured
+/// sites of each 2x2 cell have the same colour. All arithmetic is on the 16-bit scale. Samples are converted
+/// to rows of words, the kernels of simd/Scf1Kernels.cpp turn these into rows of red, green and blue words,
+/// and the reader of planar words converts those to any destination: some columns at a time, in the
+/// first-level cache.
 
 namespace ZrConvertersLib {
 
@@ -31,7 +32,8 @@ struct SCF1Lines {
   std::ptrdiff_t destinationStep;
 };
 
-/// Converts lines by the method that the context's flags name; none of an image or a width of less than 4.
+/// Converts lines by the method that the context's flags select. Converts nothing if the image has less than
+/// 4 lines or columns.
 void ConvertSCF1(const PixelConverterContext& context, const SCF1Recipe& recipe, const SCF1Lines& lines);
 
 /// Where the cells of a tile stand: green ones in two opposite corners, red and blue in the others.
@@ -40,7 +42,7 @@ struct SCF1Tile {
   bool redAbove;    ///< red stands in the upper cells
 };
 
-/// By the pattern that the flags tell.
+/// For the pattern that the flags select.
 SCF1Tile SCF1TileOf(std::uint32_t flags);
 
 /// Columns that are converted at a time. The last part may have a few more, so that it is never very narrow.
@@ -70,7 +72,7 @@ class SCF1Row {
 
 inline constexpr std::ptrdiff_t kSCF1Pitch = sizeof(SCF1Row);
 
-/// Reads samples as words.
+/// Converts samples to words.
 class SCF1Samples {
  public:
   SCF1Samples(const PixelConverterContext& context, const SCF1Recipe& recipe);

@@ -9,7 +9,7 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// What all of it needs of samples held as bytes or as words.
+/// The operations on samples that are held as bytes or as words.
 template <class Held>
 struct Form;
 
@@ -213,7 +213,7 @@ void SplitLines(const KernelArgs& args) {
   });
 }
 
-/// A row of which only the writer of rows exists.
+/// A row of kernels that has only the writer of rows.
 template <SourceReader reader, class Samples>
 constexpr KernelRow SplitRow() {
   KernelRow row{reader, {}};

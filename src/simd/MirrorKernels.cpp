@@ -32,7 +32,7 @@ ZR_INLINE Block Mirrored(Block block, std::index_sequence<I...>) {
 template <std::size_t Bytes>
 ZR_INLINE void MirrorPixels(std::uint8_t* destination, const std::uint8_t* source, std::size_t pixels) {
   using Shape = MirrorShape<Bytes>;
-  // Where blocks have a rest, one pixel more must follow to make up for it.
+  // If a block ends with bytes of an incomplete pixel, its store needs one more pixel of space.
   constexpr std::size_t kReach = Shape::kPixels + (Shape::kRest != 0 ? 1 : 0);
   std::size_t x = 0;
   for (; x + kReach <= pixels; x += Shape::kPixels) {

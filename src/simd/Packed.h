@@ -8,7 +8,7 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-/// Constant words that repeat every four.
+/// A constant vector of words that repeats every four words.
 template <unsigned w0, unsigned w1, unsigned w2, unsigned w3>
 ZR_INLINE U16 EveryFour() {
   struct Bytes {
@@ -48,8 +48,8 @@ struct Form12p {
   }
 };
 
-/// Sample k of four stands at bits 14k to 14k + 13 of seven bytes. Up to three bytes hold a sample: the two
-/// that end with its top bit are moved up, and what then lacks comes from the byte before them.
+/// Sample k of four has bits 14k to 14k + 13 of seven bytes, so it lies in up to three bytes. The two bytes
+/// up to its top bit are shifted up, and the missing low bits come from the byte before them.
 struct Form14p {
   static constexpr int kPixels = 4, kBytes = 7, kBits = 14;
   struct Upper {
