@@ -27,6 +27,8 @@ ZR_INLINE F32 Smaller(F32 a, F32 b) {
   return _mm256_min_ps(a, b);
 #elif defined(__x86_64__)
   return _mm_min_ps(a, b);
+#elif defined(__wasm_simd128__)
+  return As<F32>(wasm_f32x4_pmin(As<Native>(a), As<Native>(b)));
 #else
   return As<F32>(vminq_f32(As<float32x4_t>(a), As<float32x4_t>(b)));
 #endif
@@ -39,6 +41,8 @@ ZR_INLINE F32 Larger(F32 a, F32 b) {
   return _mm256_max_ps(a, b);
 #elif defined(__x86_64__)
   return _mm_max_ps(a, b);
+#elif defined(__wasm_simd128__)
+  return As<F32>(wasm_f32x4_pmax(As<Native>(a), As<Native>(b)));
 #else
   return As<F32>(vmaxq_f32(As<float32x4_t>(a), As<float32x4_t>(b)));
 #endif

@@ -1,0 +1,106 @@
+// What the page's worker calls. Texts stay valid until the next call that gives one.
+#include <ZrConvertersLib/CpuLevel.h>
+#include <ZrConvertersLib/FrameErrors.h>
+#include <ZrConvertersLib/RGBFilter.h>
+
+#include <cmath>
+
+#include "Facts.h"
+#include "Frame.h"
+#include "Probe.h"
+#include "Smoothness.h"
+
+#define ZR_PAGE_EXPORT(name) extern "C" __attribute__((export_name(#name)))
+
+namespace {
+
+namespace zr = ZrConvertersLib;
+
+page::Frame& TheFrame() {
+  static page::Frame frame;
+  return frame;
+}
+
+const char* Kept(std::string text) {
+  static std::string kept;
+  kept = std::move(text);
+  return kept.c_str();
+}
+
+zr::RGBFilter& TheFilter() {
+  static zr::RGBFilter filter;
+  return filter;
+}
+
+}  // namespace
+
+ZR_PAGE_EXPORT(level) const char* Level() {
+  return zr::GetCpuLevel();
+}
+
+ZR_PAGE_EXPORT(formats) const char* Formats() {
+  return Kept(page::FormatsAsJson());
+}
+
+// JavaScript's numbers hold whole numbers up to 2^53.
+ZR_PAGE_EXPORT(guesses) const char* Guesses(double bytes) {
+  return Kept(page::GuessesAsJson(static_cast<std::uint64_t>(bytes)));
+}
+
+ZR_PAGE_EXPORT(layout)
+const char* Layout(long format, std::uint32_t width, std::uint32_t height, std::uint32_t stride) {
+  return Kept(page::LayoutAsJson(format, width, height, stride));
+}
+
+ZR_PAGE_EXPORT(reserve) std::uint8_t* Reserve(std::size_t bytes) {
+  return TheFrame().Reserve(bytes);
+}
+
+ZR_PAGE_EXPORT(roughness)
+double Roughness(long format, std::uint32_t width, std::uint32_t height, std::uint32_t stride) {
+  return page::Roughness({format, width, height, stride}, TheFrame().Bytes());
+}
+
+ZR_PAGE_EXPORT(pattern)
+unsigned Pattern(long format, std::uint32_t width, std::uint32_t height, std::uint32_t stride) {
+  return static_cast<unsigned>(page::PatternByGreens({format, width, height, stride}, TheFrame().Bytes()));
+}
+
+// The settings of the next conversions. The black level is in counts of samples of `depth` bits.
+ZR_PAGE_EXPORT(setTone)
+std::uint32_t SetTone(double black, unsigned depth, double gamma, double red, double green, double blue) {
+  zr::ToneSettings tone;
+  tone.black = std::ldexp(black, 8 - static_cast<int>(depth));
+  tone.gamma = gamma;
+  tone.balance = {red, green, blue};
+  return TheFilter().SetTone(tone).GetCode();
+}
+
+ZR_PAGE_EXPORT(convert)
+std::uint32_t Convert(long format, std::uint32_t width, std::uint32_t height, std::uint32_t stride,
+                      unsigned pattern, unsigned demosaic, unsigned matrix) {
+  zr::FrameOptions options;
+  options.pattern = static_cast<zr::MosaicPattern>(pattern);
+  options.demosaic = static_cast<zr::Demosaic>(demosaic);
+  options.matrix = static_cast<zr::ColourMatrix>(matrix);
+  options.filter = &TheFilter();
+  return TheFrame().Convert({format, width, height, stride}, options).GetCode();
+}
+
+ZR_PAGE_EXPORT(picture) const std::uint8_t* Picture() {
+  return TheFrame().Picture();
+}
+
+ZR_PAGE_EXPORT(histogram) const std::uint32_t* Counts() {
+  static page::Histogram counts;
+  counts = TheFrame().Count();
+  return counts.data();
+}
+
+ZR_PAGE_EXPORT(probe) const char* Probe(std::uint32_t x, std::uint32_t y) {
+  return Kept(page::ProbeAsJson(TheFrame(), x, y));
+}
+
+ZR_PAGE_EXPORT(resultText) const char* ResultText(std::uint32_t code) {
+  return Kept(std::string(zr::ResultText(code)));
+}
