@@ -18,11 +18,12 @@ struct SampleBit {
   unsigned bit = 0;
 };
 
-std::vector<SampleBit> BitsOf(const FormatRow& row) {
+std::vector<SampleBit> BitsOf(const FormatRow& row, bool flagged) {
+  const auto positionOf = flagged ? FlaggedBitPosition : BitPosition;
   std::vector<SampleBit> bits(row.group.bytes * 8u);
   for (unsigned sample = 0; sample < SamplesInGroup(row); ++sample) {
     for (unsigned bit = 0; bit < SampleDepth(row, sample); ++bit) {
-      bits[BitPosition(row, sample, bit)] = {static_cast<int>(sample), bit};
+      bits[positionOf(row, sample, bit)] = {static_cast<int>(sample), bit};
     }
   }
   return bits;
@@ -58,8 +59,8 @@ std::string ByteLine(const FormatRow& row, const SampleBit* bits) {
 
 }  // namespace
 
-std::string BitPicture(const FormatRow& row) {
-  const std::vector<SampleBit> bits = BitsOf(row);
+std::string BitPicture(const FormatRow& row, bool flagged) {
+  const std::vector<SampleBit> bits = BitsOf(row, flagged);
   std::string picture = "       |";
   for (char bit = '7'; bit >= '0'; --bit) picture += std::string({' ', bit}).append(kBitWidth - 3, ' ') + "|";
   picture += "\n";

@@ -1,7 +1,9 @@
 // Writes the generated pages of docs: zrpages formats|converters FILE
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/PixelTypeFactory.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 #include <core/FormatTable.h>
+#include <core/PackingFlags.h>
 
 #include <cstdio>
 #include <fstream>
@@ -31,9 +33,10 @@ constexpr FamilyText kFamilies[] = {
     {Family::Rgb, "RGB and BGR", "The alpha channel of a source is read past."},
     {Family::YCbCr, "YCbCr",
      "4:4:4, 4:2:2 (two pixels share Cb and Cr) and 4:1:1 (four pixels do). The matrix is chosen by flags."},
-    {Family::Scf1, "Sparse colour filter mosaics", "Known as types; the library converts none of them."},
+    {Family::Scf1, "Sparse colour filter mosaics",
+     "One sample a site; the patterns WGWR, WBWG, WRWG and WGWB are chosen by flags."},
     {Family::BiColor, "BiColor mosaics",
-     "Two samples a pixel. Known as types; the library converts none of them."},
+     "Two samples a pixel; the patterns RGBG, BGRG, GRGB and GBGR are chosen by flags."},
 };
 
 void ForEachRow(const std::function<void(const FormatRow&)>& action) {
@@ -62,6 +65,43 @@ std::string Codes(const FormatRow& row) {
     list.append(list.empty() ? "" : ", ").append(code.name).append(" ").append(Hex(code.code, 8));
   }
   return list;
+}
+
+/// "`pRAA`", the characters of a fourcc, a space at the end included.
+std::string Fourcc(std::uint32_t code) {
+  std::string text = "`";
+  for (int i = 0; i < 4; ++i) text += static_cast<char>(code >> (8 * i) & 0xFF);
+  return text + "`";
+}
+
+std::string V4l2Names(const FormatRow& row) {
+  std::string list;
+  for (const V4l2Format& format : V4l2Formats()) {
+    if (format.id != row.id) continue;
+    list.append(list.empty() ? "" : ", ").append(format.name).append(" ").append(Fourcc(format.fourcc));
+  }
+  return list;
+}
+
+/// What the other vocabularies call the format, and with which packing.
+void WriteNames(std::ostream& out, const FormatRow& row) {
+  const unsigned flag = PackingFlagOf(row);
+  const bool gigEVision = flag == PixelConverter::FLAG_PACKED_GIGE_VISION;
+  if (const std::string codes = Codes(row); !codes.empty())
+    out << "\nPFNC" << (gigEVision ? ", with that flag" : "") << ": " << codes << "\n";
+  if (const std::string names = V4l2Names(row); !names.empty())
+    out << "\nV4L2" << (flag != 0 ? ", with that flag" : "") << ": " << names << "\n";
+}
+
+/// The picture of the other order that the samples may have.
+void WriteFlaggedPicture(std::ostream& out, const FormatRow& row) {
+  const unsigned flag = PackingFlagOf(row);
+  if (flag == 0) return;
+  const bool gigEVision = flag == PixelConverter::FLAG_PACKED_GIGE_VISION;
+  out << "\nWith `" << (gigEVision ? "FLAG_PACKED_GIGE_VISION" : "FLAG_PACKED_CSI2") << "` (`"
+      << (gigEVision ? "PackingOrder::GigEVision" : "PackingOrder::Csi2") << "`), as "
+      << (gigEVision ? "GigE Vision cameras send it" : "MIPI CSI-2 cameras send it") << ":\n\n```\n"
+      << BitPicture(row, true) << "```\n";
 }
 
 bool IsSource(const FormatRow& row) {
@@ -109,20 +149,30 @@ void WriteFormat(std::ostream& out, const FormatRow& row) {
     out << " The unused bits of the middle byte are 0; if not, they are OR-ed into the sample's bits above.";
   out << "\n";
   out << "\n```\n" << BitPicture(row) << "```\n";
-  if (const std::string codes = Codes(row); !codes.empty()) out << "\nCodes: " << codes << "\n";
+  WriteFlaggedPicture(out, row);
+  WriteNames(out, row);
   if (IsSource(row)) out << "\nConverts to: " << Pairs(row) << "\n";
 }
 
 void WriteFormats(std::ostream& out) {
   out << "# Formats\n\n"
-         "Generated from the format table, the registry and the table of codes (target `update-pages`).\n\n"
+         "Generated from the format table, the registry and the tables of codes (target `update-pages`).\n\n"
          "Everything is little-endian. A line begins at a whole byte. The pictures show the smallest group "
          "of\n"
          "pixels that fills whole bytes, bit 7 of each byte at the left: `P1[11:8]` are bits 11 to 8 of the\n"
          "second pixel's sample, `-` is a bit that no sample uses. The bits and bytes that a type registers "
          "are\n"
          "part of its identity and not always those of its memory; sizes of buffers come from "
-         "`DescribeFrame`.\n\n";
+         "`DescribeFrame`.\n\n"
+         "Formats have names in three vocabularies: the library's own, those of the GenICam Pixel Format "
+         "Naming\n"
+         "Convention (PFNC) with their codes, and those of Linux video devices (V4L2), by the kernel's name "
+         "and by\n"
+         "fourcc. `ReadFormat` and the tool take all of them. Where the same samples are also packed in "
+         "another\n"
+         "order, a second picture shows it; names of cameras carry the flag of the order they mean, so "
+         "`Mono12Packed`\n"
+         "as a person writes it is GigE Vision's order.\n\n";
   WriteSummary(out);
   for (const FamilyText& family : kFamilies) {
     out << "\n## " << family.title << "\n\n" << family.text << "\n";

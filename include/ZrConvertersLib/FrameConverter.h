@@ -72,6 +72,10 @@ enum class PackingOrder : std::uint8_t {
   Csi2         ///< PixelConverter::FLAG_PACKED_CSI2; a line must be a whole number of groups
 };
 
+/// The bit layout in words of a format whose samples lie in that order: for Type what FormatInfo::layout
+/// says; empty where the format has no such order. Static storage.
+ZR_EXPORT std::string_view PackingLayout(long format, PackingOrder order) noexcept;
+
 /// A rectangle of the source frame, in pixels. Width or height 0: up to the frame's edge.
 struct Region {
   std::uint32_t x = 0;
@@ -93,8 +97,8 @@ struct FrameOptions {
   Region region;  ///< the part of the source to convert: exactly that rectangle of the whole frame's picture
 
   /// Sets pattern, demosaic, matrix and packing as PixelConverter::Convert reads them from its flags (no
-  /// pattern bit: GRBG; of several, the highest; no matrix bit: BT.601). Takes the flags of a FormatCode as
-  /// well.
+  /// pattern bit: GRBG; of several, the highest; no matrix bit: BT.601; both packing bits: CSI-2). Takes the
+  /// flags of a FormatCode or V4l2Format as well.
   ZR_EXPORT void SetFlags(unsigned flags) noexcept;
 
   /// The flags of PixelConverter::Convert for pattern, demosaic, matrix and packing.

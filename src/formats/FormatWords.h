@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/FormatTable.h"
+#include "core/PackingFlags.h"
 
 /// @file
 /// The bit layout of a format, as positions and in words, derived from its row.
@@ -80,6 +81,21 @@ constexpr unsigned BitPosition(const FormatRow& row, unsigned sample, unsigned b
       return sample / 2 * 24 + (bit < low ? 8 + sample % 2 * 4 + bit : sample % 2 * 16 + bit - low);
   }
   return 0;
+}
+
+/// Samples of a dense format whose low bits CSI-2 puts together, the fewest that fill whole bytes.
+constexpr unsigned Csi2Samples(const FormatRow& row) {
+  return row.depth == 12 ? 2 : 4;
+}
+
+/// The same under the packing flag that acts on the row.
+constexpr unsigned FlaggedBitPosition(const FormatRow& row, unsigned sample, unsigned bit) {
+  const unsigned low = row.depth - 8u;
+  if (row.packing == Packing::Pair)
+    return sample / 2 * 24 + (bit < low ? 8 + sample % 2 * 4 + bit : sample % 2 * 16 + bit - low);
+  const unsigned samples = Csi2Samples(row);
+  const unsigned first = sample / samples * samples * row.depth;
+  return first + (bit < low ? samples * 8 + sample % samples * low + bit : sample % samples * 8 + bit - low);
 }
 
 namespace FormatWords {
@@ -163,11 +179,20 @@ constexpr Phrase GroupWords(const FormatRow& row) {
                  Count(row.group.pixels, "pixel"), " in ", Count(row.group.bytes, "byte")});
 }
 
-constexpr Phrase PairWords(const FormatRow& row) {
+/// @param first, second  the lowest bits that they have in the middle byte
+constexpr Phrase PairWords(const FormatRow& row, unsigned first, unsigned second) {
   const unsigned low = row.depth - 8u;
   return Phrase({GroupWords(row), ": high 8 bits of the first; low ", Number(low),
-                 " bits of the first in bits ", BitRange(3 + low, 4), " and of the second in bits ",
-                 BitRange(low - 1, 0), "; high 8 bits of the second"});
+                 " bits of the first in bits ", BitRange(first + low - 1, first),
+                 " and of the second in bits ", BitRange(second + low - 1, second),
+                 "; high 8 bits of the second"});
+}
+
+constexpr Phrase Csi2Words(const FormatRow& row) {
+  const unsigned low = row.depth - 8u;
+  const unsigned lowBytes = Csi2Samples(row) * low / 8;
+  return Phrase({GroupWords(row), ": high 8 bits of each sample, then the low ", Number(low),
+                 " bits of all in ", Count(lowBytes, "byte"), ", the first sample's lowest"});
 }
 
 constexpr Phrase WordWords(const FormatRow& row) {
@@ -181,19 +206,25 @@ constexpr Phrase WordWords(const FormatRow& row) {
 }
 
 /// Every bit of every sample has a place of its own inside the group.
-constexpr bool BitsAreDisjoint(const FormatRow& row) {
+template <typename Position>
+constexpr bool BitsAreDisjoint(const FormatRow& row, Position positionOf) {
   std::array<bool, 256 * 8> taken{};
   for (unsigned sample = 0; sample < SamplesInGroup(row); ++sample) {
     for (unsigned bit = 0; bit < SampleDepth(row, sample); ++bit) {
-      const unsigned position = BitPosition(row, sample, bit);
+      const unsigned position = positionOf(row, sample, bit);
       if (position >= row.group.bytes * 8u || taken[position]) return false;
       taken[position] = true;
     }
   }
   return true;
 }
-static_assert(std::all_of(kFormats.begin(), kFormats.end(), BitsAreDisjoint));
-static_assert(std::all_of(kUntypedFormats.begin(), kUntypedFormats.end(), BitsAreDisjoint));
+
+constexpr bool BitsOfRowAreDisjoint(const FormatRow& row) {
+  return BitsAreDisjoint(row, BitPosition) &&
+         (PackingFlagOf(row) == 0 || BitsAreDisjoint(row, FlaggedBitPosition));
+}
+static_assert(std::all_of(kFormats.begin(), kFormats.end(), BitsOfRowAreDisjoint));
+static_assert(std::all_of(kUntypedFormats.begin(), kUntypedFormats.end(), BitsOfRowAreDisjoint));
 
 }  // namespace FormatWords
 
@@ -209,7 +240,7 @@ constexpr FormatWords::Phrase LayoutInWords(const FormatRow& row) {
       return Phrase(
           {GroupWords(row), ", ", Number(row.depth), "-bit samples without gaps, lowest bits first"});
     case Packing::Pair:
-      return PairWords(row);
+      return PairWords(row, 4, 0);
     case Packing::Word:
       return WordWords(row);
     case Packing::V1Packed:
@@ -217,6 +248,11 @@ constexpr FormatWords::Phrase LayoutInWords(const FormatRow& row) {
           {GroupWords(row), ", low ", Number(row.depth - 8u), " bits of several samples in one byte"});
   }
   return {};
+}
+
+/// The same under the packing flag that acts on the row.
+constexpr FormatWords::Phrase FlaggedLayoutInWords(const FormatRow& row) {
+  return row.packing == Packing::Pair ? FormatWords::PairWords(row, 0, 4) : FormatWords::Csi2Words(row);
 }
 
 }  // namespace ZrConvertersLib

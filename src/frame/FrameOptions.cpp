@@ -1,10 +1,12 @@
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/PixelConverter.h>
 
+#include <algorithm>
 #include <array>
 
 #include "core/MatrixFlags.h"
 #include "core/Patterns.h"
+#include "formats/FormatWords.h"
 
 namespace ZrConvertersLib {
 
@@ -31,7 +33,39 @@ PackingOrder PackingOf(unsigned flags) noexcept {
   return PackingOrder::Type;
 }
 
+unsigned FlagOf(PackingOrder order) noexcept {
+  if (order == PackingOrder::GigEVision) return PixelConverter::FLAG_PACKED_GIGE_VISION;
+  return order == PackingOrder::Csi2 ? PixelConverter::FLAG_PACKED_CSI2 : 0;
+}
+
+constexpr std::size_t kFlaggedFormats = static_cast<std::size_t>(std::count_if(
+    kFormats.begin(), kFormats.end(), [](const FormatRow& row) { return PackingFlagOf(row) != 0; }));
+
+struct FlaggedLayout {
+  long format = 0;
+  FormatWords::Phrase words;
+};
+
+constexpr auto kFlaggedLayouts = [] {
+  std::array<FlaggedLayout, kFlaggedFormats> layouts;
+  std::size_t n = 0;
+  for (const FormatRow& row : kFormats) {
+    if (PackingFlagOf(row) != 0) layouts[n++] = {row.id, FlaggedLayoutInWords(row)};
+  }
+  return layouts;
+}();
+
 }  // namespace
+
+std::string_view PackingLayout(long format, PackingOrder order) noexcept {
+  const FormatRow* row = FindFormat(format);
+  if (row == nullptr) return {};
+  if (order == PackingOrder::Type) return FindFormatInfo(format)->layout;
+  if ((PackingFlagOf(*row) & FlagOf(order)) == 0) return {};
+  const auto found = std::find_if(kFlaggedLayouts.begin(), kFlaggedLayouts.end(),
+                                  [format](const FlaggedLayout& one) { return one.format == format; });
+  return found->words;
+}
 
 std::string_view PatternName(MosaicPattern pattern) noexcept {
   const auto index = static_cast<std::size_t>(pattern);
@@ -48,9 +82,7 @@ void FrameOptions::SetFlags(unsigned flags) noexcept {
 unsigned FrameOptions::GetFlags() const noexcept {
   unsigned flags = PatternFlag(pattern) | MatrixFlag(matrix);
   if (demosaic == Demosaic::Interpolate) flags |= kInterpolate;
-  if (packing == PackingOrder::GigEVision) flags |= PixelConverter::FLAG_PACKED_GIGE_VISION;
-  if (packing == PackingOrder::Csi2) flags |= PixelConverter::FLAG_PACKED_CSI2;
-  return flags;
+  return flags | FlagOf(packing);
 }
 
 }  // namespace ZrConvertersLib
