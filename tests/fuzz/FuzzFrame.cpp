@@ -1,6 +1,7 @@
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/RGBFilter.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -65,6 +66,7 @@ FrameOptions TakeOptions(Input& input, const RGBFilter& filter) {
   if (kind % 16 == 15) options.pattern = static_cast<MosaicPattern>(input.Byte());
   if (kind % 16 == 14) options.demosaic = static_cast<Demosaic>(input.Byte());
   if (kind % 16 == 13) options.matrix = static_cast<ColourMatrix>(input.Byte());
+  if (kind % 16 == 12) options.packing = static_cast<PackingOrder>(input.Byte());
   options.flipVertical = (kind & 16) != 0;
   options.flipHorizontal = (kind & 32) != 0;
   if ((kind & 64) != 0) options.filter = &filter;
@@ -178,6 +180,8 @@ void TryNames(Input& input) {
   FormatChoice choice;
   const bool known = ReadFormat(input.Rest(), choice).IsSuccess();
   Require(known == (FindFormatInfo(choice.id) != nullptr));
+  if (known && choice.flags != 0)
+    Require(FormatCodeOf(choice.id, choice.flags) || V4l2FormatOf(choice.id, choice.flags));
   const FormatCode* code = FindFormatCode(input.Word());
   if (code != nullptr) Require(FormatCodeOf(code->id, code->flags) != nullptr);
 }

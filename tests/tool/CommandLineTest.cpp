@@ -104,6 +104,13 @@ const std::vector<Nonsense> cNonsense{
      "convert in.raw x.raw -f YCbCr601_422_10p -t YCbCr709_422_8 -s 64x19",
      2,
      {"YCbCr709_422_8", "matrix"}},
+    {"PackingOfPlainSamples", cRight + "--packing csi2", 2, {"--packing csi2", "no meaning", "Mono8"}},
+    {"PackingOfOtherFormat",
+     "convert in.raw x.png -f pRAA --packing gige-vision -s 64x32",
+     2,
+     {"gige-vision", "Bayer10p"}},
+    {"UnknownPacking", cRight + "--packing mipi", 2, {"mipi", "csi2"}},
+    {"Csi2OfHalfAGroup", "chart x.raw -f Y10P -s 66x2", 2, {"Mono10p csi2", "multiple of 4", "66"}},
     {"DeepBmp", "convert in.raw x.bmp -f Mono16 -t RGB16 -s 64x24", 2, {".bmp", "RGB16", "8 bits"}},
     {"WidePng", "convert in.raw x.png -f Mono8 -s 1048576x1", 2, {".png", "1000000 pixels a side"}},
     {"SkippedAll", cRight + "--skip 1", 1, {"skipped"}},
@@ -124,14 +131,19 @@ TEST_F(CommandLineTest, HelpAndVersionGoToStandardOutput) {
 
 TEST_F(CommandLineTest, FormatsTellIdSizesLayoutAndCodes) {
   const std::string list = RunWell("formats");
-  for (const char* word : {"Bayer12p", "1031", "0x407", "BayerRG12p 0x010C0059", "YCbCr411_8_CbYYCrYY"}) {
+  for (const char* word : {"Bayer12p", "1031", "0x407", "BayerRG12p 0x010C0059", "YCbCr411_8_CbYYCrYY",
+                           "PFNC (packing gige-vision): Mono12Packed 0x010C0006", "SRGGB10P pRAA",
+                           "Y10 'Y10 '", "packing csi2: 4 pixels in 5 bytes: high 8 bits of each sample"}) {
     EXPECT_NE(list.find(word), std::string::npos) << word;
   }
 }
 
 TEST_F(CommandLineTest, FormatsAsJsonAndAsNames) {
   const std::string json = RunWell("formats --json");
-  EXPECT_NE(json.find("{\"name\": \"BayerRG12p\", \"code\": \"0x010C0059\"}"), std::string::npos);
+  EXPECT_NE(json.find("{\"name\": \"BayerRG12p\", \"code\": \"0x010C0059\", \"packing\": \"type\"}"),
+            std::string::npos);
+  EXPECT_NE(json.find("{\"name\": \"Y10P\", \"fourcc\": \"Y10P\", \"packing\": \"csi2\"}"),
+            std::string::npos);
   Write("formats.json", {json.begin(), json.end()});
   const std::string names = RunWell("formats --names");
   for (const char* name : {"\nBayer12p\n", "\nBayerRG12p\n", "\nYCbCr709_422_8\n", "\nSRGGB10P\n"})
@@ -188,6 +200,37 @@ TEST_F(CommandLineTest, NameAndCodeSettlePattern) {
   RunWell("convert site.raw c.raw -f Bayer12p -s 64x48");
   EXPECT_EQ(Read("a.raw"), Read("b.raw"));
   EXPECT_NE(Read("a.raw"), Read("c.raw"));
+}
+
+TEST_F(CommandLineTest, NamesOfThreeVocabulariesMeanTheSame) {
+  const auto chart = [this](const std::string& words) {
+    RunWell("chart x.raw -s 64x48 " + words);
+    return Read("x.raw");
+  };
+  const auto csi2 = chart("-f Bayer10p -p RGGB --packing csi2");
+  for (const char* name : {"pRAA", "SRGGB10P", "srggb10p", "0x41415270"})
+    EXPECT_EQ(chart(std::string("-f ") + name), csi2) << name;
+  EXPECT_NE(chart("-f pGAA"), chart("-f pgAA"));
+  const auto gigEVision = chart("-f Bayer12Packed -p RGGB --packing gige-vision");
+  EXPECT_EQ(chart("-f BayerRG12Packed"), gigEVision);
+  EXPECT_EQ(chart("-f 0x010C002B"), gigEVision);
+  EXPECT_EQ(chart("-f BayerRG12Packed --packing type"), chart("-f Bayer12Packed -p RGGB"));
+  EXPECT_EQ(chart("-f Mono12Packed"), chart("-f Mono12Packed --packing gige-vision"));
+  EXPECT_NE(chart("-f Mono12Packed"), chart("-f Mono12Packed --packing type"));
+  EXPECT_EQ(chart("-f 'Y10 '"), chart("-f Mono10"));
+  EXPECT_EQ(chart("-f Y10"), chart("-f Mono10"));
+}
+
+// What is left open is told with the option that says it.
+TEST_F(CommandLineTest, NoteTellsWhichOrderOfLowBitsIsAssumed) {
+  Write("in.raw", std::vector<std::uint8_t>(64 * 48 * 3 / 2));
+  EXPECT_NE(Run("convert in.raw x.png -s 64x48 -f Mono12Packed").errors.find("--packing type"),
+            std::string::npos);
+  EXPECT_NE(
+      Run("convert in.raw x.png -s 64x48 -f Bayer12Packed -p RGGB").errors.find("--packing gige-vision"),
+      std::string::npos);
+  EXPECT_EQ(Run("convert in.raw x.png -s 64x48 -f BayerRG12Packed").errors.find("--packing"),
+            std::string::npos);
 }
 
 // The words that begin with a dash in the help of a command.

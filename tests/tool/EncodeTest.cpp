@@ -8,6 +8,7 @@ using namespace zrconvert;
 using ZrConvertersLib::ColourMatrix;
 using ZrConvertersLib::FindFormatInfo;
 using ZrConvertersLib::MosaicPattern;
+using ZrConvertersLib::PackingOrder;
 
 namespace {
 
@@ -38,6 +39,20 @@ TEST(Encode, PackedMonoIsFilledFromTheLowestBit) {
 TEST(Encode, PairsHaveTheFirstLowBitsInTheHighNibble) {
   EXPECT_EQ(Begin("Mono12Packed", 6), (Bytes{0x4C, 0x88, 0x4C, 0x00, 0x0F, 0xFF}));
   EXPECT_EQ(Begin("Mono10Packed", 6), (Bytes{0x4C, 0x22, 0x4C, 0x00, 0x03, 0xFF}));
+}
+
+// Greys 4C8 4C8 000 FFF, 132 132 000 3FF and 1323 1323 0000 3FFF.
+TEST(Encode, PackingsOfCameras) {
+  const EncodeOptions gigEVision{.packing = PackingOrder::GigEVision};
+  EXPECT_EQ(Begin("Mono12Packed", 6, gigEVision), (Bytes{0x4C, 0x88, 0x4C, 0x00, 0xF0, 0xFF}));
+  EXPECT_EQ(Begin("Mono10Packed", 6, gigEVision), (Bytes{0x4C, 0x22, 0x4C, 0x00, 0x30, 0xFF}));
+  const EncodeOptions csi2{.packing = PackingOrder::Csi2};
+  EXPECT_EQ(Begin("Mono10p", 5, csi2), (Bytes{0x4C, 0x4C, 0x00, 0xFF, 0xCA}));
+  EXPECT_EQ(Begin("Mono12p", 6, csi2), (Bytes{0x4C, 0x4C, 0x88, 0x00, 0xFF, 0xF0}));
+  EXPECT_EQ(Begin("Mono14p", 7, csi2), (Bytes{0x4C, 0x4C, 0x00, 0xFF, 0xE3, 0x08, 0xFC}));
+  // Y 326, Cb 361, Cr 960.
+  EXPECT_EQ(Begin("YCbCr422_10p", 5, csi2), (Bytes{81, 90, 81, 240, 0x26}));
+  EXPECT_EQ(Begin("YCbCr422_10p_CbYCrY", 5, csi2), (Bytes{90, 81, 240, 81, 0x89}));
 }
 
 TEST(Encode, ColourInItsOrder) {

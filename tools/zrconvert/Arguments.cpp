@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Error.h"
+#include "FormatNames.h"
 #include "Names.h"
 
 namespace zrconvert {
@@ -111,6 +112,14 @@ zr::Demosaic ReadDemosaic(const std::string& text) {
   return Choose("demosaic method", text,
                 std::to_array<std::pair<std::string_view, zr::Demosaic>>(
                     {{"fast", Fast}, {"interpolate", Interpolate}}));
+}
+
+zr::PackingOrder ReadPacking(const std::string& text) {
+  using enum zr::PackingOrder;
+  return Choose(
+      "packing", text,
+      std::to_array<std::pair<std::string_view, zr::PackingOrder>>(
+          {{PackingName(Type), Type}, {PackingName(GigEVision), GigEVision}, {PackingName(Csi2), Csi2}}));
 }
 
 std::uint64_t ReadCount(const std::string& option, const std::string& text, CountRange range) {

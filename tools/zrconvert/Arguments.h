@@ -20,6 +20,7 @@ ZrConvertersLib::Region ReadRegion(const std::string& text);  // "8,16,320,240"
 ZrConvertersLib::MosaicPattern ReadPattern(const std::string& text);
 ZrConvertersLib::ColourMatrix ReadMatrix(const std::string& text);
 ZrConvertersLib::Demosaic ReadDemosaic(const std::string& text);
+ZrConvertersLib::PackingOrder ReadPacking(const std::string& text);  // a name of PackingName
 
 // These say in their sentence which option it is and what it takes.
 struct CountRange {

@@ -13,7 +13,9 @@ namespace zr = ZrConvertersLib;
 EncodeOptions EncodeOptionsOf(const ChartOptions& options) {
   const zr::FrameOptions colour = ColourOptions(options.format, options.pattern, options.matrix);
   const zr::FrameLayout frame = DescribeOrThrow(*options.format.info, options.size, options.lines);
-  return {colour.pattern, colour.matrix, static_cast<std::size_t>(frame.stride - frame.bytesPerLine)};
+  const zr::PackingOrder packing = PackingFor(options.format, options.size, options.packing);
+  return {colour.pattern, colour.matrix, packing,
+          static_cast<std::size_t>(frame.stride - frame.bytesPerLine)};
 }
 
 }  // namespace

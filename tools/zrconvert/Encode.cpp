@@ -14,6 +14,7 @@ using ZrConvertersLib::FormatFamily;
 using ZrConvertersLib::FormatInfo;
 using ZrConvertersLib::MosaicPattern;
 using ZrConvertersLib::Packing;
+using ZrConvertersLib::PackingOrder;
 using Bytes = std::vector<std::uint8_t>;
 
 // A sample and the number of bits that it takes in its stream.
@@ -166,6 +167,16 @@ void PutPairs(const std::vector<Sample>& samples, unsigned firstLow, unsigned se
   }
 }
 
+// Groups of two samples (of 12 bits) or four: the upper eight bits of each, then the low bits of all.
+void PutHighBitsFirst(const std::vector<Sample>& samples, BitWriter& writer) {
+  const unsigned low = samples.empty() ? 0 : samples.front().depth - 8;
+  const std::size_t together = low == 4 ? 2 : 4;
+  for (std::size_t i = 0; i + together <= samples.size(); i += together) {
+    for (std::size_t k = i; k < i + together; ++k) writer.Put(samples[k].value >> low, 8);
+    for (std::size_t k = i; k < i + together; ++k) writer.Put(samples[k].value & ((1U << low) - 1), low);
+  }
+}
+
 // A pixel in one word, the first sample in its lowest bits; of 16 bits in its highest.
 void PutWords(const std::vector<Sample>& samples, unsigned bits, BitWriter& writer) {
   for (std::size_t i = 0; i + 3 <= samples.size(); i += 3) {
@@ -189,8 +200,7 @@ void PutStream(const std::vector<Sample>& samples, unsigned container, BitWriter
   for (const Sample& sample : samples) writer.Put(sample.value, container);
 }
 
-void PutLine(const std::vector<Sample>& samples, const FormatInfo& format, Bytes& bytes) {
-  BitWriter writer(bytes);
+void PutPacked(const std::vector<Sample>& samples, const FormatInfo& format, BitWriter& writer) {
   switch (format.packing) {
     case Packing::Pair:
       PutPairs(samples, 4, 0, writer);
@@ -206,6 +216,18 @@ void PutLine(const std::vector<Sample>& samples, const FormatInfo& format, Bytes
       break;
     default:
       PutStream(samples, format.sampleBits, writer);
+  }
+}
+
+void PutLine(const std::vector<Sample>& samples, const FormatInfo& format, PackingOrder packing,
+             Bytes& bytes) {
+  BitWriter writer(bytes);
+  if (packing == PackingOrder::GigEVision) {
+    PutPairs(samples, 0, 4, writer);
+  } else if (packing == PackingOrder::Csi2) {
+    PutHighBitsFirst(samples, writer);
+  } else {
+    PutPacked(samples, format, writer);
   }
   writer.Align();
 }
@@ -228,7 +250,7 @@ void PutImage(const Chart& chart, const FormatInfo& format, const Slots& slots, 
               Bytes& bytes) {
   const Sampler sampler(format, options);
   for (unsigned y = 0; y < chart.Height(); ++y) {
-    PutLine(SamplesOfLine(chart, slots, format.widthMultiple, sampler, y), format, bytes);
+    PutLine(SamplesOfLine(chart, slots, format.widthMultiple, sampler, y), format, options.packing, bytes);
     bytes.insert(bytes.end(), options.linePadding, 0);
   }
 }

@@ -14,10 +14,12 @@ namespace zrconvert {
 struct EncodeOptions {
   ZrConvertersLib::MosaicPattern pattern = ZrConvertersLib::MosaicPattern::GRBG;
   ZrConvertersLib::ColourMatrix matrix = ZrConvertersLib::ColourMatrix::Bt601;
+  ZrConvertersLib::PackingOrder packing = ZrConvertersLib::PackingOrder::Type;
   std::size_t linePadding = 0;  // bytes of zeros after every line
 };
 
-// One frame; the chart's width must be a multiple of format.widthMultiple.
+// One frame; the chart's width must be a multiple of format.widthMultiple, under Csi2 of format.groupPixels.
+// The format must have the packing.
 std::vector<std::uint8_t> EncodeFrame(const Chart& chart, const ZrConvertersLib::FormatInfo& format,
                                       const EncodeOptions& options);
 

@@ -58,4 +58,27 @@ std::vector<std::string_view> AllFormatNames() {
   return names;
 }
 
+std::string FourccText(std::uint32_t fourcc) {
+  std::string text;
+  for (unsigned shift = 0; shift < 32; shift += 8) text += static_cast<char>(fourcc >> shift & 0xFFU);
+  return text;
+}
+
+std::string_view PackingName(zr::PackingOrder order) {
+  switch (order) {
+    case zr::PackingOrder::GigEVision:
+      return "gige-vision";
+    case zr::PackingOrder::Csi2:
+      return "csi2";
+    default:
+      return "type";
+  }
+}
+
+zr::PackingOrder PackingOfFlags(unsigned flags) {
+  zr::FrameOptions options;
+  options.SetFlags(flags);
+  return options.packing;
+}
+
 }  // namespace zrconvert

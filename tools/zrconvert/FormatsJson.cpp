@@ -2,9 +2,13 @@
 
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FormatCodes.h>
+#include <ZrConvertersLib/FrameConverter.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 
 #include <cstdio>
 #include <string_view>
+
+#include "FormatNames.h"
 
 namespace zrconvert {
 namespace {
@@ -29,14 +33,43 @@ std::string Truth(bool value) {
   return value ? "true" : "false";
 }
 
+std::string Packing(unsigned flags) {
+  return Member("packing", Quoted(PackingName(PackingOfFlags(flags))));
+}
+
+void Append(std::string& objects, const std::string& members) {
+  objects += (objects.empty() ? "{" : ", {") + members + "}";
+}
+
 std::string CodesOf(const zr::FormatInfo& format) {
   std::string codes;
   for (const zr::FormatCode& code : zr::FormatCodes()) {
     if (code.id != format.id) continue;
-    codes += (codes.empty() ? "{" : ", {") + Member("name", Quoted(code.name)) + ", " +
-             Member("code", Quoted(CodeText(code.code))) + "}";
+    Append(codes, Member("name", Quoted(code.name)) + ", " + Member("code", Quoted(CodeText(code.code))) +
+                      ", " + Packing(code.flags));
   }
   return "[" + codes + "]";
+}
+
+std::string V4l2NamesOf(const zr::FormatInfo& format) {
+  std::string names;
+  for (const zr::V4l2Format& one : zr::V4l2Formats()) {
+    if (one.id != format.id) continue;
+    Append(names, Member("name", Quoted(one.name)) + ", " + Member("fourcc", Quoted(FourccText(one.fourcc))) +
+                      ", " + Packing(one.flags));
+  }
+  return "[" + names + "]";
+}
+
+// The orders that --packing takes for the format.
+std::string PackingsOf(const zr::FormatInfo& format) {
+  std::string packings;
+  for (const auto order : {zr::PackingOrder::Type, zr::PackingOrder::GigEVision, zr::PackingOrder::Csi2}) {
+    const std::string_view layout = zr::PackingLayout(format.id, order);
+    if (layout.empty()) continue;
+    Append(packings, Member("packing", Quoted(PackingName(order))) + ", " + Member("layout", Quoted(layout)));
+  }
+  return "[" + packings + "]";
 }
 
 std::string ObjectOf(const zr::FormatInfo& format) {
@@ -50,7 +83,8 @@ std::string ObjectOf(const zr::FormatInfo& format) {
          Member("widthMultiple", std::to_string(format.widthMultiple)) + ", " +
          Member("isSource", Truth(format.isSource)) + ", " +
          Member("isDestination", Truth(format.isDestination)) + ", " +
-         Member("layout", Quoted(format.layout)) + ", " + Member("pfnc", CodesOf(format)) + "}";
+         Member("layout", Quoted(format.layout)) + ", " + Member("packings", PackingsOf(format)) + ", " +
+         Member("pfnc", CodesOf(format)) + ", " + Member("v4l2", V4l2NamesOf(format)) + "}";
 }
 
 }  // namespace

@@ -9,12 +9,14 @@ namespace {
 
 namespace zr = ZrConvertersLib;
 
+[[noreturn]] void RefuseWidth(const std::string& frames, unsigned multiple, Size size) {
+  throw UsageError(frames + " frames have a width that is a multiple of " + std::to_string(multiple) +
+                   ", not " + std::to_string(size.width));
+}
+
 [[noreturn]] void Refuse(const zr::FormatInfo& format, Size size, ZrUtilsLib::Result result) {
   const std::string name(format.name);
-  if (result.GetCode() == zr::FrameError::WidthNotAllowed) {
-    throw UsageError(name + " frames have a width that is a multiple of " +
-                     std::to_string(format.widthMultiple) + ", not " + std::to_string(size.width));
-  }
+  if (result.GetCode() == zr::FrameError::WidthNotAllowed) RefuseWidth(name, format.widthMultiple, size);
   throw UsageError(ToText(size) + " " + name + ": " + std::string(zr::ResultText(result)));
 }
 
@@ -79,6 +81,18 @@ zr::FrameOptions ColourOptions(const Format& format, const std::optional<zr::Mos
   options.pattern = pattern.value_or(options.pattern);
   options.matrix = matrix.value_or(options.matrix);
   return options;
+}
+
+zr::PackingOrder PackingFor(const Format& format, Size size, const std::optional<zr::PackingOrder>& option) {
+  const zr::FormatInfo& info = *format.info;
+  const zr::PackingOrder order = option.value_or(PackingOfFlags(format.flags));
+  if (zr::PackingLayout(info.id, order).empty()) {
+    throw UsageError("--packing " + std::string(PackingName(order)) + " has no meaning for " +
+                     std::string(info.name));
+  }
+  if (order == zr::PackingOrder::Csi2 && size.width % info.groupPixels != 0)
+    RefuseWidth(std::string(info.name) + " csi2", info.groupPixels, size);
+  return order;
 }
 
 }  // namespace zrconvert

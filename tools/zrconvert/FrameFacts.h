@@ -32,4 +32,10 @@ ZrConvertersLib::FrameOptions ColourOptions(const Format& format,
                                             const std::optional<ZrConvertersLib::MosaicPattern>& pattern,
                                             const std::optional<ZrConvertersLib::ColourMatrix>& matrix);
 
+// The order of packed samples: from the option, else from what the format's word means. The option may say
+// another than the word, for cameras that do not send what they say. Throws UsageError when the format has no
+// such order, and when lines of the width do not fill its groups.
+ZrConvertersLib::PackingOrder PackingFor(const Format& format, Size size,
+                                         const std::optional<ZrConvertersLib::PackingOrder>& option);
+
 }  // namespace zrconvert

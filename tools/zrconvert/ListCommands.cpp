@@ -1,7 +1,9 @@
 // The commands that print lists: formats and pairs.
 #include <ZrConvertersLib/FormatCodes.h>
+#include <ZrConvertersLib/V4l2Formats.h>
 
 #include <cstdio>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,13 +23,40 @@ std::string Direction(const zr::FormatInfo& format) {
   return format.isDestination ? "to" : "-";
 }
 
-void PrintCodes(const zr::FormatInfo& format) {
-  std::string line;
-  for (const zr::FormatCode& code : zr::FormatCodes()) {
-    if (code.id != format.id) continue;
-    line += (line.empty() ? "" : ", ") + std::string(code.name) + " " + CodeText(code.code);
+// One line for a vocabulary's names of a format, with the packing that they mean; all of one format mean the
+// same.
+template <typename Entry>
+void PrintNames(const char* vocabulary, std::span<const Entry> entries, long id,
+                std::string (*codeOf)(const Entry&)) {
+  std::string names;
+  zr::PackingOrder packing{};
+  for (const Entry& entry : entries) {
+    if (entry.id != id) continue;
+    packing = PackingOfFlags(entry.flags);
+    names += (names.empty() ? "" : ", ") + std::string(entry.name) + " " + codeOf(entry);
   }
-  if (!line.empty()) std::printf("    PFNC: %s\n", line.c_str());
+  if (names.empty()) return;
+  const bool isTypes = packing == zr::PackingOrder::Type;
+  const std::string order = isTypes ? "" : " (packing " + std::string(PackingName(packing)) + ")";
+  std::printf("    %s%s: %s\n", vocabulary, order.c_str(), names.c_str());
+}
+
+std::string CodeOf(const zr::FormatCode& code) {
+  return CodeText(code.code);
+}
+
+// In quotes where it ends with a space, as a shell takes it.
+std::string FourccOf(const zr::V4l2Format& format) {
+  const std::string text = FourccText(format.fourcc);
+  return text.back() == ' ' ? "'" + text + "'" : text;
+}
+
+void PrintPackings(const zr::FormatInfo& format) {
+  for (const zr::PackingOrder order : {zr::PackingOrder::GigEVision, zr::PackingOrder::Csi2}) {
+    const std::string layout(zr::PackingLayout(format.id, order));
+    if (layout.empty()) continue;
+    std::printf("    packing %s: %s\n", std::string(PackingName(order)).c_str(), layout.c_str());
+  }
 }
 
 void PrintFormat(const zr::FormatInfo& format) {
@@ -36,7 +65,9 @@ void PrintFormat(const zr::FormatInfo& format) {
               static_cast<unsigned long>(format.id), sizes.bits.c_str(), sizes.bytes.c_str(),
               format.bitsPerPixel, Direction(format).c_str());
   std::printf("    %s\n", std::string(format.layout).c_str());
-  PrintCodes(format);
+  PrintPackings(format);
+  PrintNames("PFNC", zr::FormatCodes(), format.id, CodeOf);
+  PrintNames("V4L2", zr::V4l2Formats(), format.id, FourccOf);
 }
 
 void PrintPair(const zr::FormatInfo& source, long destination) {

@@ -64,6 +64,11 @@ void AddColour(CLI::App& app, Options& options) {
       "format says)");
   AddWord(app, "-m,--matrix", "MATRIX", options.matrix, ReadMatrix,
           "Matrix of YCbCr: 601, 709 (both video range) or jpeg (full range) (601 unless the format says)");
+  AddWord(
+      app, "--packing", "ORDER", options.packing, ReadPacking,
+      "Order of the bits of packed samples: type (as 'zrconvert formats' describes the format), gige-vision "
+      "(formats ..10Packed, ..12Packed) or csi2 (MIPI CSI-2: ..10p, ..12p, ..14p) (type unless the format "
+      "says)");
 }
 
 // One of the numbers of the tone settings; the first one given creates them.
@@ -122,8 +127,10 @@ void AddConvert(CLI::App& app, ConvertOptions& options, const Actions& actions) 
                    "IN... OUT: files of raw frames, then the picture; - is standard "
                    "input or output. frame_%04d.png numbers the frames of a sequence")
       ->required();
-  AddWord(*command, "-f,--format", "FORMAT", options.source, ReadFormat,
-          "Format of the frames: a name of 'zrconvert formats', a PFNC name or a PFNC code (0x010C0059)")
+  AddWord(
+      *command, "-f,--format", "FORMAT", options.source, ReadFormat,
+      "Format of the frames: a name of 'zrconvert formats', a name or code of PFNC (BayerRG12p, 0x010C0059), "
+      "or a name or fourcc of V4L2 (SRGGB10P, pRAA)")
       ->required();
   AddWord(*command, "-s,--size", "WxH", options.size, ReadSize, "Size of a frame in pixels, 640x480")
       ->required();
@@ -164,7 +171,8 @@ void AddInfo(CLI::App& app, InfoOptions& options, const Actions& actions) {
 }
 
 void AddLists(CLI::App& app, FormatsOptions& formats, PairsOptions& pairs, const Actions& actions) {
-  CLI::App* list = app.add_subcommand("formats", "List the formats with their layouts and PFNC codes");
+  CLI::App* list =
+      app.add_subcommand("formats", "List the formats with their layouts and what PFNC and V4L2 call them");
   list->add_flag("--names", formats.namesOnly, "Only the names that -f takes, one a line");
   list->add_flag("--json", formats.json, "As JSON, for programs");
   list->final_callback([&] { actions.formats(formats); });

@@ -22,6 +22,7 @@ struct ConvertOptions {
   Size size;
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  std::optional<ZrConvertersLib::PackingOrder> packing;
   std::optional<ZrConvertersLib::Demosaic> demosaic;
   ZrConvertersLib::Region region;
   bool flipVertical = false;
@@ -46,6 +47,7 @@ struct ChartOptions {
   Size size;
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  std::optional<ZrConvertersLib::PackingOrder> packing;
   LineSpacing lines;
   std::uint64_t frames = 1;
   Existing existing = Existing::Replace;

@@ -33,6 +33,7 @@ Size PictureSize(const ConvertOptions& options) {
 
 zr::FrameOptions FrameOptionsOf(const ConvertOptions& options, zr::RGBFilter& filter) {
   zr::FrameOptions frame = ColourOptions(options.source, options.pattern, options.matrix);
+  frame.packing = PackingFor(options.source, options.size, options.packing);
   frame.demosaic = options.demosaic.value_or(frame.demosaic);
   frame.flipVertical = options.flipVertical;
   frame.flipHorizontal = options.flipHorizontal;
@@ -66,8 +67,19 @@ std::vector<std::string> AssumptionsOf(const ConvertOptions& options, const Plan
   return {};
 }
 
+// Words that leave open which of two orders the camera sends.
+std::vector<std::string> PackingNotes(const ConvertOptions& options, const Plan& plan) {
+  const Format& source = options.source;
+  if (source.settled || options.packing || source.info->packing != zr::Packing::Pair) return {};
+  const bool gigEVision = plan.job.options.packing == zr::PackingOrder::GigEVision;
+  return {gigEVision ? "GigE Vision's order of the low bits is assumed; --packing type says the other"
+                     : "the library's order of the low bits is assumed; GigE Vision cameras send the other, "
+                       "--packing gige-vision"};
+}
+
 std::vector<std::string> NotesOn(const ConvertOptions& options, const Plan& plan, std::uint32_t width) {
   std::vector<std::string> notes = AssumptionsOf(options, plan);
+  for (const std::string& note : PackingNotes(options, plan)) notes.push_back(note);
   const std::string without = TargetWithoutTone(options, plan.container, width);
   if (without != plan.target->name) {
     notes.push_back("tone acts on 8-bit colour: the picture is " + std::string(plan.target->name) +

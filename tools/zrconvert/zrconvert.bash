@@ -3,11 +3,11 @@
 _zrconvert() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
   local -A options=(
-    [convert]='-f --format -s --size -t --to -c --container -p --pattern -m --matrix -d --demosaic -r --region --flip
+    [convert]='-f --format -s --size -t --to -c --container -p --pattern -m --matrix --packing -d --demosaic -r --region --flip
                --flip-vertical --flip-horizontal --src-padding --stride --header-bytes --ignore-rest --no-clobber
                --png-level --black --white-balance --gain --gamma --offset --skip --frames
                -j --threads -q --quiet -h --help'
-    [chart]='-f --format -s --size -p --pattern -m --matrix --padding --stride --frames --no-clobber -h --help'
+    [chart]='-f --format -s --size -p --pattern -m --matrix --packing --padding --stride --frames --no-clobber -h --help'
     [info]='-f --format -s --size -h --help'
     [formats]='--names --json -h --help'
     [pairs]='-h --help'
@@ -30,6 +30,7 @@ _zrconvert() {
     -c | --container) _zrconvert_words 'bmp png pgm ppm pnm raw' ;;
     -p | --pattern) _zrconvert_words 'GRBG GBRG RGGB BGGR RGBG BGRG GRGB GBGR WGWR WBWG WRWG WGWB' ;;
     -m | --matrix) _zrconvert_words '601 709 jpeg' ;;
+    --packing) _zrconvert_words 'type gige-vision csi2' ;;
     -d | --demosaic) _zrconvert_words 'fast interpolate' ;;
     --png-level) _zrconvert_words '0 1 2 3 4 5 6 7 8 9' ;;
     -r | --region | --src-padding | --padding | --stride | --header-bytes | --black | --white-balance | --gain | --gamma | --offset | --skip | \
