@@ -44,5 +44,23 @@ TEST(FormatWords, PlacesSamplesInTheirBytes) {
   EXPECT_EQ(BitPosition(*FindFormat(Ids::BGR565p), 0, 0), 11u);
 }
 
+/// As the public tables of GigE Vision and MIPI CSI-2 have it.
+TEST(FormatWords, PlacesSamplesOfFlaggedPackings) {
+  namespace Ids = PixelTypeIds;
+  constexpr Place kPlaces[] = {
+      {Ids::Mono12Packed, 0, 1, 0, 0, 0}, {Ids::Bayer12Packed, 1, 1, 4, 2, 0},
+      {Ids::Mono10Packed, 1, 1, 4, 2, 0}, {Ids::Bayer10p, 0, 4, 0, 0, 0},
+      {Ids::Mono10p, 3, 4, 6, 3, 0},      {Ids::Mono12p, 1, 2, 4, 1, 0},
+      {Ids::Bayer14p, 1, 4, 6, 1, 0},     {Ids::Mono14p, 3, 6, 2, 3, 0},
+      {Ids::YCbCr422_10p, 2, 4, 4, 2, 0},
+  };
+  for (const Place& place : kPlaces) {
+    const FormatRow& row = *FindFormat(place.format);
+    EXPECT_EQ(FlaggedBitPosition(row, place.sample, 0), place.lowByte * 8 + place.lowBit) << row.name;
+    EXPECT_EQ(FlaggedBitPosition(row, place.sample, row.depth - 8u), place.highByte * 8 + place.highBit)
+        << row.name;
+  }
+}
+
 }  // namespace
 }  // namespace ZrConvertersLib

@@ -60,6 +60,14 @@ std::uint32_t LeastSide(const Case& frame) {
   return family == FormatFamily::BiColor || IsMosaicToColour(frame) ? 2 : 1;
 }
 
+/// CSI-2 has the low bits of a group behind its last sample, so its lines are whole groups.
+std::uint32_t WidthMultiple(const Case& frame) {
+  const FormatInfo& format = *FindFormatInfo(frame.source);
+  const bool csi2 = frame.options.packing == PackingOrder::Csi2;
+  return csi2 && !PackingLayout(frame.source, PackingOrder::Csi2).empty() ? format.groupPixels
+                                                                          : format.widthMultiple;
+}
+
 /// Where the patterns of the source's family begin in MosaicPattern.
 std::uint32_t FirstPattern(long source) {
   const FormatFamily family = FindFormatInfo(source)->family;
@@ -169,7 +177,8 @@ Case CaseOf(long source, long destination, unsigned number) {
   frame.seed = TestSupport::Hash(
       {static_cast<std::uint64_t>(source), static_cast<std::uint64_t>(destination), number});
   TestSupport::Random random(frame.seed);
-  const std::uint32_t multiple = FindFormatInfo(source)->widthMultiple;
+  frame.options.packing = static_cast<PackingOrder>(random.Below(3));
+  const std::uint32_t multiple = WidthMultiple(frame);
   const std::uint32_t least = LeastSide(frame);
   frame.width = std::max((RandomSide(random, false) + multiple - 1) / multiple * multiple, least);
   frame.height = std::max(RandomSide(random, frame.width < 12), least);
