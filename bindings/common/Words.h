@@ -45,6 +45,12 @@ inline constexpr std::array kMatrices{
     Word{"jpeg", ZrConvertersLib::ColourMatrix::Jpeg, "BT.601, full range (JFIF)"},
 };
 
+inline constexpr std::array kPackings{
+    Word{"type", ZrConvertersLib::PackingOrder::Type, "as the format's layout says"},
+    Word{"gige-vision", ZrConvertersLib::PackingOrder::GigEVision, "low bits as in GigE Vision"},
+    Word{"csi2", ZrConvertersLib::PackingOrder::Csi2, "low bits after the samples, as in MIPI CSI-2"},
+};
+
 /// Throws Refusal with all words when the text is none of them.
 template <typename Value, std::size_t kCount>
 Value ValueOf(const std::array<Word<Value>, kCount>& words, std::string_view option, std::string_view text) {

@@ -30,6 +30,7 @@ SourceFrame Conversion::SourceOf(const GstCaps* caps) const {
       ReadSource(caps, settings.sourceFormat, settings.width, settings.height, settings.stride);
   frame.options.pattern = settings.pattern.value_or(frame.options.pattern);
   frame.options.matrix = settings.matrix.value_or(frame.options.matrix);
+  frame.options.packing = settings.packing.value_or(frame.options.packing);
   frame.options.demosaic = settings.demosaic;
   zrbindings::RefuseContradiction(frame.choice, frame.options);
   return frame;

@@ -22,6 +22,7 @@ struct Settings {
   std::uint32_t stride = 0;  ///< 0: as the caps or the format say
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  std::optional<ZrConvertersLib::PackingOrder> packing;
   ZrConvertersLib::Demosaic demosaic = ZrConvertersLib::Demosaic::Fast;
   unsigned threads = 1;
 };

@@ -12,7 +12,17 @@ namespace zr = ZrConvertersLib;
 
 namespace {
 
-enum Id : guint { kSourceFormat = 1, kWidth, kHeight, kStride, kPattern, kDemosaic, kMatrix, kThreads };
+enum Id : guint {
+  kSourceFormat = 1,
+  kWidth,
+  kHeight,
+  kStride,
+  kPattern,
+  kDemosaic,
+  kMatrix,
+  kPacking,
+  kThreads
+};
 
 constexpr gint kAuto = -1;
 
@@ -39,6 +49,15 @@ GType MatrixType() {
     auto values = ValuesOf(zrbindings::kMatrices);
     values.insert(values.begin(), {kAuto, "As caps or source-format say", "auto"});
     return EnumType("ZrConvertMatrix", values);
+  }();
+  return type;
+}
+
+GType PackingType() {
+  static const GType type = [] {
+    auto values = ValuesOf(zrbindings::kPackings);
+    values.insert(values.begin(), {kAuto, "As source-format says", "auto"});
+    return EnumType("ZrConvertPacking", values);
   }();
   return type;
 }
@@ -102,6 +121,7 @@ void InstallProperties(GObjectClass* object) {
   InstallChoice(object, kPattern, "pattern", "How a mosaic begins", PatternType(), kAuto);
   InstallChoice(object, kDemosaic, "demosaic", "How a mosaic becomes colour", DemosaicType(), 0);
   InstallChoice(object, kMatrix, "matrix", "How YCbCr becomes colour", MatrixType(), kAuto);
+  InstallChoice(object, kPacking, "packing", "Order of the low bits in packed samples", PackingType(), kAuto);
   InstallNumber(object, kThreads, "threads", "Threads that share each frame (0: one for each processor)",
                 1024, 1);
 }
@@ -130,6 +150,9 @@ bool WriteProperty(Settings& settings, guint id, const GValue* value) {
       return true;
     case kMatrix:
       settings.matrix = Choice<zr::ColourMatrix>(value);
+      return true;
+    case kPacking:
+      settings.packing = Choice<zr::PackingOrder>(value);
       return true;
     case kThreads:
       settings.threads = g_value_get_uint(value);
@@ -161,6 +184,9 @@ bool ReadProperty(const Settings& settings, guint id, GValue* value) {
       return true;
     case kMatrix:
       g_value_set_enum(value, Number(settings.matrix));
+      return true;
+    case kPacking:
+      g_value_set_enum(value, Number(settings.packing));
       return true;
     case kThreads:
       g_value_set_uint(value, settings.threads);

@@ -22,13 +22,14 @@ namespace zr = ZrConvertersLib;
 
 constexpr const char* kConverterText = R"(Converts frames of one kind; made once and called at frame rate.
 
-Converter(source, destination, width, height, *, pattern=None, demosaic=None, matrix=None, flip_vertical=False,
-          flip_horizontal=False, region=None, threads=1)
+Converter(source, destination, width, height, *, pattern=None, demosaic=None, matrix=None, packing=None,
+          flip_vertical=False, flip_horizontal=False, region=None, threads=1)
 
 source, destination: formats. width, height: size of the frame in pixels.
 pattern: how a mosaic begins, 'RGGB' for instance; as the source's name or code says, else the family's first.
 demosaic: how a mosaic becomes colour, 'fast' (one colour for each tile) or 'interpolate' (from the neighbours).
 matrix: of YCbCr, '601' or '709' (video range) or 'jpeg' (full range); as the source says, else '601'.
+packing: order of the low bits in packed samples, 'type', 'gige-vision' or 'csi2'; as the source says, else 'type'.
 flip_vertical, flip_horizontal: the last line, or column, of the picture comes first.
 region: (x, y, width, height) of the frame to convert, in pixels; width or height 0 reach to the edge.
 threads: threads that share each frame, 0 for one per processor. Pictures do not depend on it.)";

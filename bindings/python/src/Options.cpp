@@ -51,6 +51,11 @@ constexpr std::array kKeywords{
               conversion.options.matrix =
                   zrbindings::ValueOf(zrbindings::kMatrices, name, Cast<std::string>(name, value));
             }},
+    Keyword{"packing",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.packing =
+                  zrbindings::ValueOf(zrbindings::kPackings, name, Cast<std::string>(name, value));
+            }},
     Keyword{"flip_vertical",
             [](const char* name, py::handle value, Conversion& conversion) {
               conversion.options.flipVertical = Cast<bool>(name, value);

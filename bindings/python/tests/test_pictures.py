@@ -50,6 +50,15 @@ def test_formats_have_names_and_codes():
         zr.convert(frame, "BayerRG12p", "RGB8", WIDTH, HEIGHT, pattern="GRBG")
 
 
+def test_the_order_of_packed_bits():
+    frame = noise("Bayer12p", WIDTH, HEIGHT)
+    expected = zr.convert(frame, "SRGGB12P", "RGB16", WIDTH, HEIGHT)
+    by_option = zr.convert(frame, "Bayer12p", "RGB16", WIDTH, HEIGHT, pattern="RGGB", packing="csi2")
+    assert (by_option == expected).all()
+    mono = [zr.convert(frame, "Mono12Packed", "Mono12", WIDTH, HEIGHT, packing=order) for order in ("type", "gige-vision")]
+    assert (mono[0] != mono[1]).any() and (mono[0] >> 4 == mono[1] >> 4).all()
+
+
 def holders(frame):
     memory = mmap.mmap(-1, len(frame))
     memory[:] = frame

@@ -14,6 +14,7 @@ _Pattern = Literal[
 ]
 _Demosaic = Literal["fast", "interpolate"]
 _Matrix = Literal["601", "709", "jpeg"]
+_Packing = Literal["type", "gige-vision", "csi2"]
 _Region = Tuple[int, int, int, int]
 
 class Format:
@@ -72,6 +73,7 @@ class Converter:
         pattern: Optional[_Pattern] = None,
         demosaic: Optional[_Demosaic] = None,
         matrix: Optional[_Matrix] = None,
+        packing: Optional[_Packing] = None,
         flip_vertical: bool = False,
         flip_horizontal: bool = False,
         region: Optional[_Region] = None,
@@ -115,6 +117,7 @@ def convert(
     pattern: Optional[_Pattern] = None,
     demosaic: Optional[_Demosaic] = None,
     matrix: Optional[_Matrix] = None,
+    packing: Optional[_Packing] = None,
     flip_vertical: bool = False,
     flip_horizontal: bool = False,
     region: Optional[_Region] = None,
@@ -133,6 +136,7 @@ def convert(
     pattern: Optional[_Pattern] = None,
     demosaic: Optional[_Demosaic] = None,
     matrix: Optional[_Matrix] = None,
+    packing: Optional[_Packing] = None,
     flip_vertical: bool = False,
     flip_horizontal: bool = False,
     region: Optional[_Region] = None,
