@@ -130,7 +130,8 @@ std::vector<std::string> SamplesOfPair(const Site& site) {
   const std::vector<long> ids = zr::DestinationsOf(site.format.id);
   const auto unpacked = std::find_if(ids.begin(), ids.end(), [&](long id) {
     const zr::FormatInfo* const info = zr::FindFormatInfo(id);
-    return grey ? id == zr::PixelTypeIds::Mono16 : info->family == site.format.family && info->sampleBits == 16;
+    return grey ? id == zr::PixelTypeIds::Mono16
+                : info->family == site.format.family && info->sampleBits == 16;
   });
   if (unpacked == ids.end()) return {};
   const Geometry& shape = site.frame.Shape();

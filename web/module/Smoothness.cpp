@@ -91,8 +91,8 @@ std::optional<Band> BandOf(const Geometry& geometry, const std::vector<std::uint
                            zr::FrameOptions options, std::uint32_t first) {
   options.region = {0, first, geometry.width, cBandLines};
   zr::FrameConverter converter;
-  const auto configured = converter.Configure(geometry.format, zr::PixelTypeIds::RGB16, geometry.width,
-                                              geometry.height, options);
+  const auto configured =
+      converter.Configure(geometry.format, zr::PixelTypeIds::RGB16, geometry.width, geometry.height, options);
   if (!configured.IsSuccess()) return std::nullopt;
   Band band(geometry.width, cBandLines);
   if (!converter.Convert(ViewOf(geometry, bytes), band.View()).IsSuccess()) return std::nullopt;
@@ -107,7 +107,8 @@ double RoughnessOf(const Sums& sums) {
 }
 
 // How far apart what the pattern takes for red and blue is, which is little where it is green.
-double DifferenceOf(const Geometry& geometry, const std::vector<std::uint8_t>& bytes, zr::MosaicPattern pattern) {
+double DifferenceOf(const Geometry& geometry, const std::vector<std::uint8_t>& bytes,
+                    zr::MosaicPattern pattern) {
   zr::FrameOptions options;
   options.pattern = pattern;
   double difference = 0;

@@ -13,8 +13,9 @@ namespace page {
 // where nothing can be said.
 double Roughness(const Geometry& geometry, const std::vector<std::uint8_t>& bytes);
 
-// Which of a Bayer mosaic's diagonals is green, told as a pattern: the two sites that differ less. Red and blue
-// cannot be told apart. The bytes hold the whole frame.
-ZrConvertersLib::MosaicPattern PatternByGreens(const Geometry& geometry, const std::vector<std::uint8_t>& bytes);
+// Which of a Bayer mosaic's diagonals is green, told as a pattern: the two sites that differ less. Red and
+// blue cannot be told apart. The bytes hold the whole frame.
+ZrConvertersLib::MosaicPattern PatternByGreens(const Geometry& geometry,
+                                               const std::vector<std::uint8_t>& bytes);
 
 }  // namespace page
