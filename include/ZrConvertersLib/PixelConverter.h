@@ -35,10 +35,10 @@ class ZR_EXPORT PixelConverter {
   static constexpr std::uint32_t FLAG_BAYER_RGGB = 0x40;
   static constexpr std::uint32_t FLAG_BAYER_BGGR = 0x80;
   /// @}
-  /// Interpolate Bayer colours from 3x3 sites instead of taking one colour per 2x2 tile.
+  /// Interpolate the colours of Bayer and SCF1 mosaics instead of taking one colour per tile.
   static constexpr std::uint32_t FLAG_BAYER_INTERPOLATE = 0x100;
 
-  /// @name BiColor mosaics
+  /// @name BiColor mosaics: interpolation, and the pattern (without any of its bits RGBG)
   /// @{
   static constexpr std::uint32_t FLAG_BICOLOR_INTERPOLATE = 0x200;
   static constexpr std::uint32_t FLAG_BICOLOR_RGBG = 0x1000;
@@ -84,7 +84,7 @@ class ZR_EXPORT PixelConverter {
   static constexpr std::uint32_t FLAG_BAND_LAST = 0x04000000;
   /// @}
 
-  /// @name Sparse colour filter mosaics (SCF1)
+  /// @name Pattern of sparse colour filter mosaics (SCF1); without any of these bits WGWR
   /// @{
   static constexpr std::uint32_t FLAG_SCF_WGWR = 0x10000000;
   static constexpr std::uint32_t FLAG_SCF_WBWG = 0x20000000;
