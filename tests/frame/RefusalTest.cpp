@@ -67,7 +67,6 @@ INSTANTIATE_TEST_SUITE_P(
         Setup{"UnknownDestination", FrameError::UnknownFormat, Ids::Mono8, -1},
         Setup{"FreeId", FrameError::UnknownFormat, 293},
         Setup{"NoPair", FrameError::NoConverter, Ids::Mono8, Ids::YCbCr422_8},
-        Setup{"SourceWithoutConverters", FrameError::NoConverter, Ids::SCF18, Ids::RGB8},
         Setup{"NoWidth", FrameError::ZeroSize, Ids::Mono8, Ids::RGB8, 0, 4},
         Setup{"NoHeight", FrameError::ZeroSize, Ids::Mono8, Ids::RGB8, 8, 0},
         Setup{"OddWidthOf422", FrameError::WidthNotAllowed, Ids::YCbCr422_8, Ids::RGB8, 7, 4},
