@@ -91,19 +91,6 @@ TEST_F(Allocation, HappensOnceForTheLock) {
   EXPECT_EQ(after, before);
 }
 
-/// A buffer that is just large enough is used as it is.
-TEST_F(Allocation, HappensNotForALargeEnoughBuffer) {
-  PixelConverter stage(-20, -21, 1, 2, 1, 1, false);
-  const ComplexConverter chain(&stage, &stage);
-  ZrTest::Pipeline pipeline((10 + 4) * 16 * 2);
-  sAllocations.left = 0;
-  for (const std::uint32_t flags : {0u, PixelConverter::FLAG_BAND_MIDDLE}) {
-    EXPECT_NO_THROW(chain.Convert(nullptr, 16, 10, nullptr, 16, 10, 16, 10, flags, 0, &pipeline.buffer,
-                                  &pipeline.size, 0, false, nullptr));
-  }
-  Recover();
-}
-
 TEST_F(Allocation, MissingForTheBufferOfAChain) {
   PixelConverter stage(-10, -11, 1, 1, 1, 1, false);
   const ComplexConverter chain(&stage, &stage);

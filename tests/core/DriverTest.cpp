@@ -235,21 +235,6 @@ TEST(Driver, AsksTheConverterForItsSizes) {
   EXPECT_EQ(converter.calls[1].context.mLine, 2u);
 }
 
-TEST(Driver, FlagsHaveTheirValues) {
-  const std::vector<std::pair<std::uint32_t, std::uint32_t>> flags{
-      {PixelConverter::FLAG_BAYER_GRBG, 0x10},         {PixelConverter::FLAG_BAYER_GBRG, 0x20},
-      {PixelConverter::FLAG_BAYER_RGGB, 0x40},         {PixelConverter::FLAG_BAYER_BGGR, 0x80},
-      {PixelConverter::FLAG_BAYER_INTERPOLATE, 0x100}, {PixelConverter::FLAG_BICOLOR_INTERPOLATE, 0x200},
-      {PixelConverter::FLAG_BICOLOR_RGBG, 0x1000},     {PixelConverter::FLAG_BICOLOR_BGRG, 0x2000},
-      {PixelConverter::FLAG_BICOLOR_GRGB, 0x4000},     {PixelConverter::FLAG_BICOLOR_GBGR, 0x8000},
-      {PixelConverter::FLAG_YCBCR_JPG, 0x10000},       {PixelConverter::FLAG_YCBCR_709, 0x40000},
-      {PixelConverter::FLAG_BAND_FIRST, 0x01000000},   {PixelConverter::FLAG_BAND_MIDDLE, 0x02000000},
-      {PixelConverter::FLAG_BAND_LAST, 0x04000000},    {PixelConverter::FLAG_SCF_WGWR, 0x10000000},
-      {PixelConverter::FLAG_SCF_WBWG, 0x20000000},     {PixelConverter::FLAG_SCF_WRWG, 0x40000000},
-      {PixelConverter::FLAG_SCF_WGWB, 0x80000000}};
-  for (const auto& [flag, value] : flags) EXPECT_EQ(flag, value);
-}
-
 TEST(Registration, HappensOnlyWhenAskedForAndOnlyOnce) {
   static const PixelConverter silent(-2000, -2001, 1, 1, 1, 1, false);
   EXPECT_FALSE(PixelTypeFactory::HasConverter(-2000, -2001));

@@ -5,11 +5,6 @@
 #include <ZrConvertersLib/PixelTypeFactory.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <barrier>
-#include <thread>
-#include <vector>
-
 namespace ZrConvertersLib {
 namespace {
 
@@ -68,39 +63,6 @@ TEST_F(RegistryStart, DeletesOwnedConvertersOnly) {
   EXPECT_EQ(alive, 2);
   TakeDown();
   EXPECT_EQ(alive, 1);
-}
-
-/// Threads whose first calls meet: one registry and one lock must come of it, and nothing be lost. Two
-/// threads spin, so that they do meet; a lock that is made twice shows as a leak or a race under the
-/// sanitizers.
-TEST_F(RegistryStart, MeetsFirstCallsFromSeveralThreads) {
-  constexpr int kThreads = 2;
-  constexpr int kRounds = 3000;
-  static const PixelConverter converter(5, 6, 1, 1, 1, 1, false);
-  std::atomic<int> stored = 0;
-  std::atomic<int> arrived = 0;
-  std::barrier down(kThreads, []() noexcept { TakeDown(); });
-  std::barrier end(kThreads);
-  std::vector<std::thread> threads;
-  for (int i = 0; i < kThreads; ++i) {
-    threads.emplace_back([&, i] {
-      for (int round = 1; round <= kRounds; ++round) {
-        down.arrive_and_wait();
-        ++arrived;
-        for (int spins = 0; arrived < round * kThreads; ++spins) {
-          if (spins > 10000) std::this_thread::yield();
-        }
-        const PixelType type(i, 1, 1, false);
-        stored += PixelTypeFactory::RegisterPixelType(i, &type, nullptr).IsSuccess();
-        stored += PixelTypeFactory::RegisterPixelConverter(7, 8, &converter).IsSuccess();
-        end.arrive_and_wait();
-        for (int k = 0; k < kThreads; ++k) EXPECT_TRUE(PixelTypeFactory::HasPixelType(k));
-        EXPECT_EQ(PixelTypeFactory::GetConverter(7, 8), &converter);
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(stored, kRounds * (kThreads + 1));
 }
 
 }  // namespace

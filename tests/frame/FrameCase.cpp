@@ -7,10 +7,10 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "matrix/Cases.h"
 #include "matrix/Filters.h"
 #include "model/Converter.h"
 #include "support/Pattern.h"
-#include "support/Random.h"
 
 namespace FrameTest {
 
@@ -68,13 +68,6 @@ std::uint32_t WidthMultiple(const Case& frame) {
                                                                           : format.widthMultiple;
 }
 
-/// Where the patterns of the source's family begin in MosaicPattern.
-std::uint32_t FirstPattern(long source) {
-  const FormatFamily family = FindFormatInfo(source)->family;
-  if (family == FormatFamily::BiColor) return static_cast<std::uint32_t>(MosaicPattern::RGBG);
-  return family == FormatFamily::Scf1 ? static_cast<std::uint32_t>(MosaicPattern::WGWR) : 0;
-}
-
 std::uint32_t RandomSide(TestSupport::Random& random, bool tall) {
   switch (random.Below(8)) {
     case 0:
@@ -93,11 +86,6 @@ void RandomPart(TestSupport::Random& random, std::uint32_t side, std::uint32_t m
   start = random.Below(side) / multiple * multiple;
   if (random.Below(4) == 0) return;
   count = (1 + random.Below(side - start) + multiple - 1) / multiple * multiple;
-}
-
-TestSupport::Placement RandomPlace(TestSupport::Random& random) {
-  using At = TestSupport::Placement::At;
-  return {random.OneOf({At::End, At::Begin, At::Middle}), random.Below(64)};
 }
 
 /// The model's picture of the whole, unflipped frame.
@@ -177,28 +165,25 @@ Case CaseOf(long source, long destination, unsigned number) {
   frame.seed = TestSupport::Hash(
       {static_cast<std::uint64_t>(source), static_cast<std::uint64_t>(destination), number});
   TestSupport::Random random(frame.seed);
-  frame.options.packing = static_cast<PackingOrder>(random.Below(3));
-  const std::uint32_t multiple = WidthMultiple(frame);
-  const std::uint32_t least = LeastSide(frame);
-  frame.width = std::max((RandomSide(random, false) + multiple - 1) / multiple * multiple, least);
-  frame.height = std::max(RandomSide(random, frame.width < 12), least);
-
   FrameOptions& options = frame.options;
-  options.pattern = static_cast<MosaicPattern>(FirstPattern(source) + random.Below(4));
-  options.demosaic = static_cast<Demosaic>(random.Below(2));
-  options.matrix = static_cast<ColourMatrix>(random.Below(3));
+  options.SetFlags(Matrix::DrawFlags(Model::FindPair(source, destination).value(), random));
   options.flipVertical = random.Below(3) == 0;
   options.flipHorizontal = random.Below(4) == 0;
+
+  const std::uint32_t multiple = WidthMultiple(frame);
+  const std::uint32_t least = LeastSide(frame);
+  frame.width = (std::max(RandomSide(random, false), least) + multiple - 1) / multiple * multiple;
+  frame.height = std::max(RandomSide(random, frame.width < 12), least);
   const std::uint32_t together = FindFormatInfo(destination)->widthMultiple;
   RandomPart(random, frame.width, together, options.region.x, options.region.width);
   RandomPart(random, frame.height, 1, options.region.y, options.region.height);
   frame.filter = random.Below(Matrix::kFilters);
   options.filter = Matrix::GetFilter(frame.filter).object.get();
 
-  frame.sourcePadding = random.OneOf({0u, 0u, 1u, 7u, 64u});
-  frame.destinationPadding = random.OneOf({0u, 0u, 1u, 5u, 64u});
-  frame.sourcePlace = RandomPlace(random);
-  frame.destinationPlace = RandomPlace(random);
+  frame.sourcePadding = Matrix::DrawPadding(random);
+  frame.destinationPadding = Matrix::DrawPadding(random);
+  frame.sourcePlace = Matrix::DrawPlacement(random);
+  frame.destinationPlace = Matrix::DrawPlacement(random);
   return frame;
 }
 

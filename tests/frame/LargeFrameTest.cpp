@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "support/GuardedBuffer.h"
 #include "support/Pattern.h"
 
 // Frames whose steps or intermediate images do not fit one raw call.
@@ -22,34 +23,13 @@ namespace Ids = PixelTypeIds;
 
 constexpr std::size_t kLongestStride = std::size_t{1} << 29;
 
-/// Address space that takes memory only where it is touched.
-class SparseMemory {
- public:
-  explicit SparseMemory(std::size_t size) : mSize(size) {
-    void* memory =
-        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory == MAP_FAILED) throw std::bad_alloc();
-    mBytes = static_cast<std::uint8_t*>(memory);
-  }
-  ~SparseMemory() { munmap(mBytes, mSize); }
-  SparseMemory(const SparseMemory&) = delete;
-  SparseMemory& operator=(const SparseMemory&) = delete;
-
-  std::uint8_t* Data() { return mBytes; }
-  std::size_t Size() const { return mSize; }
-
- private:
-  std::size_t mSize;
-  std::uint8_t* mBytes;
-};
-
 /// Address space of which every 64 MiB are the same memory: for results that nobody could hold.
 class FoldedMemory {
  public:
   explicit FoldedMemory(std::size_t size) : mSpace(size), mFile(memfd_create("folded", 0)) {
     if (mFile < 0 || ftruncate(mFile, kPart) != 0) throw std::bad_alloc();
     for (std::size_t at = 0; at < size; at += kPart) {
-      if (mmap(mSpace.Data() + at, std::min(kPart, size - at), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED,
+      if (mmap(All().data() + at, std::min(kPart, size - at), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED,
                mFile, 0) == MAP_FAILED)
         throw std::bad_alloc();
     }
@@ -58,13 +38,12 @@ class FoldedMemory {
   FoldedMemory(const FoldedMemory&) = delete;
   FoldedMemory& operator=(const FoldedMemory&) = delete;
 
-  std::uint8_t* Data() { return mSpace.Data(); }
-  std::size_t Size() const { return mSpace.Size(); }
+  std::span<std::uint8_t> All() { return mSpace.All(); }
 
  private:
   static constexpr std::size_t kPart = std::size_t{1} << 26;
 
-  SparseMemory mSpace;
+  TestSupport::GuardedBuffer mSpace;
   int mFile;
 };
 
@@ -100,17 +79,18 @@ TEST_P(LongestStrideTest, GivesThePictureOfATightFrame) {
       converter.Convert(SourceView::Of(frame, kWidth, kHeight), DestinationView::Of(picture, kWidth, kHeight))
           .IsSuccess());
 
-  SparseMemory wideFrame(kLongestStride * kHeight);
-  SparseMemory widePicture(kLongestStride * kHeight * out.planes);
+  TestSupport::GuardedBuffer frameMemory(kLongestStride * kHeight);
+  TestSupport::GuardedBuffer pictureMemory(kLongestStride * kHeight * out.planes);
+  const auto wideFrame = frameMemory.All(), widePicture = pictureMemory.All();
   for (std::size_t y = 0; y < kHeight; ++y) {
-    std::memcpy(wideFrame.Data() + y * kLongestStride, frame.data() + y * in.stride, in.stride);
+    std::memcpy(wideFrame.data() + y * kLongestStride, frame.data() + y * in.stride, in.stride);
   }
   ASSERT_TRUE(converter
-                  .Convert({wideFrame.Data(), wideFrame.Size(), kLongestStride, kWidth, kHeight},
-                           {widePicture.Data(), widePicture.Size(), kLongestStride, kWidth, kHeight})
+                  .Convert({wideFrame.data(), wideFrame.size(), kLongestStride, kWidth, kHeight},
+                           {widePicture.data(), widePicture.size(), kLongestStride, kWidth, kHeight})
                   .IsSuccess());
   for (std::size_t line = 0; line < std::size_t{kHeight} * out.planes; ++line) {
-    ASSERT_EQ(std::memcmp(widePicture.Data() + line * kLongestStride, picture.data() + line * out.stride,
+    ASSERT_EQ(std::memcmp(widePicture.data() + line * kLongestStride, picture.data() + line * out.stride,
                           out.stride),
               0)
         << "line " << line;
@@ -158,15 +138,15 @@ TEST(LargeFrameTest, AMosaicOfTheLongestLines) {
   options.demosaic = Demosaic::Interpolate;
   FrameConverter converter;
   ASSERT_TRUE(converter.Configure(Ids::Bayer8, Ids::RGB8_Planar, kWidth, 4, options).IsSuccess());
-  SparseMemory frame(converter.SourceLayout().frameBytes);
-  FoldedMemory picture(converter.DestinationLayout().frameBytes);
-  std::memset(picture.Data(), 0x55, 4096);
+  TestSupport::GuardedBuffer frameMemory(converter.SourceLayout().frameBytes);
+  FoldedMemory pictureMemory(converter.DestinationLayout().frameBytes);
+  const auto frame = frameMemory.All(), picture = pictureMemory.All();
+  std::memset(picture.data(), 0x55, 4096);
   ASSERT_TRUE(converter
-                  .ConvertLines(1, 1, {frame.Data(), frame.Size(), 0, kWidth, 4},
-                                {picture.Data(), picture.Size(), 0, kWidth, 4})
+                  .ConvertLines(1, 1, {frame.data(), frame.size(), 0, kWidth, 4},
+                                {picture.data(), picture.size(), 0, kWidth, 4})
                   .IsSuccess());
-  EXPECT_TRUE(
-      std::all_of(picture.Data(), picture.Data() + 4096, [](std::uint8_t byte) { return byte == 0; }));
+  EXPECT_TRUE(std::ranges::all_of(picture.first(4096), [](std::uint8_t byte) { return byte == 0; }));
 }
 
 /// Lines that pass through the converter's buffers piece by piece.

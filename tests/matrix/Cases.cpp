@@ -11,7 +11,6 @@
 #include "model/Demosaic.h"
 #include "model/Readers.h"
 #include "model/Scf1.h"
-#include "support/Random.h"
 #include "support/Thinning.h"
 
 namespace Matrix {
@@ -88,16 +87,6 @@ unsigned Flags(const Model::Pair& pair, Random& random) {
   return own.drawn | (others & ~own.mask) | BorderBits(random) | PackingFlags(random);
 }
 
-/// Odd ones put 16-bit words at odd addresses.
-unsigned Padding(Random& random) {
-  return random.OneOf({0u, 0u, 0u, 1u, 2u, 3u, 5u, 16u, 33u, 64u});
-}
-
-Placement Place(Random& random) {
-  using enum Placement::At;
-  return {random.OneOf({End, End, Begin, Middle}), random.Below(64)};
-}
-
 /// Of tiles of 4x4: heights of several, and images that are higher than what is converted. An image with real
 /// lines below it is a band of a frame, which has whole tiles.
 void DrawHeightsOfTiles(Model::Call& call, Random& random) {
@@ -120,8 +109,8 @@ Model::Call RandomCall(const Model::Pair& pair, std::uint32_t width, Random& ran
   call.destinationHeight = random.OneOf(
       {call.height, call.height, call.height, call.height, call.height + 1, call.height / 2, 1u});
   call.flags = Flags(pair, random);
-  call.sourcePadding = Padding(random);
-  call.destinationPadding = Padding(random);
+  call.sourcePadding = DrawPadding(random);
+  call.destinationPadding = DrawPadding(random);
   call.flip = random.Below(3) == 0;
   if (MeaningOf(pair) == Model::Meaning::Scf1) DrawHeightsOfTiles(call, random);
   return call;
@@ -137,8 +126,8 @@ Case RandomCase(const Model::Pair& pair, std::uint32_t width, std::uint64_t seed
   using enum TestSupport::Content;
   conversion.content = random.OneOf({Noise, Noise, Noise, Noise, Zeros, Ones, Ramp, Extremes});
   conversion.seed = random.Next();
-  conversion.source = Place(random);
-  conversion.destination = Place(random);
+  conversion.source = DrawPlacement(random);
+  conversion.destination = DrawPlacement(random);
   using enum Between;
   conversion.between = random.OneOf({Library, Library, Caller, CallerTooSmall});
   conversion.streaming = random.Below(3) == 0;
@@ -196,6 +185,19 @@ std::vector<Case> LargeCases(const Model::Pair& pair, std::uint64_t seed) {
 }
 
 }  // namespace
+
+unsigned DrawFlags(const Model::Pair& pair, Random& random) {
+  return DrawFamilyFlags(pair, random).drawn | PackingFlags(random);
+}
+
+unsigned DrawPadding(Random& random) {
+  return random.OneOf({0u, 0u, 0u, 1u, 2u, 3u, 5u, 16u, 33u, 64u});
+}
+
+Placement DrawPlacement(Random& random) {
+  using enum Placement::At;
+  return {random.OneOf({End, End, Begin, Middle}), random.Below(64)};
+}
 
 std::string Describe(const Case& conversion) {
   const Model::Call& call = conversion.call;

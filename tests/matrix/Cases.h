@@ -7,6 +7,7 @@
 #include "model/Converter.h"
 #include "support/GuardedBuffer.h"
 #include "support/Pattern.h"
+#include "support/Random.h"
 
 namespace Matrix {
 
@@ -30,6 +31,12 @@ std::string Describe(const Case& conversion);
 
 /// Lines of a frame of `width` x `height` without paddings or flags, both images ending at unmapped pages.
 Case PlainCase(std::uint32_t width, std::uint32_t height);
+
+/// What every kind of case draws: flags of the source's family and of packings, the padding of lines (odd
+/// ones put 16-bit words at odd addresses), a place in memory.
+unsigned DrawFlags(const Model::Pair& pair, TestSupport::Random& random);
+unsigned DrawPadding(TestSupport::Random& random);
+TestSupport::Placement DrawPlacement(TestSupport::Random& random);
 
 /// The cases a pair is tested with: every width of interest several times, each time with other heights,
 /// flags, paddings, fillings and places in memory, and a few larger frames. The same for the same pair in

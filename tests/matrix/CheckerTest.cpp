@@ -89,10 +89,12 @@ TEST_F(CheckerTest, CrashesBeyondTheUnmappedPages) {
   EXPECT_DEATH(FindFault(Fault::ReadsAfter), "crashed in 512 to 512: 21x3");
   EXPECT_DEATH(FindFault(Fault::WritesAfter), "crashed in 512 to 512: 21x3");
   EXPECT_EQ(FindFault(Fault::ReadsBefore), "");
+  EXPECT_NE(FindFault(Fault::WritesBefore).find("at -1"), std::string::npos);
   PlaceAt(TestSupport::Placement::At::Begin);
   EXPECT_DEATH(FindFault(Fault::ReadsBefore), "crashed in 512 to 512: 21x3");
   EXPECT_DEATH(FindFault(Fault::WritesBefore), "crashed in 512 to 512: 21x3");
   EXPECT_EQ(FindFault(Fault::ReadsAfter), "");
+  EXPECT_NE(FindFault(Fault::WritesAfter).find("at 69"), std::string::npos);
 }
 
 }  // namespace

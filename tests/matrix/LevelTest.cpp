@@ -145,6 +145,6 @@ TEST_P(LevelTest, ForcedLevelIsTheOneThatRuns) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Families, LevelTest, testing::Values(512, 523, 259, 768, 1024));
+INSTANTIATE_TEST_SUITE_P(Families, LevelTest, testing::Values(512, 523, 259, 768, 1024, 1280, 1536));
 
 }  // namespace

@@ -35,6 +35,10 @@ class GuardedBuffer {
   /// Copies `image` to its place, surrounds it with canaries and returns it there.
   std::span<std::uint8_t> Place(std::span<const std::uint8_t> image, Placement placement);
 
+  /// All of it, zeros at first: for images too large to be copied to their place. It begins with a page and
+  /// ends with one, so it may be a little longer than asked for.
+  std::span<std::uint8_t> All() const { return mUsable; }
+
   /// Offset of the first changed canary from the image's first byte: negative before the image.
   std::optional<std::ptrdiff_t> FirstDamage() const;
 
