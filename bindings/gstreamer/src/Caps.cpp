@@ -197,7 +197,9 @@ SourceFrame ReadSource(const GstCaps* caps, const std::string& word, std::uint32
     ReadBayer(structure, frame);
   else
     ReadRaw(caps, frame);
-  if (!frame.format) Require(zr::FrameError::UnknownFormat, "caps without source-format");
+  if (!frame.format)
+    throw Refusal("caps without source-format: " +
+                  std::string(zr::ResultText(zr::FrameError::UnknownFormat)));
   if (bayer && word.empty()) RoundStrideOfBayer(frame);
   if (stride > 0) frame.stride = stride;
   return frame;
