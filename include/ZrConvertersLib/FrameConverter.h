@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZrConvertersLib/Development.h>
 #include <ZrConvertersLib/Export.h>
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FrameErrors.h>
@@ -54,8 +55,11 @@ ZR_EXPORT std::string_view PatternName(MosaicPattern pattern) noexcept;
 
 /// How a mosaic becomes colour.
 enum class Demosaic : std::uint8_t {
-  Fast,        ///< one colour for each tile: 2 x 2 pixels of Bayer, 2 x 1 of BiColor, 4 x 4 of SCF1
-  Interpolate  ///< every pixel from its neighbours
+  Fast,         ///< one colour for each tile: 2 x 2 pixels of Bayer, 2 x 1 of BiColor, 4 x 4 of SCF1
+  Interpolate,  ///< every pixel from its neighbours
+  /// Along the direction that changes less, at full depth. Of Bayer sources only: the others are
+  /// interpolated.
+  Directional
 };
 
 /// How luma and chroma become colour.
@@ -95,13 +99,17 @@ struct FrameOptions {
   bool flipVertical = false;    ///< the picture's last line comes first
   bool flipHorizontal = false;  ///< the picture's last column comes first
   Region region;  ///< the part of the source to convert: exactly that rectangle of the whole frame's picture
+  const Development* development =
+      nullptr;  ///< levels, gains, matrix and curve at full depth; null: none. Read by Configure only
+  bool fullDepth = false;  ///< YCbCr sources of 10 and 12 bits keep their depth; else they are cut to 8 bits
 
   /// Sets pattern, demosaic, matrix and packing as PixelConverter::Convert reads them from its flags (no
   /// pattern bit: GRBG; of several, the highest; no matrix bit: BT.601; both packing bits: CSI-2). Takes the
   /// flags of a FormatCode or V4l2Format as well.
   ZR_EXPORT void SetFlags(unsigned flags) noexcept;
 
-  /// The flags of PixelConverter::Convert for pattern, demosaic, matrix and packing.
+  /// The flags of PixelConverter::Convert for pattern, demosaic, matrix and packing. The raw call has no
+  /// directional demosaic; its flags are those of the interpolating one.
   ZR_EXPORT unsigned GetFlags() const noexcept;
 };
 
@@ -164,7 +172,7 @@ class ZR_EXPORT FrameConverter {
   ///
   /// @return success or UnknownFormat, NoConverter, ZeroSize, WidthNotAllowed, FrameTooSmall,
   ///         FrameTooLarge, InvalidPattern, InvalidDemosaic, InvalidMatrix, InvalidPacking, RegionOutside,
-  ///         RegionNotAllowed, OutOfMemory; without success the object stays as it was
+  ///         RegionNotAllowed, InvalidTone, OutOfMemory; without success the object stays as it was
   ZrUtilsLib::Result Configure(long source, long destination, std::uint32_t width, std::uint32_t height,
                                const FrameOptions& options = {});
 

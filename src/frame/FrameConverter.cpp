@@ -3,19 +3,16 @@
 #include <new>
 #include <utility>
 
-#include "frame/BandConversion.h"
 #include "frame/FramePlan.h"
-#include "frame/FrameScratch.h"
+#include "frame/FrameRoute.h"
 
 namespace ZrConvertersLib {
 
 using ZrUtilsLib::Result;
 
 struct FrameConverter::State {
-  explicit State(const FramePlan& settled) : plan(settled), scratch(settled) {}
-
   FramePlan plan;
-  FrameScratch scratch;
+  FrameRoute route;
 };
 
 namespace {
@@ -72,15 +69,15 @@ FrameConverter& FrameConverter::operator=(FrameConverter&&) noexcept = default;
 
 Result FrameConverter::Configure(long source, long destination, std::uint32_t width, std::uint32_t height,
                                  const FrameOptions& options) {
-  FramePlan plan;
-  const Result result = MakeFramePlan(source, destination, width, height, options, plan);
-  if (!result.IsSuccess()) return result;
   try {
-    mState = std::make_unique<State>(plan);
+    auto state = std::make_unique<State>();
+    Result result = MakeFramePlan(source, destination, width, height, options, state->plan);
+    if (result.IsSuccess()) result = state->route.Take(state->plan, options);
+    if (result.IsSuccess()) mState = std::move(state);
+    return result;
   } catch (const std::bad_alloc&) {
     return FrameError::OutOfMemory;
   }
-  return {};
 }
 
 bool FrameConverter::IsConfigured() const noexcept {
@@ -108,10 +105,10 @@ Result FrameConverter::ConvertLines(std::uint32_t first, std::uint32_t count, co
   if (first > Height() || count > Height() - first) return FrameError::LinesOutside;
   if (count == 0) return {};
 
-  BandConversion run(plan, mState->scratch, static_cast<const std::uint8_t*>(source.data),
-                     static_cast<std::int64_t>(from.stride), static_cast<std::uint8_t*>(destination.data),
-                     static_cast<std::int64_t>(to.stride));
-  return run.Convert(BandOf(plan, first, count));
+  return mState->route.Run(
+      plan, {static_cast<const std::uint8_t*>(source.data), static_cast<std::ptrdiff_t>(from.stride)},
+      {static_cast<std::uint8_t*>(destination.data), static_cast<std::ptrdiff_t>(to.stride)},
+      BandOf(plan, first, count));
 }
 
 FrameLayout FrameConverter::SourceLayout() const noexcept {

@@ -81,7 +81,7 @@ void FrameOptions::SetFlags(unsigned flags) noexcept {
 
 unsigned FrameOptions::GetFlags() const noexcept {
   unsigned flags = PatternFlag(pattern) | MatrixFlag(matrix);
-  if (demosaic == Demosaic::Interpolate) flags |= kInterpolate;
+  if (demosaic != Demosaic::Fast) flags |= kInterpolate;
   return flags | FlagOf(packing);
 }
 

@@ -18,7 +18,7 @@ using ZrUtilsLib::Result;
 
 Result CheckOptions(const FrameOptions& options, const FramePlan& plan) {
   if (!IsPatternOf(plan.source->family, options.pattern)) return FrameError::InvalidPattern;
-  if (options.demosaic > Demosaic::Interpolate) return FrameError::InvalidDemosaic;
+  if (options.demosaic > Demosaic::Directional) return FrameError::InvalidDemosaic;
   if (options.matrix > ColourMatrix::Jpeg) return FrameError::InvalidMatrix;
   if (options.packing > PackingOrder::Csi2) return FrameError::InvalidPacking;
   return {};
@@ -40,7 +40,7 @@ Mirror MirrorOf(ChannelOrder order) {
 }
 
 Neighbourhood NeighbourhoodOf(Family family, Demosaic demosaic) {
-  const bool interpolates = demosaic == Demosaic::Interpolate;
+  const bool interpolates = demosaic != Demosaic::Fast;
   const std::int64_t one = interpolates ? 1 : 0;
   switch (family) {
     case Family::Bayer:
@@ -70,6 +70,8 @@ Result Classify(const FrameOptions& options, FramePlan& plan) {
   if (!toMosaic) plan.near = NeighbourhoodOf(plan.source->family, options.demosaic);
   plan.mosaic = plan.near.tileWidth > 1;
   plan.linePairs = plan.near.tileHeight == 2;
+  plan.directional = plan.source->family == Family::Bayer && options.demosaic == Demosaic::Directional &&
+                     FindDestination(plan.destination->id) != nullptr;
   plan.mirror = MirrorOf(plan.destination->order);
   const Group packed = plan.destination->group;
   if (packed.bytes % packed.pixels != 0 || plan.destination->packing == Packing::Dense)

@@ -41,10 +41,11 @@ struct FramePlan {
   bool flipVertical = false;
   bool flipHorizontal = false;
 
-  bool chain = false;      ///< the converter has two stages
-  bool onePass = false;    ///< a chain that needs no intermediate image
-  bool mosaic = false;     ///< pixels of a tile make a colour
-  bool linePairs = false;  ///< a mosaic's lines are converted in pairs
+  bool chain = false;        ///< the converter has two stages
+  bool onePass = false;      ///< a chain that needs no intermediate image
+  bool mosaic = false;       ///< pixels of a tile make a colour
+  bool linePairs = false;    ///< a mosaic's lines are converted in pairs
+  bool directional = false;  ///< goes through DirectionalDemosaic instead of raw calls
   Neighbourhood near;
   Mirror mirror = Mirror::Pixels;
   std::int64_t unit = 1;        ///< pixels: a raw call that begins and ends on multiples overruns nothing

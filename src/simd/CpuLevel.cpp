@@ -15,22 +15,27 @@
 namespace ZrConvertersLib::simd {
 
 /// Declares what the kernel files export at one level.
-#define ZR_DECLARE_LEVEL(level)                      \
-  extern const FamilyKernels kMonoKernels##level;    \
-  extern const FamilyKernels kBayerKernels##level;   \
-  extern const FamilyKernels kRGBKernels##level;     \
-  extern const FamilyKernels kYCbCrKernels##level;   \
-  extern const FamilyKernels kBiColorKernels##level; \
-  extern const StreamFunction kStream##level;        \
-  extern const MirrorFunction kMirror##level;        \
-  extern const Scf1Kernels kScf1Kernels##level;
+#define ZR_DECLARE_LEVEL(level)                         \
+  extern const FamilyKernels kMonoKernels##level;       \
+  extern const FamilyKernels kBayerKernels##level;      \
+  extern const FamilyKernels kRGBKernels##level;        \
+  extern const FamilyKernels kYCbCrKernels##level;      \
+  extern const FamilyKernels kBiColorKernels##level;    \
+  extern const KernelRow kHalvesKernels##level;         \
+  extern const StreamFunction kStream##level;           \
+  extern const MirrorFunction kMirror##level;           \
+  extern const Scf1Kernels kScf1Kernels##level;         \
+  extern const DemosaicKernels kDemosaicKernels##level; \
+  extern const GradeKernels kGradeKernels##level;       \
+  extern const YCbCrDepthKernels kYCbCrDepthKernels##level;
 
 #define ZR_LEVEL_ROW(level, name, runs, block)                                                    \
   Level {                                                                                         \
     name, runs, block,                                                                            \
         {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level, \
          &kBiColorKernels##level},                                                                \
-        &kStream##level, &kMirror##level, &kScf1Kernels##level                                    \
+        &kStream##level, &kMirror##level, &kScf1Kernels##level, &kHalvesKernels##level,           \
+        &kDemosaicKernels##level, &kGradeKernels##level, &kYCbCrDepthKernels##level               \
   }
 
 namespace {

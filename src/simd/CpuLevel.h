@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "simd/DevelopKernels.h"
 #include "simd/LineKernel.h"
 #include "simd/Scf1Kernel.h"
 
@@ -16,6 +17,10 @@ struct Level {
   const StreamFunction* stream;
   const MirrorFunction* mirror;
   const Scf1Kernels* scf1;
+  const KernelRow* halves;  ///< of lines of three planes in halves, see DevelopKernels.h
+  const DemosaicKernels* demosaic;
+  const GradeKernels* grade;
+  const YCbCrDepthKernels* yCbCrDepth;
 
   KernelFunction Find(SourceReader reader, PixelWriter writer) const;
 };

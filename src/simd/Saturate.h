@@ -1,0 +1,71 @@
+#pragma once
+
+#include "simd/Vec.h"
+
+/// Unsigned words: sums and differences that stop at the ends of the range, means, the lesser and the
+/// greater.
+
+namespace ZrConvertersLib::simd {
+namespace {
+
+#if defined(__AVX512VBMI__)
+#define ZR_WORDS(name, x86, neon, wasm)                         \
+  ZR_INLINE U16 name(U16 a, U16 b) {                            \
+    return As<U16>(_mm512_##x86(As<Native>(a), As<Native>(b))); \
+  }
+#elif defined(__AVX2__)
+#define ZR_WORDS(name, x86, neon, wasm)                         \
+  ZR_INLINE U16 name(U16 a, U16 b) {                            \
+    return As<U16>(_mm256_##x86(As<Native>(a), As<Native>(b))); \
+  }
+#elif defined(__x86_64__)
+#define ZR_WORDS(name, x86, neon, wasm)                      \
+  ZR_INLINE U16 name(U16 a, U16 b) {                         \
+    return As<U16>(_mm_##x86(As<Native>(a), As<Native>(b))); \
+  }
+#elif defined(__wasm_simd128__)
+#define ZR_WORDS(name, x86, neon, wasm)                 \
+  ZR_INLINE U16 name(U16 a, U16 b) {                    \
+    return As<U16>(wasm(As<Native>(a), As<Native>(b))); \
+  }
+#else
+#define ZR_WORDS(name, x86, neon, wasm)                         \
+  ZR_INLINE U16 name(U16 a, U16 b) {                            \
+    return As<U16>(neon(As<uint16x8_t>(a), As<uint16x8_t>(b))); \
+  }
+#endif
+
+ZR_WORDS(AddClipped, adds_epu16, vqaddq_u16, wasm_u16x8_add_sat)       ///< a + b, at most 65535
+ZR_WORDS(SubtractClipped, subs_epu16, vqsubq_u16, wasm_u16x8_sub_sat)  ///< a - b, at least 0
+ZR_WORDS(MeanUp, avg_epu16, vrhaddq_u16, wasm_u16x8_avgr)              ///< (a + b + 1) / 2
+#if defined(__SSE4_1__) || !defined(__x86_64__)
+ZR_WORDS(Min16, min_epu16, vminq_u16, wasm_u16x8_min)
+ZR_WORDS(Max16, max_epu16, vmaxq_u16, wasm_u16x8_max)
+#else
+ZR_INLINE U16 Min16(U16 a, U16 b) {
+  return a - SubtractClipped(a, b);
+}
+ZR_INLINE U16 Max16(U16 a, U16 b) {
+  return b + SubtractClipped(a, b);
+}
+#endif
+#undef ZR_WORDS
+
+/// |a - b|.
+ZR_INLINE U16 Distance(U16 a, U16 b) {
+  return Max16(a, b) - Min16(a, b);
+}
+
+/// x where a < b, else y.
+ZR_INLINE U16 SelectLess(U16 a, U16 b, U16 x, U16 y) {
+#if defined(__AVX512VBMI__)
+  const __mmask32 less = _mm512_cmplt_epu16_mask(As<Native>(a), As<Native>(b));
+  return As<U16>(_mm512_mask_blend_epi16(less, As<Native>(y), As<Native>(x)));
+#else
+  const U16 notLess = As<U16>(SubtractClipped(b, a) == U16{});
+  return As<U16>(Select(As<U8>(notLess), As<U8>(y), As<U8>(x)));
+#endif
+}
+
+}  // namespace
+}  // namespace ZrConvertersLib::simd
