@@ -193,8 +193,8 @@ TEST_F(SequenceTest, NotesSayWhatTheToolTookUponItself) {
   EXPECT_EQ(errors("site.raw a.png -f BayerGR8"), "");
   EXPECT_EQ(errors("site.raw a.png -f Bayer8 -q"), "");
   EXPECT_NE(errors("ycc.raw a.png -f YCbCr422_8").find("matrix 601 is assumed"), std::string::npos);
-  EXPECT_NE(errors("grey.raw a.png -f Mono12 --gamma 2")
-                .find("the picture is RGB8, without tone it would be Mono12"),
+  EXPECT_NE(errors("grey.raw a.png -f Mono12 --offset 2")
+                .find("the picture is RGB8, without it it would be Mono12"),
             std::string::npos);
 }
 

@@ -111,7 +111,7 @@ zr::Demosaic ReadDemosaic(const std::string& text) {
   using enum zr::Demosaic;
   return Choose("demosaic method", text,
                 std::to_array<std::pair<std::string_view, zr::Demosaic>>(
-                    {{"fast", Fast}, {"interpolate", Interpolate}}));
+                    {{"fast", Fast}, {"interpolate", Interpolate}, {"directional", Directional}}));
 }
 
 zr::PackingOrder ReadPacking(const std::string& text) {
@@ -149,6 +149,22 @@ zr::ToneSettings::Channels ReadChannels(const std::string& option, const std::st
   if (right) return {numbers[0], numbers[1], numbers[2]};
   throw UsageError(option + " takes RED,GREEN,BLUE or one number for all three, each" +
                    (range == NumberRange::Any ? " a number" : Words(range)) + ", not '" + text + "'");
+}
+
+std::array<double, 9> ReadColorMatrix(const std::string& text) {
+  const std::vector<std::string> parts = Split(text, ',');
+  std::array<double, 9> factors{};
+  bool right = parts.size() == factors.size();
+  for (std::size_t i = 0; right && i < factors.size(); ++i) right = ReadFinite(parts[i], factors[i]);
+  if (right) return factors;
+  throw UsageError("--color-matrix takes nine numbers, row by row, not '" + text + "'");
+}
+
+zr::ToneCurve ReadCurve(const std::string& text) {
+  using enum zr::ToneCurve;
+  return Choose(
+      "curve", text,
+      std::to_array<std::pair<std::string_view, zr::ToneCurve>>({{"linear", Linear}, {"srgb", Srgb}}));
 }
 
 std::string ToText(Size size) {

@@ -5,6 +5,7 @@
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/ToneSettings.h>
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -36,6 +37,9 @@ double ReadNumber(const std::string& option, const std::string& text, NumberRang
 // "1.9,1,1.4", or one number for all three.
 ZrConvertersLib::ToneSettings::Channels ReadChannels(const std::string& option, const std::string& text,
                                                      NumberRange range);
+
+std::array<double, 9> ReadColorMatrix(const std::string& text);  // row by row
+ZrConvertersLib::ToneCurve ReadCurve(const std::string& text);
 
 std::string ToText(Size size);  // "640x480"
 

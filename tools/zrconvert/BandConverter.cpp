@@ -15,6 +15,10 @@ namespace zr = ZrConvertersLib;
 BandConverter::BandConverter(const Job& job) : mJob(job), mConverters(std::max(1U, job.threads)) {
   for (zr::FrameConverter& converter : mConverters) {
     const auto result = converter.Configure(job.source, job.destination, job.width, job.height, job.options);
+    if (result.GetCode() == zr::FrameError::InvalidTone) {
+      throw UsageError(
+          "tone out of range: --gamma is above 0, factors are 0 or more, and --black is less than --white");
+    }
     if (!result.IsSuccess()) throw UsageError(std::string(zr::ResultText(result)));
   }
 }

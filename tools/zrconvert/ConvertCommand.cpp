@@ -104,8 +104,8 @@ class Conversion {
 }  // namespace
 
 void Convert(const ConvertOptions& options) {
-  zr::RGBFilter filter;
-  const Plan plan = PlanOf(options, filter);
+  ToneTables tables;
+  const Plan plan = PlanOf(options, tables);
   Conversion conversion(options, plan);
   RequireTrueName(options, plan, conversion.Converter());
   conversion.CheckFiles();

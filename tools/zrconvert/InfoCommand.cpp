@@ -6,6 +6,8 @@
 
 #include "Commands.h"
 #include "Error.h"
+#include "FrameFacts.h"
+#include "Measuring.h"
 #include "Names.h"
 #include "SizeGuess.h"
 
@@ -55,7 +57,22 @@ void Print(const Table& table) {
 
 }  // namespace
 
+namespace {
+
+void MeasureFile(const InfoOptions& options) {
+  if (!options.format || !options.size) throw UsageError("measuring needs --format and --size");
+  const zr::FormatInfo& format = *options.format->info;
+  const FrameFit fit{&format, *options.size, DescribeOrThrow(format, *options.size, {}), 0, true};
+  const zr::FrameOptions frame = ColourOptions(*options.format, options.pattern, options.matrix);
+  const zr::FrameStatistics statistics = MeasureFirstFrame(options.file, fit, MeasureOptionsOf(frame));
+  PrintStatistics(statistics);
+  if (!options.histogram.empty()) DrawHistogram(statistics, options.histogram);
+}
+
+}  // namespace
+
 void TellWhatFileMayBe(const InfoOptions& options) {
+  if (options.measure || !options.histogram.empty()) return MeasureFile(options);
   const std::uint64_t bytes = SizeOrThrow(options.file);
   std::printf("'%s' holds %llu bytes\n", options.file.c_str(), static_cast<unsigned long long>(bytes));
   const Table table = CollectAll(options, bytes);

@@ -71,31 +71,36 @@ void AddColour(CLI::App& app, Options& options) {
       "says)");
 }
 
-// One of the numbers of the tone settings; the first one given creates them.
-template <typename Member, typename Value>
-void AddTone(CLI::App& app, const std::string& name, const std::string& kind, ConvertOptions& options,
-             Member zr::ToneSettings::*member,
+const std::string cToneGroup = "Tone (at full depth, in this order)";
+
+template <typename Target, typename Value>
+void AddTone(CLI::App& app, const std::string& name, const std::string& kind, Target& target,
              Value (*read)(const std::string&, const std::string&, NumberRange), NumberRange range,
              const std::string& help) {
-  const auto take = [&options, name, member, read, range](const std::string& word) {
-    if (!options.tone) options.tone.emplace();
-    *options.tone.*member = read(name, word, range);
+  const auto take = [&target, name, read, range](const std::string& word) {
+    target = read(name, word, range);
   };
-  app.add_option_function<std::string>(name, take, help)->type_name(kind)->group("Tone (8-bit colour only)");
+  app.add_option_function<std::string>(name, take, help)->type_name(kind)->group(cToneGroup);
 }
 
-void AddTones(CLI::App& app, ConvertOptions& options) {
-  using Tone = zr::ToneSettings;
+void AddTones(CLI::App& app, ToneOptions& tone) {
   using enum NumberRange;
-  AddTone(app, "--black", "LEVEL", options, &Tone::black, ReadNumber, NotNegative,
+  app.add_flag("--auto", tone.automatic,
+               "Levels, and white balance of colour, from the first frame, where they are not given")
+      ->group(cToneGroup);
+  AddTone(app, "--black", "LEVEL", tone.black, ReadNumber, NotNegative,
           "Black level to take off, in counts of the source's samples");
-  AddTone(app, "--white-balance", "R,G,B", options, &Tone::balance, ReadChannels, NotNegative,
-          "White balance, after black");
-  AddTone(app, "--gain", "R,G,B", options, &Tone::gain, ReadChannels, NotNegative,
-          "Gains, or one for all channels");
-  AddTone(app, "--gamma", "G", options, &Tone::gamma, ReadNumber, Positive,
-          "Gamma after the gains; 2.2 suits linear frames");
-  AddTone(app, "--offset", "R,G,B", options, &Tone::offset, ReadChannels, Any, "Added at the end, of 255");
+  AddTone(app, "--white", "LEVEL", tone.white, ReadNumber, Positive,
+          "Samples that become white, in the same counts");
+  AddTone(app, "--white-balance", "R,G,B", tone.balance, ReadChannels, NotNegative, "White balance");
+  AddTone(app, "--gain", "R,G,B", tone.gain, ReadChannels, NotNegative, "Gains, or one for all channels");
+  AddWord(app, "--color-matrix", "9 NUMBERS", tone.matrix, ReadColorMatrix,
+          "What red, then green, then blue takes of the three")
+      ->group(cToneGroup);
+  AddTone(app, "--gamma", "G", tone.gamma, ReadNumber, Positive, "Gamma; 2.2 suits linear frames");
+  AddWord(app, "--curve", "CURVE", tone.curve, ReadCurve, "srgb or linear")->group(cToneGroup);
+  AddTone(app, "--offset", "R,G,B", tone.offset, ReadChannels, Any,
+          "Added at the end, of 255; 8-bit colour only");
 }
 
 void AddGeometry(CLI::App& app, ConvertOptions& options) {
@@ -142,10 +147,11 @@ void AddConvert(CLI::App& app, ConvertOptions& options, const Actions& actions) 
            "Compression of .png files, 0 (none) to 9 (smallest) (1)");
   AddColour(*command, options);
   AddWord(*command, "-d,--demosaic", "METHOD", options.demosaic, ReadDemosaic,
-          "fast (one colour for each tile of the mosaic) or interpolate");
+          "directional (Bayer only, the others are interpolated), interpolate, or fast (one colour for each "
+          "tile)");
   AddGeometry(*command, options);
   AddFrame(*command, options, "--src-padding");
-  AddTones(*command, options);
+  AddTones(*command, options.tone);
   AddSequence(*command, options);
   command->final_callback([&] { actions.convert(options); });
 }
@@ -167,6 +173,9 @@ void AddInfo(CLI::App& app, InfoOptions& options, const Actions& actions) {
   command->add_option("FILE", options.file, "A file of raw frames")->required();
   AddWord(*command, "-f,--format", "FORMAT", options.format, ReadFormat, "Only frames of this format");
   AddWord(*command, "-s,--size", "WxH", options.size, ReadSize, "Only frames of this size");
+  command->add_flag("--measure", options.measure, "Measure the samples of the first frame");
+  command->add_option("--histogram", options.histogram, "Draw them as a .png, too")->type_name("OUT.png");
+  AddColour(*command, options);
   command->final_callback([&] { actions.info(options); });
 }
 

@@ -12,6 +12,7 @@
 #include "FrameFacts.h"
 #include "FrameReader.h"
 #include "OutputFile.h"
+#include "Tone.h"
 
 namespace zrconvert {
 
@@ -27,9 +28,7 @@ struct ConvertOptions {
   ZrConvertersLib::Region region;
   bool flipVertical = false;
   bool flipHorizontal = false;
-  // The black level is in counts of the source's samples, not on the 8-bit scale of ToneSettings. Empty
-  // without tone options.
-  std::optional<ZrConvertersLib::ToneSettings> tone;
+  ToneOptions tone;
   LineSpacing lines;
   std::uint64_t headerBytes = 0;
   bool ignoreRest = false;
@@ -57,6 +56,10 @@ struct InfoOptions {
   std::string file;
   std::optional<Format> format;
   std::optional<Size> size;
+  bool measure = false;
+  std::string histogram;  // the picture to write; empty for none
+  std::optional<ZrConvertersLib::MosaicPattern> pattern;
+  std::optional<ZrConvertersLib::ColourMatrix> matrix;
 };
 
 struct FormatsOptions {

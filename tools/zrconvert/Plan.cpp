@@ -4,6 +4,7 @@
 
 #include "Error.h"
 #include "FrameFacts.h"
+#include "Measuring.h"
 #include "Targets.h"
 #include "Tone.h"
 
@@ -31,16 +32,32 @@ Size PictureSize(const ConvertOptions& options) {
   return region.width > 0 ? Size{region.width, region.height} : options.size;
 }
 
-zr::FrameOptions FrameOptionsOf(const ConvertOptions& options, zr::RGBFilter& filter) {
+void AddTone(const ConvertOptions& options, const FrameFit& fit, ToneTables& tables,
+             zr::FrameOptions& frame) {
+  ToneOptions tone = options.tone;
+  if (tone.automatic) {
+    FrameFit loose = fit;
+    loose.ignoreRest = true;
+    ChooseTone(tone, MeasureFirstFrame(options.files.front(), loose, MeasureOptionsOf(frame)));
+  }
+  if (tone.Develops()) {
+    tables.development = DevelopmentOf(tone);
+    frame.development = &tables.development;
+  }
+  if (!tone.offset) return;
+  SetOffset(tables.filter, *tone.offset);
+  frame.filter = &tables.filter;
+}
+
+zr::FrameOptions FrameOptionsOf(const ConvertOptions& options, const Plan& plan, ToneTables& tables) {
   zr::FrameOptions frame = ColourOptions(options.source, options.pattern, options.matrix);
   frame.packing = PackingFor(options.source, options.size, options.packing);
-  frame.demosaic = options.demosaic.value_or(frame.demosaic);
+  frame.demosaic = options.demosaic.value_or(zr::Demosaic::Directional);
   frame.flipVertical = options.flipVertical;
   frame.flipHorizontal = options.flipHorizontal;
   frame.region = options.region;
-  if (!options.tone) return frame;
-  SetTone(filter, *options.tone, options.source.info->depth);
-  frame.filter = &filter;
+  AddTone(options, plan.fit, tables, frame);
+  frame.fullDepth = plan.target->depth > 8 || frame.development != nullptr;
   return frame;
 }
 
@@ -82,13 +99,13 @@ std::vector<std::string> NotesOn(const ConvertOptions& options, const Plan& plan
   for (const std::string& note : PackingNotes(options, plan)) notes.push_back(note);
   const std::string without = TargetWithoutTone(options, plan.container, width);
   if (without != plan.target->name) {
-    notes.push_back("tone acts on 8-bit colour: the picture is " + std::string(plan.target->name) +
-                    ", without tone it would be " + without);
+    notes.push_back("--offset acts on 8-bit colour: the picture is " + std::string(plan.target->name) +
+                    ", without it it would be " + without);
   }
   return notes;
 }
 
-BandConverter::Job JobOf(const ConvertOptions& options, const Plan& plan, zr::RGBFilter& filter) {
+BandConverter::Job JobOf(const ConvertOptions& options, const Plan& plan, ToneTables& tables) {
   BandConverter::Job job;
   job.source = options.source.info->id;
   job.destination = plan.target->id;
@@ -96,13 +113,13 @@ BandConverter::Job JobOf(const ConvertOptions& options, const Plan& plan, zr::RG
   job.height = options.size.height;
   job.stride = static_cast<std::size_t>(plan.fit.layout.stride);
   job.threads = options.threads;
-  job.options = FrameOptionsOf(options, filter);
+  job.options = FrameOptionsOf(options, plan, tables);
   return job;
 }
 
 }  // namespace
 
-Plan PlanOf(const ConvertOptions& options, zr::RGBFilter& filter) {
+Plan PlanOf(const ConvertOptions& options, ToneTables& tables) {
   RequireInputs(options);
   RequireRegion(options);
   Plan plan;
@@ -114,7 +131,7 @@ Plan PlanOf(const ConvertOptions& options, zr::RGBFilter& filter) {
   const Size picture = PictureSize(options);
   plan.target = &TargetOf(options, plan.container, picture);
   RequireDemosaic(options, *plan.target);
-  plan.job = JobOf(options, plan, filter);
+  plan.job = JobOf(options, plan, tables);
   plan.notes = NotesOn(options, plan, picture.width);
   return plan;
 }

@@ -21,9 +21,15 @@ struct Plan {
   std::vector<std::string> notes;  // what the tool assumed, one sentence each
 };
 
-// Throws UsageError when the options contradict one another. Sets the filter from the tone options; it must
-// outlive the plan.
-Plan PlanOf(const ConvertOptions& options, ZrConvertersLib::RGBFilter& filter);
+// What the options of a frame point to: the tone options in the library's terms.
+struct ToneTables {
+  ZrConvertersLib::RGBFilter filter;
+  ZrConvertersLib::Development development;
+};
+
+// Throws UsageError when the options have no meaning together. The tables are set as the tone options say,
+// and must outlive the plan.
+Plan PlanOf(const ConvertOptions& options, ToneTables& tables);
 
 // Names such as BayerRG8 and YCbCr709_422_8 state a pattern or matrix, but a conversion does not change
 // these. Throws UsageError if the picture has another one than the destination's name states.

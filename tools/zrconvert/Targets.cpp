@@ -26,11 +26,11 @@ std::string GreyOf(const zr::FormatInfo& source) {
 std::string ColourOf(const ConvertOptions& options) {
   const zr::FormatInfo& source = *options.source.info;
   const bool deep = source.family == zr::FormatFamily::Rgb && source.depth > 8;
-  return deep && !options.tone ? "RGB16" : "RGB8";
+  return deep && !options.tone.offset ? "RGB16" : "RGB8";
 }
 
 std::string DefaultTarget(const ConvertOptions& options, Container container, std::uint32_t pictureWidth) {
-  const bool grey = options.source.info->family == zr::FormatFamily::Mono && !options.tone;
+  const bool grey = options.source.info->family == zr::FormatFamily::Mono && !options.tone.offset;
   switch (container) {
     case Container::Bmp:
       return pictureWidth % 4 == 0 ? "BGR8" : "BGRa8";
@@ -72,9 +72,8 @@ void RequireFit(Container container, const zr::FormatInfo& destination, Size pic
 }
 
 void RequireTone(const ConvertOptions& options, const zr::FormatInfo& destination) {
-  if (!options.tone || destination.takesFilter) return;
-  throw UsageError("gain, offset, gamma, white balance and black level act on 8-bit colour only, not on " +
-                   std::string(destination.name));
+  if (!options.tone.offset || destination.takesFilter) return;
+  throw UsageError("--offset acts on 8-bit colour only, not on " + std::string(destination.name));
 }
 
 }  // namespace
@@ -102,7 +101,7 @@ std::string TargetWithoutTone(const ConvertOptions& options, Container container
                               std::uint32_t pictureWidth) {
   if (options.destination) return std::string(options.destination->info->name);
   ConvertOptions plain = options;
-  plain.tone.reset();
+  plain.tone.offset.reset();
   return DefaultTarget(plain, container, pictureWidth);
 }
 

@@ -1,13 +1,38 @@
-// From the tone options of the command line to the library's filter.
+// From the tone options of the command line to what the library develops.
 #pragma once
 
+#include <ZrConvertersLib/Development.h>
+#include <ZrConvertersLib/Measure.h>
 #include <ZrConvertersLib/RGBFilter.h>
 #include <ZrConvertersLib/ToneSettings.h>
 
+#include <array>
+#include <optional>
+
 namespace zrconvert {
 
-// The black level in `tone` is in counts of samples of `depth` bits. Throws UsageError for settings without
-// meaning.
-void SetTone(ZrConvertersLib::RGBFilter& filter, ZrConvertersLib::ToneSettings tone, unsigned depth);
+// What was given of each; levels are in counts of the source's samples.
+struct ToneOptions {
+  bool automatic = false;
+  std::optional<double> black;
+  std::optional<double> white;
+  std::optional<ZrConvertersLib::ToneSettings::Channels> balance;
+  std::optional<ZrConvertersLib::ToneSettings::Channels> gain;
+  std::optional<std::array<double, 9>> matrix;
+  std::optional<double> gamma;
+  std::optional<ZrConvertersLib::ToneCurve> curve;
+  std::optional<ZrConvertersLib::ToneSettings::Channels> offset;
+
+  // Whether something acts at full depth.
+  bool Develops() const { return automatic || black || white || balance || gain || matrix || gamma || curve; }
+};
+
+// Levels and, for colour, the white balance that a frame asks for, where nothing is given.
+void ChooseTone(ToneOptions& tone, const ZrConvertersLib::FrameStatistics& statistics);
+
+ZrConvertersLib::Development DevelopmentOf(const ToneOptions& tone);
+
+// The offset, which acts on 8-bit colour at the end.
+void SetOffset(ZrConvertersLib::RGBFilter& filter, const ZrConvertersLib::ToneSettings::Channels& offset);
 
 }  // namespace zrconvert

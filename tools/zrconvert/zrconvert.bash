@@ -5,10 +5,10 @@ _zrconvert() {
   local -A options=(
     [convert]='-f --format -s --size -t --to -c --container -p --pattern -m --matrix --packing -d --demosaic -r --region --flip
                --flip-vertical --flip-horizontal --src-padding --stride --header-bytes --ignore-rest --no-clobber
-               --png-level --black --white-balance --gain --gamma --offset --skip --frames
+               --png-level --auto --black --white --white-balance --gain --color-matrix --gamma --curve --offset --skip --frames
                -j --threads -q --quiet -h --help'
     [chart]='-f --format -s --size -p --pattern -m --matrix --packing --padding --stride --frames --no-clobber -h --help'
-    [info]='-f --format -s --size -h --help'
+    [info]='-f --format -s --size --measure --histogram -p --pattern -m --matrix -h --help'
     [formats]='--names --json -h --help'
     [pairs]='-h --help'
   )
@@ -31,9 +31,10 @@ _zrconvert() {
     -p | --pattern) _zrconvert_words 'GRBG GBRG RGGB BGGR RGBG BGRG GRGB GBGR WGWR WBWG WRWG WGWB' ;;
     -m | --matrix) _zrconvert_words '601 709 jpeg' ;;
     --packing) _zrconvert_words 'type gige-vision csi2' ;;
-    -d | --demosaic) _zrconvert_words 'fast interpolate' ;;
+    --curve) _zrconvert_words 'srgb linear' ;;
+    -d | --demosaic) _zrconvert_words 'directional interpolate fast' ;;
     --png-level) _zrconvert_words '0 1 2 3 4 5 6 7 8 9' ;;
-    -r | --region | --src-padding | --padding | --stride | --header-bytes | --black | --white-balance | --gain | --gamma | --offset | --skip | \
+    -r | --region | --src-padding | --padding | --stride | --header-bytes | --black | --white | --white-balance | --gain | --color-matrix | --gamma | --offset | --skip | \
       --frames | -j | --threads) ;;
     *)
       if [[ $word == -* ]]; then
