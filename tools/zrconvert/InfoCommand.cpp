@@ -63,7 +63,8 @@ void MeasureFile(const InfoOptions& options) {
   if (!options.format || !options.size) throw UsageError("measuring needs --format and --size");
   const zr::FormatInfo& format = *options.format->info;
   const FrameFit fit{&format, *options.size, DescribeOrThrow(format, *options.size, {}), 0, true};
-  const zr::FrameOptions frame = ColourOptions(*options.format, options.pattern, options.matrix);
+  zr::FrameOptions frame = ColourOptions(*options.format, options.pattern, options.matrix);
+  frame.packing = PackingFor(*options.format, *options.size, options.packing);
   const zr::FrameStatistics statistics = MeasureFirstFrame(options.file, fit, MeasureOptionsOf(frame));
   PrintStatistics(statistics);
   if (!options.histogram.empty()) DrawHistogram(statistics, options.histogram);

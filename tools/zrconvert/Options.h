@@ -60,6 +60,7 @@ struct InfoOptions {
   std::string histogram;  // the picture to write; empty for none
   std::optional<ZrConvertersLib::MosaicPattern> pattern;
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
+  std::optional<ZrConvertersLib::PackingOrder> packing;
 };
 
 struct FormatsOptions {

@@ -8,7 +8,7 @@ _zrconvert() {
                --png-level --auto --black --white --white-balance --gain --color-matrix --gamma --curve --offset --skip --frames
                -j --threads -q --quiet -h --help'
     [chart]='-f --format -s --size -p --pattern -m --matrix --packing --padding --stride --frames --no-clobber -h --help'
-    [info]='-f --format -s --size --measure --histogram -p --pattern -m --matrix -h --help'
+    [info]='-f --format -s --size --measure --histogram -p --pattern -m --matrix --packing -h --help'
     [formats]='--names --json -h --help'
     [pairs]='-h --help'
   )
