@@ -12,8 +12,7 @@ namespace {
 
 using simd::SourceReader;
 
-/// A kernel's block, the bytes of its samples, and what readers of packed samples may read beyond.
-constexpr std::int64_t kLargestBlock = 64;
+/// The bytes of a kernel's largest block, and what readers of packed samples may read beyond.
 constexpr std::size_t kCopied = 256;
 
 SourceReader ReaderOf(const FormatRow& format, unsigned flags) {
