@@ -10,6 +10,7 @@
 
 #include "model/Develop.h"
 #include "model/FullDepth.h"
+#include "support/Allocations.h"
 #include "support/CpuLevels.h"
 #include "support/Random.h"
 
@@ -241,6 +242,25 @@ TEST(GradingTest, KeepsTheDepthOfYCbCr) {
         }
       }
     }
+  }
+}
+
+TEST(GradingTest, AllocatesNothingPerFrame) {
+  const Development development = Settings().back().development;
+  for (const long source : {Ids::Bayer12p, Ids::YCbCr422_10, Ids::RGB12}) {
+    FrameOptions options;
+    options.demosaic = Demosaic::Directional;
+    options.development = &development;
+    options.flipHorizontal = options.fullDepth = true;
+    FrameConverter converter;
+    ASSERT_TRUE(converter.Configure(source, Ids::RGB8, 130, 20, options).IsSuccess());
+    const Bytes frame(converter.SourceLayout().frameBytes);
+    Bytes picture(converter.DestinationLayout().frameBytes);
+    const long before = TestSupport::sAllocations.made;
+    const auto result =
+        converter.Convert(SourceView::Of(frame, 130, 20), DestinationView::Of(picture, 130, 20));
+    EXPECT_EQ(TestSupport::sAllocations.made, before) << source;
+    EXPECT_TRUE(result.IsSuccess());
   }
 }
 
