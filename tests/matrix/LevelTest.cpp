@@ -83,11 +83,11 @@ class LibraryCode {
 
 /// The child: converts a small frame once, with the caller's breakpoints on.
 [[noreturn]] void ConvertTraced(const PixelConverter& converter, const char* level) {
-  std::vector<unsigned char> source(200 * 2 * 8, 0x5A), destination(200 * 2 * 8);
+  std::vector<unsigned char> source(200 * 4 * 8, 0x5A), destination(200 * 4 * 8);
   const TestSupport::ForcedCpuLevel forced(level);
   if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(1);
   std::raise(SIGSTOP);
-  converter.Convert(source.data(), 200, 2, destination.data(), 200, 2, 200, 2, 0, 0, nullptr, nullptr, 0,
+  converter.Convert(source.data(), 200, 4, destination.data(), 200, 4, 200, 4, 0, 0, nullptr, nullptr, 0,
                     false, nullptr);
   _exit(0);
 }

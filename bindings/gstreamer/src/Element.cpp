@@ -217,17 +217,18 @@ GstFlowReturn Transform(GstBaseTransform* base, GstBuffer* frame, GstBuffer* pic
   return Succeeds(base, [&] { ConversionOf(base).Convert(frame, picture); }) ? GST_FLOW_OK : GST_FLOW_ERROR;
 }
 
-void SetProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+void SetProperty(GObject* object, guint id, const GValue* value, GParamSpec* property) {
   Conversion& conversion = ConversionOf(object);
   zrgstreamer::Settings settings = conversion.GetSettings();
-  if (!zrgstreamer::WriteProperty(settings, id, value)) G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+  if (!zrgstreamer::WriteProperty(settings, id, value))
+    G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, property);
   conversion.SetSettings(settings);
   if (!zrgstreamer::IsLive(id)) gst_base_transform_reconfigure_sink(GST_BASE_TRANSFORM(object));
 }
 
-void GetProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+void GetProperty(GObject* object, guint id, GValue* value, GParamSpec* property) {
   if (!zrgstreamer::ReadProperty(ConversionOf(object).GetSettings(), id, value))
-    G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+    G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, property);
 }
 
 void Finalize(GObject* object) {
