@@ -1,9 +1,7 @@
 // What the page's worker calls. Texts stay valid until the next call that gives one.
 #include <ZrConvertersLib/CpuLevel.h>
+#include <ZrConvertersLib/Development.h>
 #include <ZrConvertersLib/FrameErrors.h>
-#include <ZrConvertersLib/RGBFilter.h>
-
-#include <cmath>
 
 #include "Facts.h"
 #include "Frame.h"
@@ -27,9 +25,15 @@ const char* Kept(std::string text) {
   return kept.c_str();
 }
 
-zr::RGBFilter& TheFilter() {
-  static zr::RGBFilter filter;
-  return filter;
+// Levels, gains and curve of the next conversions, if they ask for anything.
+struct Tone {
+  zr::Development development;
+  bool isWanted = false;
+};
+
+Tone& TheTone() {
+  static Tone tone;
+  return tone;
 }
 
 }  // namespace
@@ -66,14 +70,19 @@ unsigned Pattern(long format, std::uint32_t width, std::uint32_t height, std::ui
   return static_cast<unsigned>(page::PatternByGreens({format, width, height, stride}, TheFrame().Bytes()));
 }
 
-// The settings of the next conversions. The black level is in counts of samples of `depth` bits.
+// For the next conversions. Levels are in counts of the source's samples; white 0 is the largest.
 ZR_PAGE_EXPORT(setTone)
-std::uint32_t SetTone(double black, unsigned depth, double gamma, double red, double green, double blue) {
-  zr::ToneSettings tone;
-  tone.black = std::ldexp(black, 8 - static_cast<int>(depth));
-  tone.gamma = gamma;
-  tone.balance = {red, green, blue};
-  return TheFilter().SetTone(tone).GetCode();
+void SetTone(double black, double white, double gamma, double red, double green, double blue) {
+  zr::Development development;
+  development.black = {black, black, black};
+  development.white = white;
+  development.gain = {red, green, blue};
+  if (gamma != 1) {
+    development.curve = zr::ToneCurve::Gamma;
+    development.gamma = gamma;
+  }
+  const bool isWanted = black != 0 || white != 0 || gamma != 1 || red != 1 || green != 1 || blue != 1;
+  TheTone() = {development, isWanted};
 }
 
 ZR_PAGE_EXPORT(convert)
@@ -83,7 +92,8 @@ std::uint32_t Convert(long format, std::uint32_t width, std::uint32_t height, st
   options.pattern = static_cast<zr::MosaicPattern>(pattern);
   options.demosaic = static_cast<zr::Demosaic>(demosaic);
   options.matrix = static_cast<zr::ColourMatrix>(matrix);
-  options.filter = &TheFilter();
+  options.development = TheTone().isWanted ? &TheTone().development : nullptr;
+  options.fullDepth = TheTone().isWanted;
   return TheFrame().Convert({format, width, height, stride}, options).GetCode();
 }
 

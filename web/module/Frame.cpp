@@ -41,7 +41,7 @@ Result Frame::Convert(const Geometry& geometry, const zr::FrameOptions& options)
     return zr::FrameError::OutOfMemory;
   mGeometry = geometry;
   mOptions = options;
-  mOptions.filter = nullptr;
+  mOptions.development = nullptr;
   return converter.Convert(ViewOf(geometry, mBytes),
                            zr::DestinationView::Of(mPicture, geometry.width, geometry.height));
 }

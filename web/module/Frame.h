@@ -2,7 +2,6 @@
 #pragma once
 
 #include <ZrConvertersLib/FrameConverter.h>
-#include <ZrConvertersLib/RGBFilter.h>
 
 #include <array>
 #include <cstdint>
@@ -26,7 +25,7 @@ class Frame {
   std::uint8_t* Reserve(std::size_t bytes);
 
   // Converts the reserved bytes into the picture: four bytes a pixel, red, green, blue and 255. The options'
-  // filter must outlive the call.
+  // development must outlive the call.
   ZrUtilsLib::Result Convert(const Geometry& geometry, const ZrConvertersLib::FrameOptions& options);
 
   const std::vector<std::uint8_t>& Bytes() const { return mBytes; }

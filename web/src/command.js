@@ -19,8 +19,9 @@ export function commandOf(frame, format, fileName) {
     add("--demosaic", frame.demosaicName);
   }
   if (format.isYCbCr) add("--matrix", frame.matrixName);
-  const { black, gamma, balance } = frame.tone;
+  const { black, white, gamma, balance } = frame.tone;
   if (black !== 0) add("--black", number(black));
+  if (white !== 0) add("--white", number(white));
   if (balance.some((gain) => gain !== 1)) add("--white-balance", balance.map(number).join(","));
   if (gamma !== 1) add("--gamma", number(gamma));
   return words.map(quoted).join(" ");

@@ -69,8 +69,8 @@ export class Library {
   }
 
   // The picture of the frame, four bytes a pixel, in memory of its own. Throws an error that says why not.
-  convert({ format, depth, width, height, stride, pattern, demosaic, matrix, tone }) {
-    this.#check(this.exports.setTone(tone.black, depth, tone.gamma, ...tone.balance));
+  convert({ format, width, height, stride, pattern, demosaic, matrix, tone }) {
+    this.exports.setTone(tone.black, tone.white, tone.gamma, ...tone.balance);
     this.#check(this.exports.convert(format, width, height, stride, pattern, demosaic, matrix));
     const address = this.exports.picture() >>> 0;
     return this.exports.memory.buffer.slice(address, address + 4 * width * height);

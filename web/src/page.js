@@ -53,11 +53,11 @@ function choice(id) {
 
 function settings() {
   return {
-    format: format().id, depth: format().depth,
+    format: format().id,
     width: whole("width"), height: whole("height"), stride: whole("stride"), header: whole("header"),
     number: whole("number"),
     ...choice("pattern"), ...choice("demosaic"), ...choice("matrix"),
-    tone: { black: Math.max(0, real("black", 0)), gamma: Math.max(0.01, real("gamma", 1)),
+    tone: { black: Math.max(0, real("black", 0)), white: Math.max(0, real("white", 0)), gamma: Math.max(0.01, real("gamma", 1)),
             balance: ["red", "green", "blue"].map((id) => Math.max(0, real(id, 1))) },
   };
 }
@@ -91,13 +91,12 @@ function offerChoices() {
 // What has a meaning for the format can be set, and no more.
 function enable() {
   offerChoices();
-  const { isMosaic, isYCbCr, widthMultiple, depth, layout, codes } = format();
+  const { isMosaic, isYCbCr, widthMultiple, layout, codes } = format();
   for (const row of document.querySelectorAll("[data-for]")) {
     row.hidden = !(row.dataset.for === "mosaic" ? isMosaic : isYCbCr);
   }
   element("colour").hidden = !isMosaic && !isYCbCr;
   element("width").step = element("width").min = widthMultiple;
-  element("black").max = Math.floor(254 * 2 ** (Math.min(depth, 16) - 8)) || 0;
   element("layout").textContent = layout + (codes.length > 0 ? ` · ${codes.join(", ")}` : "");
 }
 
@@ -268,7 +267,7 @@ function mirror(source, target) {
 }
 
 function resetTone() {
-  for (const id of ["black", "gamma", "red", "green", "blue"]) element(id).value = element(id).defaultValue;
+  for (const id of ["black", "white", "gamma", "red", "green", "blue"]) element(id).value = element(id).defaultValue;
   update();
 }
 

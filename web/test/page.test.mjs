@@ -119,8 +119,8 @@ test("every setting does what the tool's option does", async () => {
   const path = chart("Bayer12p", "640x480", "--frames", "3", "--pattern", "RGGB");
   await open(path);
   await set({ format: "Bayer12p", width: 640, height: 480 });
-  const changes = [{ pattern: "BGGR" }, { demosaic: "fast" }, { demosaic: "interpolate" }, { gamma: 2.2 },
-                   { black: 100 }, { red: 1.85 }, { blue: 0.6, green: 1.1 }, { number: 2 }, { header: 960 }, { stride: 970 },
+  const changes = [{ pattern: "BGGR" }, { demosaic: "fast" }, { demosaic: "interpolate" }, { demosaic: "directional" }, { gamma: 2.2 },
+                   { black: 100 }, { white: 3900 }, { red: 1.85 }, { blue: 0.6, green: 1.1 }, { number: 2 }, { header: 960 }, { stride: 970 },
                    { height: 200 }, { width: 638 }];
   for (const change of changes) {
     await set(change);
@@ -213,7 +213,7 @@ test("the PNG has the canvas' pixels", async () => {
   const session = await page.createCDPSession();
   await session.send("Browser.setDownloadBehavior", { behavior: "allow", downloadPath: directory });
   await page.click("#save");
-  for (let tries = 0; tries < 100 && !existsSync(inDirectory("RGB8.png")); ++tries) await new Promise((r) => setTimeout(r, 50));
+  for (let tries = 0; tries < 1200 && !existsSync(inDirectory("RGB8.png")); ++tries) await new Promise((r) => setTimeout(r, 50));
   const url = `data:image/png;base64,${readFileSync(inDirectory("RGB8.png"), "base64")}`;
   const decoded = await page.evaluate(async (source) => {
     const image = Object.assign(new Image(), { src: source });
