@@ -20,9 +20,11 @@ unsigned BandsOf(const Conversion& conversion) {
 }  // namespace
 
 BandedConverter::BandedConverter(const Conversion& conversion) : mConverters(BandsOf(conversion)) {
+  zr::FrameOptions options = conversion.options;
+  options.development = conversion.development ? &*conversion.development : nullptr;
   for (zr::FrameConverter& converter : mConverters) {
     Require(converter.Configure(conversion.source, conversion.destination, conversion.width,
-                                conversion.height, conversion.options));
+                                conversion.height, options));
   }
 }
 

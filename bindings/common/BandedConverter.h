@@ -1,11 +1,13 @@
 // Whole frames, each spread over threads in bands of lines.
 #pragma once
 
+#include <ZrConvertersLib/Development.h>
 #include <ZrConvertersLib/FrameConverter.h>
 
 #include <sys/types.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Workers.h"
@@ -19,7 +21,8 @@ struct Conversion {
   std::uint32_t width = 0;   ///< of the source frame, in pixels
   std::uint32_t height = 0;  ///< of the source frame, in lines
   ZrConvertersLib::FrameOptions options;
-  unsigned threads = 1;  ///< 0: one for each processor
+  std::optional<ZrConvertersLib::Development> development;  ///< its points must outlive the constructor
+  unsigned threads = 1;                                     ///< 0: one for each processor
 };
 
 /// One FrameConverter for each band. Serves one thread at a time.

@@ -37,12 +37,20 @@ inline std::vector<std::string_view> PatternNames() {
 inline constexpr std::array kDemosaics{
     Word{"fast", ZrConvertersLib::Demosaic::Fast, "one colour for each tile"},
     Word{"interpolate", ZrConvertersLib::Demosaic::Interpolate, "every pixel from its neighbours"},
+    Word{"directional", ZrConvertersLib::Demosaic::Directional,
+         "along the direction that changes less, at full depth"},
 };
 
 inline constexpr std::array kMatrices{
     Word{"601", ZrConvertersLib::ColourMatrix::Bt601, "BT.601, video range"},
     Word{"709", ZrConvertersLib::ColourMatrix::Bt709, "BT.709, video range"},
     Word{"jpeg", ZrConvertersLib::ColourMatrix::Jpeg, "BT.601, full range (JFIF)"},
+};
+
+inline constexpr std::array kCurves{
+    Word{"linear", ZrConvertersLib::ToneCurve::Linear, "as the light is"},
+    Word{"gamma", ZrConvertersLib::ToneCurve::Gamma, "light to the power of 1 / gamma"},
+    Word{"srgb", ZrConvertersLib::ToneCurve::Srgb, "the encoding of sRGB"},
 };
 
 inline constexpr std::array kPackings{

@@ -2,6 +2,7 @@
 // zrconverters/__init__.pyi.
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FormatCodes.h>
+#include <ZrConvertersLib/Measure.h>
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
@@ -23,13 +24,19 @@ namespace zr = ZrConvertersLib;
 constexpr const char* kConverterText = R"(Converts frames of one kind; made once and called at frame rate.
 
 Converter(source, destination, width, height, *, pattern=None, demosaic=None, matrix=None, packing=None,
-          flip_vertical=False, flip_horizontal=False, region=None, threads=1)
+          black=None, white=None, gain=None, color_matrix=None, curve=None, gamma=None, full_depth=False, flip_vertical=False, flip_horizontal=False, region=None, threads=1)
 
 source, destination: formats. width, height: size of the frame in pixels.
 pattern: how a mosaic begins, 'RGGB' for instance; as the source's name or code says, else the family's first.
-demosaic: how a mosaic becomes colour, 'fast' (one colour for each tile) or 'interpolate' (from the neighbours).
+demosaic: how a mosaic becomes colour, 'fast' (one colour for each tile), 'interpolate' (from the
+    neighbours) or 'directional' (along edges, at full depth).
 matrix: of YCbCr, '601' or '709' (video range) or 'jpeg' (full range); as the source says, else '601'.
 packing: order of the low bits in packed samples, 'type', 'gige-vision' or 'csi2'; as the source says, else 'type'.
+black, white: samples that become black and white, in counts of the source's samples; black may be three numbers.
+gain: factors of red, green and blue, or one. color_matrix: three rows of three numbers, applied after the gains.
+curve: 'linear', 'srgb' or 'gamma'; gamma: exponent of the latter, which it chooses. All of these act in this order at
+    the full depth of the source, on any destination.
+full_depth: keep the depth of YCbCr of 10 and 12 bits, which is cut to 8 otherwise.
 flip_vertical, flip_horizontal: the last line, or column, of the picture comes first.
 region: (x, y, width, height) of the frame to convert, in pixels; width or height 0 reach to the edge.
 threads: threads that share each frame, 0 for one per processor. Pictures do not depend on it.)";
@@ -148,6 +155,69 @@ py::object ConvertOnce(const py::object& frame, py::handle source, py::handle de
   return converter.Convert(buffer, std::move(out), stride);
 }
 
+zr::FrameStatistics MeasureFrame(const py::object& frame, py::handle format, std::uint32_t width,
+                                 std::uint32_t height, std::size_t stride, std::uint32_t lineStep,
+                                 const py::kwargs& keywords) {
+  const zr::FormatChoice choice = FormatOf(format);
+  zrbindings::Conversion conversion;
+  ReadOptions(choice, keywords, conversion);
+  const Buffer buffer(frame, Buffer::Access::Read, "frame");
+  const FrameMemory memory = SourceMemory(buffer, {&InfoOf(choice.id), width, height}, stride);
+  const zr::FrameOptions& options = conversion.options;
+  zr::FrameStatistics statistics;
+  const py::gil_scoped_release released;
+  zrbindings::Require(zr::MeasureFrame(
+      choice.id, {memory.data, memory.size, memory.stride, width, height},
+      {options.pattern, options.matrix, options.packing, options.region, lineStep}, statistics));
+  return statistics;
+}
+
+py::tuple TupleOf(const zr::ToneSettings::Channels& channels) {
+  return py::make_tuple(channels.red, channels.green, channels.blue);
+}
+
+py::array Histogram(const zr::ChannelStatistics& channel) {
+  return py::array_t<std::uint64_t>(static_cast<py::ssize_t>(channel.histogram.size()),
+                                    channel.histogram.data());
+}
+
+void BindStatistics(py::module_& module) {
+  using zr::ChannelStatistics;
+  using zr::FrameStatistics;
+  py::class_<ChannelStatistics>(module, "ChannelStatistics", "The samples of one channel.")
+      .def_readonly("count", &ChannelStatistics::count)
+      .def_readonly("minimum", &ChannelStatistics::minimum)
+      .def_readonly("maximum", &ChannelStatistics::maximum)
+      .def_readonly("mean", &ChannelStatistics::mean)
+      .def_property_readonly("histogram", &Histogram, "How often each sample occurs: (2 ** depth,), uint64.");
+  py::class_<FrameStatistics>(module, "FrameStatistics", "A frame's channels: grey, or red, green and blue.")
+      .def_readonly("depth", &FrameStatistics::depth)
+      .def_property_readonly("channels",
+                             [](const FrameStatistics& statistics) {
+                               const auto all = statistics.All();
+                               return std::vector<ChannelStatistics>(all.begin(), all.end());
+                             })
+      .def(
+          "levels",
+          [](const FrameStatistics& statistics, double black, double white) {
+            const zr::Levels levels = zr::LevelsOf(statistics, black, white);
+            return py::make_tuple(levels.black, levels.white);
+          },
+          py::arg("black_share") = 0.001, py::arg("white_share") = 0.999,
+          "(black, white): the samples that these shares of all samples are below.")
+      .def(
+          "grey_world_gains",
+          [](const FrameStatistics& statistics, double black) {
+            return TupleOf(zr::GreyWorldGains(statistics, black));
+          },
+          py::arg("black") = 0.0, "Gains that make the frame grey on the whole; the least is 1.")
+      .def_property_readonly("saturated_share", &zr::SaturatedShare);
+  module.def(
+      "measure", &MeasureFrame, py::arg("frame"), py::arg("format"), py::arg("width"), py::arg("height"),
+      py::arg("stride") = 0, py::arg("line_step") = 1,
+      "Measures a frame, or every n-th of its lines; pattern, matrix, packing and region as of Converter.");
+}
+
 void TranslateRefusal(std::exception_ptr pointer) {
   try {
     if (pointer) std::rethrow_exception(pointer);
@@ -165,6 +235,7 @@ PYBIND11_MODULE(_zrconverters, module) {
   BindFormats(module);
   BindLayouts(module);
   BindConverter(module);
+  BindStatistics(module);
   module.def("convert", &ConvertOnce, py::arg("frame"), py::arg("source"), py::arg("destination"),
              py::arg("width") = py::none(), py::arg("height") = py::none(), py::kw_only(),
              py::arg("out") = py::none(), py::arg("stride") = 0, kConvertText);

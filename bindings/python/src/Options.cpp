@@ -31,6 +31,21 @@ zr::Region RegionOf(py::handle value) {
   return {x, y, width, height};
 }
 
+zr::ToneSettings::Channels ChannelsOf(const char* name, py::handle value) {
+  if (!PySequence_Check(value.ptr())) {
+    const auto all = Cast<double>(name, value);
+    return {all, all, all};
+  }
+  const auto [red, green, blue] = Cast<std::array<double, 3>>(name, value);
+  return {red, green, blue};
+}
+
+// Asked for by the first of its keywords.
+zr::Development& DevelopmentOf(Conversion& conversion) {
+  if (!conversion.development) conversion.development.emplace();
+  return *conversion.development;
+}
+
 struct Keyword {
   const char* name;
   void (*read)(const char* name, py::handle value, Conversion& conversion);
@@ -55,6 +70,35 @@ constexpr std::array kKeywords{
             [](const char* name, py::handle value, Conversion& conversion) {
               conversion.options.packing =
                   zrbindings::ValueOf(zrbindings::kPackings, name, Cast<std::string>(name, value));
+            }},
+    Keyword{"black",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              DevelopmentOf(conversion).black = ChannelsOf(name, value);
+            }},
+    Keyword{"white",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              DevelopmentOf(conversion).white = Cast<double>(name, value);
+            }},
+    Keyword{"gain", [](const char* name, py::handle value,
+                       Conversion& conversion) { DevelopmentOf(conversion).gain = ChannelsOf(name, value); }},
+    Keyword{"color_matrix",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              const auto rows = Cast<std::array<std::array<double, 3>, 3>>(name, value);
+              for (std::size_t i = 0; i < 9; ++i) DevelopmentOf(conversion).matrix[i] = rows[i / 3][i % 3];
+            }},
+    Keyword{"curve",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              DevelopmentOf(conversion).curve =
+                  zrbindings::ValueOf(zrbindings::kCurves, name, Cast<std::string>(name, value));
+            }},
+    Keyword{"gamma",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              DevelopmentOf(conversion).curve = zr::ToneCurve::Gamma;
+              DevelopmentOf(conversion).gamma = Cast<double>(name, value);
+            }},
+    Keyword{"full_depth",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.fullDepth = Cast<bool>(name, value);
             }},
     Keyword{"flip_vertical",
             [](const char* name, py::handle value, Conversion& conversion) {

@@ -26,6 +26,9 @@ def test_every_source_to_every_destination(tool, source):
     ({"flip_vertical": True, "flip_horizontal": True}, ["--flip", "--flip-horizontal"]),
     ({"region": (5, 3, 21, 17)}, ["-r", "5,3,21,17"]),
     ({"threads": 3}, []),
+    ({"demosaic": "directional"}, ["-d", "directional"]),
+    ({"demosaic": "directional", "black": 20, "gain": (1.5, 1, 2), "gamma": 2.2},
+     ["-d", "directional", "--black", "20", "--gain", "1.5,1,2", "--gamma", "2.2"]),
 ])
 def test_options_are_those_of_the_tool(tool, options, arguments):
     path = tool.chart("Bayer12p")
@@ -57,6 +60,30 @@ def test_the_order_of_packed_bits():
     assert (by_option == expected).all()
     mono = [zr.convert(frame, "Mono12Packed", "Mono12", WIDTH, HEIGHT, packing=order) for order in ("type", "gige-vision")]
     assert (mono[0] != mono[1]).any() and (mono[0] >> 4 == mono[1] >> 4).all()
+
+
+def test_development_and_measuring():
+    frame = numpy.linspace(100, 3000, WIDTH * HEIGHT).astype(numpy.uint16)
+    statistics = zr.measure(frame, "Mono12", WIDTH, HEIGHT)
+    grey, = statistics.channels
+    assert (grey.minimum, grey.maximum, grey.count, statistics.depth) == (100, 3000, frame.size, 12)
+    assert (grey.histogram == numpy.bincount(frame, minlength=4096)).all()
+    options = zr.automatic(statistics)
+    picture = zr.convert(frame, "Mono12", "Mono16", WIDTH, HEIGHT, **options)
+    scaled = (frame - options["black"]) / (options["white"] - options["black"])
+    assert abs(picture.ravel() - 65535 * scaled.clip(0, 1)).max() <= 16
+    with pytest.raises(ValueError, match="tone"):
+        zr.convert(frame, "Mono12", "Mono16", WIDTH, HEIGHT, gamma=-1)
+    with pytest.raises(TypeError, match="gain"):
+        zr.convert(frame, "Mono12", "Mono16", WIDTH, HEIGHT, gain=(1, 2))
+
+
+def test_colour_is_developed_in_the_documented_order():
+    frame = numpy.full((2, 2, 3), (1000, 2000, 3000), numpy.uint16)
+    options = {"black": (0, 1000, 1000), "gain": (1, 2, 0.5), "color_matrix": ((0, 1, 0), (1, 0, 0), (0, 0, 1))}
+    picture = zr.convert(frame, "RGB12", "RGB16", **options)
+    light = numpy.array([1000 / 4095, 1000 / 3095 * 2, 2000 / 3095 * 0.5])
+    assert abs(picture[0, 0] - 65535 * light[[1, 0, 2]]).max() <= 16
 
 
 def holders(frame):

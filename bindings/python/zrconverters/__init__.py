@@ -30,6 +30,10 @@ Formats
     A format is a Format, a name or a code as text ("Bayer12p", "BayerRG12p", "0x010C0059") or the 32-bit code that a
     camera reports, as a number. A name or code that says a mosaic's pattern or a YCbCr matrix sets that option.
 
+Development
+    Levels, gains, a colour matrix and a tone curve act at the full depth of the source: see Converter. measure() counts
+    a frame's samples, and automatic() makes options of them.
+
 Errors
     ValueError, in the library's words, where the library refuses a format, a size or an option, and for shapes,
     read-only outputs and buffers that overlap; TypeError for objects without a buffer, items that are no integers
@@ -41,13 +45,25 @@ Threads
 """
 
 from ._zrconverters import (
+    ChannelStatistics,
     Converter,
     Format,
     FrameLayout,
+    FrameStatistics,
     convert,
     describe_frame,
     find_format,
     formats,
+    measure,
 )
 
-__all__ = ["Converter", "Format", "FrameLayout", "convert", "describe_frame", "find_format", "formats"]
+__all__ = [
+    "ChannelStatistics", "Converter", "Format", "FrameLayout", "FrameStatistics", "automatic", "convert",
+    "describe_frame", "find_format", "formats", "measure",
+]
+
+
+def automatic(statistics):
+    """Options that stretch a frame's levels and, of colour, balance its white: convert(..., **automatic(measure(...)))."""
+    black, white = statistics.levels()
+    return {"black": black, "white": white, "gain": statistics.grey_world_gains(black)}

@@ -1,9 +1,12 @@
-from typing import Any, List, Literal, Optional, Tuple, TypeVar, Union, overload
+from typing import Any, Dict, List, Literal, Optional, Sequence, Tuple, TypeVar, Union, overload
 
 from _typeshed import ReadableBuffer, WriteableBuffer
 import numpy
 
-__all__ = ["Converter", "Format", "FrameLayout", "convert", "describe_frame", "find_format", "formats"]
+__all__ = [
+    "ChannelStatistics", "Converter", "Format", "FrameLayout", "FrameStatistics", "automatic", "convert",
+    "describe_frame", "find_format", "formats", "measure",
+]
 
 _Array = numpy.ndarray[Any, Any]
 _Frame = Union[ReadableBuffer, _Array]
@@ -12,9 +15,12 @@ _Format = Union["Format", str, int]
 _Pattern = Literal[
     "GRBG", "GBRG", "RGGB", "BGGR", "RGBG", "BGRG", "GRGB", "GBGR", "WGWR", "WBWG", "WRWG", "WGWB"
 ]
-_Demosaic = Literal["fast", "interpolate"]
+_Demosaic = Literal["fast", "interpolate", "directional"]
 _Matrix = Literal["601", "709", "jpeg"]
 _Packing = Literal["type", "gige-vision", "csi2"]
+_Channels = Union[float, Tuple[float, float, float]]
+_ColorMatrix = Sequence[Sequence[float]]
+_Curve = Literal["linear", "srgb", "gamma"]
 _Region = Tuple[int, int, int, int]
 
 class Format:
@@ -74,6 +80,13 @@ class Converter:
         demosaic: Optional[_Demosaic] = None,
         matrix: Optional[_Matrix] = None,
         packing: Optional[_Packing] = None,
+        black: Optional[_Channels] = None,
+        white: Optional[float] = None,
+        gain: Optional[_Channels] = None,
+        color_matrix: Optional[_ColorMatrix] = None,
+        curve: Optional[_Curve] = None,
+        gamma: Optional[float] = None,
+        full_depth: bool = False,
         flip_vertical: bool = False,
         flip_horizontal: bool = False,
         region: Optional[_Region] = None,
@@ -104,6 +117,42 @@ class Converter:
     @property
     def destination_layout(self) -> FrameLayout: ...
 
+class ChannelStatistics:
+    @property
+    def count(self) -> int: ...
+    @property
+    def minimum(self) -> int: ...
+    @property
+    def maximum(self) -> int: ...
+    @property
+    def mean(self) -> float: ...
+    @property
+    def histogram(self) -> _Array: ...
+
+class FrameStatistics:
+    @property
+    def depth(self) -> int: ...
+    @property
+    def channels(self) -> List[ChannelStatistics]: ...
+    @property
+    def saturated_share(self) -> float: ...
+    def levels(self, black_share: float = 0.001, white_share: float = 0.999) -> Tuple[float, float]: ...
+    def grey_world_gains(self, black: float = 0.0) -> Tuple[float, float, float]: ...
+
+def measure(
+    frame: _Frame,
+    format: _Format,
+    width: int,
+    height: int,
+    stride: int = 0,
+    line_step: int = 1,
+    *,
+    pattern: Optional[_Pattern] = None,
+    matrix: Optional[_Matrix] = None,
+    packing: Optional[_Packing] = None,
+    region: Optional[_Region] = None,
+) -> FrameStatistics: ...
+def automatic(statistics: FrameStatistics) -> Dict[str, Any]: ...
 @overload
 def convert(
     frame: _Frame,
@@ -118,6 +167,13 @@ def convert(
     demosaic: Optional[_Demosaic] = None,
     matrix: Optional[_Matrix] = None,
     packing: Optional[_Packing] = None,
+    black: Optional[_Channels] = None,
+    white: Optional[float] = None,
+    gain: Optional[_Channels] = None,
+    color_matrix: Optional[_ColorMatrix] = None,
+    curve: Optional[_Curve] = None,
+    gamma: Optional[float] = None,
+    full_depth: bool = False,
     flip_vertical: bool = False,
     flip_horizontal: bool = False,
     region: Optional[_Region] = None,
@@ -137,6 +193,13 @@ def convert(
     demosaic: Optional[_Demosaic] = None,
     matrix: Optional[_Matrix] = None,
     packing: Optional[_Packing] = None,
+    black: Optional[_Channels] = None,
+    white: Optional[float] = None,
+    gain: Optional[_Channels] = None,
+    color_matrix: Optional[_ColorMatrix] = None,
+    curve: Optional[_Curve] = None,
+    gamma: Optional[float] = None,
+    full_depth: bool = False,
     flip_vertical: bool = False,
     flip_horizontal: bool = False,
     region: Optional[_Region] = None,
