@@ -1,6 +1,7 @@
 #include "Conversion.h"
 
 #include <ZrConvertersLib/FrameErrors.h>
+#include <ZrConvertersLib/Measure.h>
 
 #include <utility>
 
@@ -12,6 +13,27 @@ namespace zrgstreamer {
 
 namespace zr = ZrConvertersLib;
 using zrbindings::Require;
+
+namespace {
+
+zr::Development DevelopmentOf(const Settings& settings) {
+  zr::Development development;
+  development.black = {settings.black, settings.black, settings.black};
+  development.white = settings.white;
+  development.gain = {settings.redGain, settings.greenGain, settings.blueGain};
+  development.curve = settings.curve;
+  development.gamma = settings.gamma;
+  return development;
+}
+
+bool AsksForTone(const Settings& settings) {
+  const Settings neutral;
+  return settings.automatic || settings.black != neutral.black || settings.white != neutral.white ||
+         settings.redGain != neutral.redGain || settings.greenGain != neutral.greenGain ||
+         settings.blueGain != neutral.blueGain || settings.curve != neutral.curve;
+}
+
+}  // namespace
 
 Settings Conversion::GetSettings() const {
   const std::lock_guard lock(mMutex);
@@ -37,6 +59,7 @@ SourceFrame Conversion::SourceOf(const GstCaps* caps) const {
 }
 
 void Conversion::Negotiate(const GstCaps* source, const GstCaps* destination) {
+  mMeasured.reset();
   mSourceCaps.reset(gst_caps_copy(source));
   const bool isRaw = gst_video_info_from_caps(&mPicture, destination);
   mFormat = isRaw ? FindRawFormat(GST_VIDEO_INFO_FORMAT(&mPicture)) : nullptr;
@@ -49,10 +72,33 @@ void Conversion::Configure() {
     const std::lock_guard lock(mMutex);
     mChanged = false;
   }
+  const Settings settings = GetSettings();
+  if (!settings.automatic) mMeasured.reset();
   mSource = SourceOf(mSourceCaps.get());
+  mSource.options.fullDepth = mFormat->Destination()->depth > 8 || AsksForTone(settings);
   mConverter = std::make_unique<zrbindings::BandedConverter>(
-      zrbindings::Conversion{mSource.format->id, mFormat->Destination()->id, mSource.width, mSource.height,
-                             mSource.options, GetSettings().threads});
+      zrbindings::Conversion{.source = mSource.format->id,
+                             .destination = mFormat->Destination()->id,
+                             .width = mSource.width,
+                             .height = mSource.height,
+                             .options = mSource.options,
+                             .development = mMeasured ? *mMeasured : DevelopmentOf(settings),
+                             .threads = settings.threads});
+}
+
+// The darkest and the lightest thousandth of the samples may be noise and reflections.
+void Conversion::Measure(const zr::SourceView& frame) {
+  constexpr double kShare = 0.001;
+  const zr::FrameOptions& options = mSource.options;
+  zr::FrameStatistics statistics;
+  Require(zr::MeasureFrame(mSource.format->id, frame,
+                           {options.pattern, options.matrix, options.packing, {}, 1}, statistics));
+  const zr::Levels levels = zr::LevelsOf(statistics, kShare, 1.0 - kShare);
+  mMeasured = DevelopmentOf(GetSettings());
+  mMeasured->black = {levels.black, levels.black, levels.black};
+  mMeasured->white = levels.white;
+  mMeasured->gain = zr::GreyWorldGains(statistics, levels.black);
+  Configure();
 }
 
 void Conversion::Convert(GstBuffer* frame, GstBuffer* picture) {
@@ -61,6 +107,7 @@ void Conversion::Convert(GstBuffer* frame, GstBuffer* picture) {
     Configure();
   }
   const MappedSource source(frame, mSource);
+  if (GetSettings().automatic && !mMeasured) Measure(source.View());
   MappedPicture destination(picture, mPicture);
   if (destination.IsDirect(*mFormat)) return mConverter->Convert(source.View(), destination.View());
   const zr::FrameConverter& facts = mConverter->Facts();

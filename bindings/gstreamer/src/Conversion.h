@@ -24,6 +24,14 @@ struct Settings {
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
   std::optional<ZrConvertersLib::PackingOrder> packing;
   ZrConvertersLib::Demosaic demosaic = ZrConvertersLib::Demosaic::Fast;
+  double black = 0.0;     ///< counts of the source's samples
+  double white = 0.0;     ///< the same; 0: the largest sample
+  double redGain = 1.0;
+  double greenGain = 1.0;
+  double blueGain = 1.0;
+  ZrConvertersLib::ToneCurve curve = ZrConvertersLib::ToneCurve::Linear;
+  double gamma = 2.2;
+  bool automatic = false;  ///< levels and gains from the first frame instead of the above
   unsigned threads = 1;
 };
 
@@ -46,6 +54,7 @@ class Conversion {
 
  private:
   void Configure();
+  void Measure(const ZrConvertersLib::SourceView& frame);
 
   mutable std::mutex mMutex;  // guards the two below
   Settings mSettings;
@@ -53,6 +62,7 @@ class Conversion {
 
   CapsPointer mSourceCaps;
   SourceFrame mSource;
+  std::optional<ZrConvertersLib::Development> mMeasured;  // what the first frame has told
   GstVideoInfo mPicture{};
   const RawFormat* mFormat = nullptr;
   std::unique_ptr<zrbindings::BandedConverter> mConverter;

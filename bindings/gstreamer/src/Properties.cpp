@@ -21,6 +21,14 @@ enum Id : guint {
   kDemosaic,
   kMatrix,
   kPacking,
+  kBlack,
+  kWhite,
+  kRedGain,
+  kGreenGain,
+  kBlueGain,
+  kCurve,
+  kGamma,
+  kAutomatic,
   kThreads
 };
 
@@ -41,6 +49,11 @@ std::vector<GEnumValue> ValuesOf(const std::array<zrbindings::Word<Value>, kCoun
 
 GType DemosaicType() {
   static const GType type = EnumType("ZrConvertDemosaic", ValuesOf(zrbindings::kDemosaics));
+  return type;
+}
+
+GType CurveType() {
+  static const GType type = EnumType("ZrConvertCurve", ValuesOf(zrbindings::kCurves));
   return type;
 }
 
@@ -85,6 +98,31 @@ void InstallNumber(GObjectClass* object, Id id, const char* name, const char* te
                                   g_param_spec_uint(name, name, text, 0, most, otherwise, Flags(IsLive(id))));
 }
 
+void InstallFactor(GObjectClass* object, Id id, const char* name, const char* text, double otherwise) {
+  g_object_class_install_property(
+      object, id, g_param_spec_double(name, name, text, 0.0, G_MAXUINT32, otherwise, Flags(true)));
+}
+
+// The number that an id stands for; null for the others.
+double* FactorOf(Settings& settings, guint id) {
+  switch (id) {
+    case kBlack:
+      return &settings.black;
+    case kWhite:
+      return &settings.white;
+    case kRedGain:
+      return &settings.redGain;
+    case kGreenGain:
+      return &settings.greenGain;
+    case kBlueGain:
+      return &settings.blueGain;
+    case kGamma:
+      return &settings.gamma;
+    default:
+      return nullptr;
+  }
+}
+
 void InstallChoice(GObjectClass* object, Id id, const char* name, const char* text, GType type,
                    gint otherwise) {
   g_object_class_install_property(object, id,
@@ -122,11 +160,26 @@ void InstallProperties(GObjectClass* object) {
   InstallChoice(object, kDemosaic, "demosaic", "How a mosaic becomes colour", DemosaicType(), 0);
   InstallChoice(object, kMatrix, "matrix", "How YCbCr becomes colour", MatrixType(), kAuto);
   InstallChoice(object, kPacking, "packing", "Order of the low bits in packed samples", PackingType(), kAuto);
+  InstallFactor(object, kBlack, "black", "Samples that become black, in counts of the source's samples", 0.0);
+  InstallFactor(object, kWhite, "white", "Samples that become white (0: the largest that there are)", 0.0);
+  InstallFactor(object, kRedGain, "red-gain", "Factor of red", 1.0);
+  InstallFactor(object, kGreenGain, "green-gain", "Factor of green and grey", 1.0);
+  InstallFactor(object, kBlueGain, "blue-gain", "Factor of blue", 1.0);
+  InstallChoice(object, kCurve, "curve", "From linear light to what is shown", CurveType(), 0);
+  InstallFactor(object, kGamma, "gamma", "Exponent of curve=gamma", 2.2);
+  g_object_class_install_property(
+      object, kAutomatic,
+      g_param_spec_boolean("auto", "auto", "Levels, and gains of colour, from the first frame", FALSE,
+                           Flags(true)));
   InstallNumber(object, kThreads, "threads", "Threads that share each frame (0: one for each processor)",
                 1024, 1);
 }
 
 bool WriteProperty(Settings& settings, guint id, const GValue* value) {
+  if (double* factor = FactorOf(settings, id)) {
+    *factor = g_value_get_double(value);
+    return true;
+  }
   switch (id) {
     case kSourceFormat: {
       const char* text = g_value_get_string(value);
@@ -154,6 +207,12 @@ bool WriteProperty(Settings& settings, guint id, const GValue* value) {
     case kPacking:
       settings.packing = Choice<zr::PackingOrder>(value);
       return true;
+    case kCurve:
+      settings.curve = static_cast<zr::ToneCurve>(g_value_get_enum(value));
+      return true;
+    case kAutomatic:
+      settings.automatic = g_value_get_boolean(value);
+      return true;
     case kThreads:
       settings.threads = g_value_get_uint(value);
       return true;
@@ -163,6 +222,11 @@ bool WriteProperty(Settings& settings, guint id, const GValue* value) {
 }
 
 bool ReadProperty(const Settings& settings, guint id, GValue* value) {
+  Settings copy = settings;
+  if (const double* factor = FactorOf(copy, id)) {
+    g_value_set_double(value, *factor);
+    return true;
+  }
   switch (id) {
     case kSourceFormat:
       g_value_set_string(value, settings.sourceFormat.empty() ? nullptr : settings.sourceFormat.c_str());
@@ -187,6 +251,12 @@ bool ReadProperty(const Settings& settings, guint id, GValue* value) {
       return true;
     case kPacking:
       g_value_set_enum(value, Number(settings.packing));
+      return true;
+    case kCurve:
+      g_value_set_enum(value, static_cast<gint>(settings.curve));
+      return true;
+    case kAutomatic:
+      g_value_set_boolean(value, settings.automatic);
       return true;
     case kThreads:
       g_value_set_uint(value, settings.threads);

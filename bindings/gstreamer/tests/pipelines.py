@@ -34,6 +34,10 @@ class Pipelines(unittest.TestCase):
 
     def check(self, path, word, width, height, destination="RGB8", caps="RGB", options=(), arguments=()):
         picture, expected = self.directory / "picture.raw", self.directory / "expected.raw"
+        # The tool demosaics directionally, and keeps the depth of YCbCr, unless it is told otherwise; the element
+        # has the library's defaults.
+        if "Bayer" in word and "-d" not in arguments:
+            arguments = [*arguments, "-d", "fast"]
         self.tool("convert", path, expected, "-c", "raw", "-f", word, "-s", f"{width}x{height}", "-t", destination, "-q",
                   *arguments)
         launch(*source(path, word, width, height, *options), f"video/x-raw,format={caps}", "!", "filesink",
@@ -57,6 +61,15 @@ class Pipelines(unittest.TestCase):
         launch(*source(path, "BayerRG12p", WIDTH, HEIGHT, "demosaic=interpolate"), "pngenc", "!", "filesink",
                f"location={picture}")
         self.assertTrue((cv2.imread(str(picture)) == cv2.imread(str(expected))).all())
+
+    def test_demosaic_and_tone(self):
+        path = self.directory / "f.raw"
+        self.tool("chart", path, "-f", "BayerRG12p", "-s", f"{WIDTH}x{HEIGHT}")
+        self.check(path, "BayerRG12p", WIDTH, HEIGHT,
+                   options=["demosaic=directional", "black=20", "red-gain=1.5", "blue-gain=2", "curve=gamma"],
+                   arguments=["-d", "directional", "--black", "20", "--gain", "1.5,1,2", "--gamma", "2.2"])
+        self.check(path, "BayerRG12p", WIDTH, HEIGHT, options=["demosaic=directional", "auto=true", "curve=srgb"],
+                   arguments=["-d", "directional", "--auto", "--curve", "srgb"])
 
     def test_recorded_frames(self):
         for path in sorted(pathlib.Path(os.environ.get("ZR_FRAMES", "/nonexistent")).glob("*.raw")):

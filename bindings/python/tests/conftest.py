@@ -13,6 +13,11 @@ TOOL = os.environ.get("ZRCONVERT")
 WIDTH, HEIGHT = 48, 34
 
 
+def is_demosaiced(source, destination):
+    mosaics = ("Bayer", "BiColor", "SCF1")
+    return source.startswith(mosaics) and not destination.startswith(mosaics)
+
+
 class Tool:
     """The command-line tool, whose output the module's must equal byte for byte."""
 
@@ -28,6 +33,9 @@ class Tool:
         return path
 
     def convert(self, path, word, destination, width=WIDTH, height=HEIGHT, *options):
+        """With the library's default for mosaics, which is not the tool's."""
+        if is_demosaiced(word, destination) and "-d" not in options:
+            options = (*options, "-d", "fast")
         picture = self.directory / "picture.raw"
         size = f"{width}x{height}"
         self.run("convert", path, picture, "-c", "raw", "-f", word, "-s", size, "-t", destination, "-q", *options)
