@@ -24,8 +24,8 @@ struct Settings {
   std::optional<ZrConvertersLib::ColourMatrix> matrix;
   std::optional<ZrConvertersLib::PackingOrder> packing;
   ZrConvertersLib::Demosaic demosaic = ZrConvertersLib::Demosaic::Fast;
-  double black = 0.0;     ///< counts of the source's samples
-  double white = 0.0;     ///< the same; 0: the largest sample
+  double black = 0.0;  ///< counts of the source's samples
+  double white = 0.0;  ///< the same; 0: the largest sample
   double redGain = 1.0;
   double greenGain = 1.0;
   double blueGain = 1.0;
