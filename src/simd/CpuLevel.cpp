@@ -44,15 +44,7 @@ bool Always() {
 }
 }  // namespace
 
-#if defined(__x86_64__) && defined(ZR_BASELINE_ONLY)
-
-ZR_DECLARE_LEVEL(Baseline)
-
-namespace {
-constinit const std::array kLevels = {ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16)};
-}
-
-#elif defined(__x86_64__)
+#if defined(__x86_64__)
 
 ZR_DECLARE_LEVEL(Baseline)
 ZR_DECLARE_LEVEL(V2)
@@ -91,15 +83,21 @@ const CpuFeatures& Features() {
 }
 
 template <const CpuFeatures& needed>
-bool Has() {
+[[maybe_unused]] bool Has() {
   return HasAll(Features(), needed);
 }
 
 constinit const std::array kLevels = {
     ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16),
+#if defined(ZR_LEVEL_V2)
     ZR_LEVEL_ROW(V2, "x86-64-v2", Has<kNeededByV2>, 16),
+#endif
+#if defined(ZR_LEVEL_V3)
     ZR_LEVEL_ROW(V3, "x86-64-v3", Has<kNeededByV3>, 32),
+#endif
+#if defined(ZR_LEVEL_V4)
     ZR_LEVEL_ROW(V4, "x86-64-v4", Has<kNeededByV4>, 64),
+#endif
 };
 
 }  // namespace
