@@ -6,7 +6,9 @@
 #include <new>
 
 #include "core/FormatTable.h"
+#include "develop/PlaneStrips.h"
 #include "develop/SampleLines.h"
+#include "frame/FramePlan.h"
 #include "frame/Rect.h"
 
 namespace ZrConvertersLib {
@@ -18,65 +20,99 @@ using ZrUtilsLib::Result;
 /// Bits of a histogram's largest index.
 constexpr unsigned kMostDepth = 16;
 
-/// Histograms of lines: two of each channel, since adding to the same count again has to wait for the first.
+/// How samples lie in memory: bytes, or words that have their lowest bit at bit `shift`.
+struct SampleForm {
+  bool words;
+  unsigned depth, shift;
+};
+
+/// Counts samples in several tables in turn: an addition to the same count as the one before would have to
+/// wait for it, and neighbouring samples are often equal. Each sample costs a store of its own, which bounds
+/// the speed to one sample a cycle.
 class Counter {
  public:
-  Counter(unsigned depth, unsigned channels)
-      : mShift(kMostDepth - depth), mSize(std::size_t{1} << depth), mCounts(channels * 2 * mSize) {}
+  /// Samples that are counted at a time; also the most tables.
+  static constexpr std::int64_t kBatch = 8;
 
-  /// Words of the 16-bit scale, `step` words apart.
-  void Add(unsigned channel, const std::uint8_t* words, std::int64_t count, std::int64_t step) {
-    std::uint32_t* const even = mCounts.data() + std::size_t{2} * channel * mSize;
-    std::uint32_t* const odd = even + mSize;
-    const std::uint8_t* const end = words + 2 * step * (count / 2 * 2);
-    for (; words != end; words += 4 * step) {
-      ++even[At(words)];
-      ++odd[At(words + 2 * step)];
-    }
-    if (count % 2 != 0) ++even[At(words)];
+  explicit Counter(const SampleForm& form)
+      : mForm(form),
+        mSize(std::size_t{1} << form.depth),
+        // Few enough to stay in the first-level cache, if the depth allows that.
+        mTables(form.depth <= 10   ? 8
+                : form.depth <= 12 ? 4
+                                   : 2),
+        mCounts(mTables * Stride()) {}
+
+  /// Samples of a line. Those at even and at odd places are counted apart.
+  void Add(const std::uint8_t* samples, std::int64_t count) {
+    if (mForm.words)
+      AddLine<std::uint16_t>(samples, count);
+    else
+      AddLine<std::uint8_t>(samples, count);
     // Far below what 32 bits hold, so that a line cannot overflow them.
     mAdded += static_cast<std::uint64_t>(count);
   }
 
   bool IsFull() const { return mAdded >= std::uint64_t{1} << 31; }
 
-  void MoveInto(FrameStatistics& statistics) {
-    for (unsigned channel = 0; channel < statistics.channels; ++channel) {
-      std::uint32_t* const even = mCounts.data() + std::size_t{2} * channel * mSize;
-      for (std::size_t i = 0; i < mSize; ++i)
-        statistics.channel[channel].histogram[i] += std::uint64_t{even[i]} + even[i + mSize];
+  /// Adds up the counts of samples at even and at odd places and begins anew.
+  void MoveInto(ChannelStatistics& even, ChannelStatistics& odd) {
+    for (std::size_t table = 0; table < mTables; ++table) {
+      const std::uint32_t* const counts = mCounts.data() + table * Stride();
+      std::uint64_t* const sums = (table % 2 == 0 ? even : odd).histogram.data();
+      for (std::size_t i = 0; i < mSize; ++i) sums[i] += counts[i];
     }
     std::fill(mCounts.begin(), mCounts.end(), 0);
     mAdded = 0;
   }
 
  private:
-  std::size_t At(const std::uint8_t* word) const {
-    std::uint16_t value;
-    std::memcpy(&value, word, sizeof value);
-    return value >> mShift;
+  /// Counts from a table to the next: a cache line more than a table has, since processors take loads and
+  /// stores at a distance of 4096 bytes for the same at first.
+  std::size_t Stride() const { return mSize + 16; }
+
+  template <class Sample>
+  void AddLine(const std::uint8_t* samples, std::int64_t count) {
+    std::array<std::uint32_t*, kBatch> tables;
+    for (std::size_t i = 0; i < kBatch; ++i) tables[i] = mCounts.data() + i % mTables * Stride();
+    const auto mask = sizeof(Sample) == 1 ? 0xFF : mSize - 1;
+    const std::uint8_t* const end = samples + RoundDown(count, kBatch) * std::int64_t{sizeof(Sample)};
+    for (; samples != end; samples += kBatch * sizeof(Sample)) {
+      constexpr std::size_t kPerLoad = sizeof(std::uint64_t) / sizeof(Sample);
+      std::uint64_t loaded[sizeof(Sample)];
+      std::memcpy(loaded, samples, sizeof loaded);
+      for (std::uint64_t& part : loaded) part >>= sizeof(Sample) == 1 ? 0 : mForm.shift;
+      for (std::size_t i = 0; i < kBatch; ++i)
+        ++tables[i][(loaded[i / kPerLoad] >> (i % kPerLoad * 8 * sizeof(Sample))) & mask];
+    }
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count % kBatch); ++i) {
+      Sample sample;
+      std::memcpy(&sample, samples + i * sizeof sample, sizeof sample);
+      ++tables[i][sizeof(Sample) == 1 ? sample : std::size_t{sample} >> mForm.shift & mask];
+    }
   }
 
-  unsigned mShift;
-  std::size_t mSize;
+  SampleForm mForm;
+  std::size_t mSize, mTables;
   std::uint64_t mAdded = 0;
   std::vector<std::uint32_t> mCounts;
 };
 
 /// Minimum, maximum and mean follow from the histogram.
 void Summarise(ChannelStatistics& channel) {
-  channel.count = 0;
-  channel.minimum = channel.maximum = 0;
-  double sum = 0.0;
-  for (std::size_t i = 0; i < channel.histogram.size(); ++i) {
-    const std::uint64_t n = channel.histogram[i];
-    if (n == 0) continue;
-    if (channel.count == 0) channel.minimum = static_cast<std::uint32_t>(i);
-    channel.maximum = static_cast<std::uint32_t>(i);
-    channel.count += n;
-    sum += static_cast<double>(n) * static_cast<double>(i);
+  const auto& histogram = channel.histogram;
+  std::uint64_t count = 0, sum = 0;
+  for (std::size_t i = 0; i < histogram.size(); ++i) {
+    count += histogram[i];
+    sum += histogram[i] * i;
   }
-  channel.mean = channel.count != 0 ? sum / static_cast<double>(channel.count) : 0.0;
+  const auto occurs = [](std::uint64_t n) { return n != 0; };
+  const auto first = std::find_if(histogram.begin(), histogram.end(), occurs);
+  const auto last = std::find_if(histogram.rbegin(), histogram.rend(), occurs);
+  channel.count = count;
+  channel.minimum = count != 0 ? static_cast<std::uint32_t>(first - histogram.begin()) : 0;
+  channel.maximum = count != 0 ? static_cast<std::uint32_t>(histogram.rend() - last - 1) : 0;
+  channel.mean = count != 0 ? static_cast<double>(sum) / static_cast<double>(count) : 0.0;
 }
 
 /// What is measured, checked.
@@ -106,44 +142,84 @@ unsigned ColourAt(MosaicPattern pattern, std::int64_t x, std::int64_t y) {
   return redFirst != oddLine ? 0 : 2;
 }
 
-/// Samples as they lie in the frame.
-void MeasureSamples(const Job& job, Counter& counter, FrameStatistics& statistics) {
-  const SourceLines source{static_cast<const std::uint8_t*>(job.source.data),
-                           static_cast<std::ptrdiff_t>(job.source.stride)};
-  const SampleLines samples(*job.row, OptionsOf(job).GetFlags());
-  const std::int64_t first = RoundDown(job.region.x0, SampleLines::kStep);
-  const std::int64_t end =
-      std::min<std::int64_t>(RoundUp(job.region.x1, SampleLines::kStep), job.source.width);
-  std::vector<std::uint8_t> words(static_cast<std::size_t>(2 * (end - first + 2 * SampleLines::kSlack)));
-  const std::uint8_t* const begin = words.data() + 2 * (job.region.x0 - first);
-  for (std::int64_t y = job.region.y0; y < job.region.y1; y += job.options.lineStep) {
-    samples.Read(source, y, 1, first, end, words.data(), 0);
-    const std::int64_t sites = statistics.channels == 1 ? 1 : 2;
-    for (std::int64_t site = 0; site < sites; ++site) {
-      const unsigned channel = sites == 1 ? 0 : ColourAt(job.options.pattern, job.region.x0 + site, y);
-      counter.Add(channel, begin + 2 * site, (job.region.Width() - site + sites - 1) / sites, sites);
+/// Lines of samples of the 16-bit scale, or the frame's own if its format is not packed.
+class PlainLines {
+ public:
+  explicit PlainLines(const Job& job)
+      : mSource{static_cast<const std::uint8_t*>(job.source.data),
+                static_cast<std::ptrdiff_t>(job.source.stride)},
+        mInPlace(job.row->packing == Packing::Plain),
+        mSampleBytes(job.row->container / 8),
+        mSamples(*job.row, OptionsOf(job).GetFlags()),
+        mFirst(RoundDown(job.region.x0, SampleLines::kStep)),
+        mEnd(std::min<std::int64_t>(RoundUp(job.region.x1, SampleLines::kStep), job.source.width)),
+        mBegin(job.region.x0),
+        mWords(mInPlace ? 0 : static_cast<std::size_t>(2 * (mEnd - mFirst + 2 * SampleLines::kSlack))),
+        mForm{!mInPlace || mSampleBytes == 2, job.row->depth, mInPlace ? 0U : kMostDepth - job.row->depth} {}
+
+  const SampleForm& Form() const { return mForm; }
+
+  /// The region's first sample in a line.
+  const std::uint8_t* Line(std::int64_t y) {
+    if (mInPlace) return mSource.data + y * mSource.stride + mBegin * mSampleBytes;
+    mSamples.Read(mSource, y, 1, mFirst, mEnd, mWords.data(), 0);
+    return mWords.data() + 2 * (mBegin - mFirst);
+  }
+
+ private:
+  SourceLines mSource;
+  bool mInPlace;
+  std::int64_t mSampleBytes;
+  SampleLines mSamples;
+  std::int64_t mFirst, mEnd, mBegin;
+  std::vector<std::uint8_t> mWords;
+  SampleForm mForm;
+};
+
+/// Samples as they lie in the frame. A mosaic's lines of either colour are counted one after the other, so
+/// that fewer counts are in use at a time.
+void MeasureSamples(const Job& job, FrameStatistics& statistics) {
+  PlainLines lines(job);
+  Counter counter(lines.Form());
+  const bool mosaic = statistics.channels != 1;
+  for (std::int64_t parity = 0; parity < (mosaic ? 2 : 1); ++parity) {
+    const auto channelAt = [&](std::int64_t column) -> ChannelStatistics& {
+      return statistics.channel[mosaic ? ColourAt(job.options.pattern, job.region.x0 + column, parity) : 0];
+    };
+    for (std::int64_t y = job.region.y0; y < job.region.y1; y += job.options.lineStep) {
+      if (mosaic && y % 2 != parity) continue;
+      counter.Add(lines.Line(y), job.region.Width());
+      if (counter.IsFull()) counter.MoveInto(channelAt(0), channelAt(1));
     }
-    if (counter.IsFull()) counter.MoveInto(statistics);
+    counter.MoveInto(channelAt(0), channelAt(1));
   }
 }
 
 /// Red, green and blue, or grey, as conversions make them.
-Result MeasureConverted(const Job& job, Counter& counter, FrameStatistics& statistics) {
-  FrameOptions options = OptionsOf(job);
-  const long planes = statistics.channels == 1 ? PixelTypeIds::Mono16 : PixelTypeIds::RGB16_Planar;
-  FrameConverter converter;
-  // A line at a time, each a region of its own.
-  std::vector<std::uint8_t> words(static_cast<std::size_t>(6 * job.region.Width()));
-  for (std::int64_t y = job.region.y0; y < job.region.y1; y += job.options.lineStep) {
-    options.region = {static_cast<std::uint32_t>(job.region.x0), static_cast<std::uint32_t>(y),
-                      static_cast<std::uint32_t>(job.region.Width()), 1};
-    Result result = converter.Configure(job.row->id, planes, job.source.width, job.source.height, options);
-    const auto width = static_cast<std::uint32_t>(job.region.Width());
-    if (result.IsSuccess()) result = converter.Convert(job.source, DestinationView::Of(words, width, 1));
+Result MeasureConverted(const Job& job, FrameStatistics& statistics) {
+  const bool words = job.row->depth != 8, grey = statistics.channels == 1;
+  const long colours = words ? PixelTypeIds::RGB16_Planar : PixelTypeIds::RGB8_Planar;
+  const long greys = words ? PixelTypeIds::Mono16 : PixelTypeIds::Mono8;
+  FramePlan plan;
+  Result result = MakeFramePlan(job.row->id, grey ? greys : colours, job.source.width, job.source.height,
+                                OptionsOf(job), plan);
+  if (!result.IsSuccess()) return result;
+  PlaneStrips strips(plan, job.row->family == Family::YCbCr && words);
+  const SourceLines source{static_cast<const std::uint8_t*>(job.source.data),
+                           static_cast<std::ptrdiff_t>(job.source.stride)};
+  const SampleForm form{words, statistics.depth, kMostDepth - statistics.depth};
+  std::vector<Counter> counters(statistics.channels, Counter(form));
+  const std::int64_t step = job.options.lineStep, most = step == 1 ? strips.Lines() : 1;
+  for (std::int64_t y = job.region.y0; y < job.region.y1; y += most * step) {
+    const std::int64_t count = std::min(most, job.region.y1 - y);
+    result = strips.Make(source, y, count);
     if (!result.IsSuccess()) return result;
-    for (unsigned channel = 0; channel < statistics.channels; ++channel)
-      counter.Add(channel, words.data() + 2 * channel * job.region.Width(), job.region.Width(), 1);
-    if (counter.IsFull()) counter.MoveInto(statistics);
+    for (unsigned i = 0; i < statistics.channels; ++i) {
+      ChannelStatistics& channel = statistics.channel[i];
+      for (std::int64_t line = 0; line < count; ++line)
+        counters[i].Add(strips.Pixels(i, line), job.region.Width());
+      if (counters[i].IsFull() || y + most * step >= job.region.y1) counters[i].MoveInto(channel, channel);
+    }
   }
   return {};
 }
@@ -184,14 +260,12 @@ Result Measure(Job& job, FrameStatistics& statistics) {
   statistics.channels = job.row->family == Family::Mono ? 1 : 3;
   for (unsigned i = 0; i < statistics.channels; ++i)
     statistics.channel[i].histogram.assign(std::size_t{1} << statistics.depth, 0);
-  Counter counter(statistics.depth, statistics.channels);
   if (HasPlainSamples(*job.row)) {
-    MeasureSamples(job, counter, statistics);
+    MeasureSamples(job, statistics);
   } else {
-    const Result result = MeasureConverted(job, counter, statistics);
+    const Result result = MeasureConverted(job, statistics);
     if (!result.IsSuccess()) return result;
   }
-  counter.MoveInto(statistics);
   for (ChannelStatistics& channel : statistics.channel) Summarise(channel);
   return {};
 }

@@ -80,6 +80,38 @@ TEST(MeasureTest, MeasuresColourByChannel) {
   EXPECT_EQ(gains.blue, 1.0);
 }
 
+/// More lines than are converted at a time, from columns within a group of pixels.
+TEST(MeasureTest, MeasuresColourAsItIsConverted) {
+  constexpr std::uint32_t kWidth = 144, kHeight = 80;
+  TestSupport::Random random(4);
+  for (const long source : {Ids::Mono4p, Ids::BGRa8, Ids::RGB10p32, Ids::YCbCr422_8, Ids::YCbCr422_10p,
+                            Ids::BiColor10p, Ids::SCF112p}) {
+    FrameLayout layout;
+    ASSERT_TRUE(DescribeFrame(source, kWidth, kHeight, 0, layout).IsSuccess());
+    std::vector<std::uint8_t> frame(layout.frameBytes);
+    for (std::uint8_t& byte : frame) byte = static_cast<std::uint8_t>(random.Below(256));
+    MeasureOptions options;
+    options.region = {5, 3, 131, 71};
+    options.lineStep = 1 + random.Below(2);
+    FrameOptions whole;
+    whole.region = options.region;
+    whole.fullDepth = true;
+    std::vector<std::uint16_t> words(3 * 131 * 71);
+    const auto from = SourceView::Of(frame, kWidth, kHeight);
+    ASSERT_TRUE(ConvertFrame(source, from, Ids::RGB16_Planar, DestinationView::Of(words, 131, 71), whole)
+                    .IsSuccess());
+    FrameStatistics statistics;
+    ASSERT_TRUE(MeasureFrame(source, from, options, statistics).IsSuccess());
+    for (unsigned channel = 0; channel < statistics.channels; ++channel) {
+      std::vector<std::uint64_t> expected(std::size_t{1} << statistics.depth);
+      for (std::size_t y = 0; y < 71; y += options.lineStep)
+        for (std::size_t x = 0; x < 131; ++x)
+          ++expected[words[(channel * 71 + y) * 131 + x] >> (16 - statistics.depth)];
+      EXPECT_EQ(statistics.channel[channel].histogram, expected) << source << " channel " << channel;
+    }
+  }
+}
+
 TEST(MeasureTest, RefusesWhatItCannotRead) {
   const std::vector<std::uint8_t> frame(63);
   const auto code = [&](const MeasureOptions& options) {
