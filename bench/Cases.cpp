@@ -11,35 +11,52 @@ namespace {
 
 using namespace ZrConvertersLib;
 
-/// The destinations whose writers pass colours through the filter: three or more channels of 8 bits, and 565.
-bool HasFilter(const FormatInfo& destination) {
-  return destination.family == FormatFamily::Rgb && destination.depth <= 8;
-}
-
 bool Contains(std::string_view name, std::string_view part) {
   return name.find(part) != std::string_view::npos;
 }
 
+/// "Mono8:RGB8", "Mono8:" for all destinations, ":RGB8" for all sources.
+bool IsNamed(const FormatInfo& source, const FormatInfo& destination, std::string_view pair) {
+  const std::size_t colon = std::min(pair.find(':'), pair.size());
+  const std::string_view from = pair.substr(0, colon), to = pair.substr(std::min(colon + 1, pair.size()));
+  return (from.empty() || from == source.name) && (to.empty() || to == destination.name);
+}
+
 bool IsSelected(const FormatInfo& source, const FormatInfo& destination, const Selection& selection) {
-  const std::string pair = std::string(source.name).append(":").append(destination.name);
   return Contains(source.name, selection.source) && Contains(destination.name, selection.destination) &&
          (selection.pairs.empty() ||
-          std::find(selection.pairs.begin(), selection.pairs.end(), pair) != selection.pairs.end());
+          std::any_of(selection.pairs.begin(), selection.pairs.end(),
+                      [&](const std::string& pair) { return IsNamed(source, destination, pair); }));
+}
+
+bool HasOrder(const FormatInfo& source, BitOrder order) {
+  if (order == BitOrder::Named) return true;
+  if (order == BitOrder::GigEVision) return source.packing == Packing::Pair;
+  if (source.packing != Packing::Dense) return false;
+  const bool hasSite = source.family == FormatFamily::Mono || source.family == FormatFamily::Bayer;
+  if (hasSite) return source.depth == 10 || source.depth == 12 || source.depth == 14;
+  return source.family == FormatFamily::YCbCr && source.bitsPerPixel == 20;
+}
+
+bool IsMosaic(const FormatInfo& format) {
+  return format.family == FormatFamily::Bayer || format.family == FormatFamily::Scf1 ||
+         format.family == FormatFamily::BiColor;
 }
 
 void AddVariants(std::vector<Case>& cases, Case one, const Selection& selection) {
   for (const bool filtered : {false, true}) {
-    if (filtered ? !selection.filtered || !HasFilter(*one.destination) : !selection.plain) continue;
+    if (filtered ? !selection.filtered || !one.destination->takesFilter : !selection.plain) continue;
     one.filtered = filtered;
     cases.push_back(one);
   }
 }
 
 void AddPair(std::vector<Case>& cases, const FormatInfo& source, const FormatInfo& destination,
-             const Selection& selection) {
+             BitOrder order, const Selection& selection) {
   Case one{&source, &destination, PixelTypeFactory::GetConverter(source.id, destination.id)};
+  one.order = order;
   // Bayer to Bayer only unpacks.
-  if (source.family != FormatFamily::Bayer || destination.family == FormatFamily::Bayer) {
+  if (!IsMosaic(source) || IsMosaic(destination)) {
     AddVariants(cases, one, selection);
     return;
   }
@@ -67,6 +84,7 @@ std::string_view Case::Family() const {
 
 std::string Case::Name() const {
   std::string name = std::string(source->name).append(" to ").append(destination->name);
+  if (order != BitOrder::Named) name += order == BitOrder::Csi2 ? ", CSI-2" : ", GigE Vision";
   if (demosaic == Demosaic::Interpolate) name += ", interpolated";
   if (filtered) name += ", filtered";
   return name;
@@ -74,11 +92,13 @@ std::string Case::Name() const {
 
 std::vector<Case> RegisteredCases(const Selection& selection) {
   std::vector<Case> cases;
-  for (const FormatInfo& source : Formats()) {
-    for (const FormatInfo& destination : Formats())
-      if (IsSelected(source, destination, selection) &&
-          PixelTypeFactory::HasConverter(source.id, destination.id))
-        AddPair(cases, source, destination, selection);
+  for (const BitOrder order : {BitOrder::Named, BitOrder::GigEVision, BitOrder::Csi2}) {
+    if (order != BitOrder::Named && !selection.bitOrders) break;
+    for (const FormatInfo& source : Formats())
+      for (const FormatInfo& destination : Formats())
+        if (HasOrder(source, order) && IsSelected(source, destination, selection) &&
+            PixelTypeFactory::HasConverter(source.id, destination.id))
+          AddPair(cases, source, destination, order, selection);
   }
   return cases;
 }

@@ -17,10 +17,17 @@ enum class Demosaic { None, Fast, Interpolate };
 
 /// What is known of a pair beside its formats.
 enum class Kind {
-  Moves,        ///< mono and RGB sources: samples are moved and shifted
-  Fast,         ///< Bayer, one colour per tile
-  Interpolate,  ///< Bayer, bilinear
+  Moves,        ///< mono and RGB sources, and mosaics that stay mosaics: samples are moved and shifted
+  Fast,         ///< mosaics, one colour per tile
+  Interpolate,  ///< mosaics, interpolating
   Matrix        ///< YCbCr
+};
+
+/// The order of the bits in packed samples.
+enum class BitOrder {
+  Named,       ///< what the name of the type means
+  GigEVision,  ///< FLAG_PACKED_GIGE_VISION
+  Csi2         ///< FLAG_PACKED_CSI2
 };
 
 /// One thing to measure: a registered pair with what can be chosen about it.
@@ -30,6 +37,7 @@ struct Case {
   const ZrConvertersLib::PixelConverter* converter = nullptr;
   Demosaic demosaic = Demosaic::None;
   bool filtered = false;  ///< with tables that are not the identity
+  BitOrder order = BitOrder::Named;
 
   bool IsChain() const;  ///< runs through an intermediate format
   Kind GetKind() const;
@@ -39,9 +47,10 @@ struct Case {
 
 struct Selection {
   std::string source, destination;  ///< parts of format names; empty takes all
-  std::vector<std::string> pairs;   ///< SOURCE:DESTINATION, whole names; empty takes all
+  std::vector<std::string> pairs;   ///< SOURCE:DESTINATION, whole names or nothing; empty takes all
   bool plain = true;                ///< without a filter
   bool filtered = true;             ///< with one, where the destination has a filter
+  bool bitOrders = false;           ///< packed samples in the other orders of bits, too
 };
 
 /// All that is registered and selected, in the order of the type IDs: pairs are found by asking the registry.

@@ -33,11 +33,12 @@ bool Log(const std::string& text) {
 
 /// Converts once more than is counted: the first time the level is chosen and a chain's buffer is made.
 bool Count(const Case& what, Size size, Frames& frames) {
-  ConvertFrame(what, size, frames);
+  const FramePair pair = frames.Next(false, 0, 0);
+  ConvertFrame(what, size, pair, frames);
   const std::string name = std::string(what.Family()) + "\t" + what.Name();
   if (!Log("# begin\n")) return false;
   CALLGRIND_ZERO_STATS;
-  ConvertFrame(what, size, frames);
+  ConvertFrame(what, size, pair, frames);
   CALLGRIND_DUMP_STATS_AT(name.c_str());
   return Log("# " + name + "\n");
 }
@@ -47,7 +48,7 @@ int Main(int argc, char** argv) {
   const Size size{static_cast<std::uint32_t>(std::atoi(argv[1])),
                   static_cast<std::uint32_t>(std::atoi(argv[2]))};
   Selection selection;
-  const auto plan = Plan(RegisteredCases(selection), {size});
+  const auto plan = Plan(RegisteredCases(selection), {{size}});
   Frames frames(plan);
   for (const Measurement& m : plan)
     if (!Count(m.what, size, frames)) return 1;

@@ -1,4 +1,5 @@
-// zrbench: how long the registered conversions take, as multiples of the time of a memcpy.
+// zrbench: how long the registered conversions take, as multiples of the time of the fastest loop that loads
+// and stores as many bytes.
 #include <ZrConvertersLib/CpuLevel.h>
 #include <ZrConvertersLib/StreamingStores.h>
 
@@ -18,7 +19,7 @@ struct Options {
   double seconds = 0;
   std::string level;
   std::size_t streamingThreshold = 0;
-  std::vector<std::string> sizes;
+  std::vector<std::string> cached, fromMemory;
   Selection selection;
   std::string filter = "both";
   std::string note;
@@ -34,11 +35,21 @@ Size ParseSize(const std::string& text) {
   return size;
 }
 
-std::vector<Size> SizesOf(const Options& options) {
-  std::vector<Size> sizes;
-  for (const std::string& text : options.sizes) sizes.push_back(ParseSize(text));
-  std::sort(sizes.begin(), sizes.end(), [](Size a, Size b) { return a.Pixels() < b.Pixels(); });
-  return sizes;
+void AddPlaces(std::vector<Place>& places, const std::vector<std::string>& sizes, bool fromMemory) {
+  const std::size_t first = places.size();
+  for (const std::string& text : sizes) places.push_back({ParseSize(text), fromMemory});
+  std::sort(places.begin() + static_cast<std::ptrdiff_t>(first), places.end(),
+            [](const Place& a, const Place& b) { return a.size.Pixels() < b.size.Pixels(); });
+}
+
+/// Those of the aims, unless others are asked for.
+std::vector<Place> PlacesOf(const Options& options) {
+  std::vector<Place> places;
+  const bool usual = options.cached.empty() && options.fromMemory.empty();
+  AddPlaces(places, usual ? std::vector<std::string>{"64x64", "640x480", "1920x1080"} : options.cached,
+            false);
+  AddPlaces(places, usual ? std::vector<std::string>{"4096x3000"} : options.fromMemory, true);
+  return places;
 }
 
 /// A quick run leaves some of the two minutes to preparations.
@@ -52,26 +63,21 @@ void ForceLevel(const Options& options) {
     throw std::invalid_argument("this machine cannot run the level " + options.level);
 }
 
-/// Wide vectors are half as wide there.
-double AllowanceOf(std::string_view level) {
-  return level == "x86-64-v3" ? 1.5 : 1;
-}
-
 Run RunAll(const Options& options) {
   ForceLevel(options);
   if (options.streamingThreshold > 0) ZrConvertersLib::SetStreamingThreshold(options.streamingThreshold);
   Run run;
-  run.sizes = SizesOf(options);
-  run.allowance = AllowanceOf(ZrConvertersLib::GetCpuLevel());
-  run.measurements = Plan(RegisteredCases(options.selection), run.sizes);
+  run.level = ZrConvertersLib::GetCpuLevel();
+  run.places = PlacesOf(options);
+  run.measurements = Plan(RegisteredCases(options.selection), run.places);
   if (run.measurements.empty()) throw std::invalid_argument("nothing to measure");
-  std::cerr << run.measurements.size() << " measurements at level " << ZrConvertersLib::GetCpuLevel() << '\n';
+  std::cerr << run.measurements.size() << " measurements at level " << run.level << '\n';
   const double begin = Now();
   Frames frames(run.measurements);
   MeasureFor(BudgetOf(options), run.measurements, frames,
              [](const std::string& state) { std::cerr << state << '\n'; });
   run.facts = DescribeMachine();
-  run.facts.emplace_back("Level", ZrConvertersLib::GetCpuLevel());
+  run.facts.emplace_back("Level", run.level);
   const auto& all = run.measurements;
   const auto measured = std::count_if(all.begin(), all.end(), [](auto& m) { return m.rounds > 0; });
   run.facts.emplace_back("Measured", std::to_string(measured) + " of " + std::to_string(all.size()));
@@ -91,21 +97,30 @@ void WriteFile(const std::string& name, const Run& run, void (*write)(std::ostre
 }
 
 void Define(CLI::App& app, Options& options) {
-  options.sizes = {"64x64", "640x480", "4096x3000"};
   app.add_flag("--quick", options.quick,
                "Done within two minutes, even if not every case has been measured then");
   app.add_option("--seconds", options.seconds, "How long to measure; otherwise 100 if quick, else 600");
-  app.add_option("--size", options.sizes, "Frame sizes, WIDTHxHEIGHT")->delimiter(',')->capture_default_str();
+  app.add_option("--size", options.cached, "Sizes of frames in the caches, WIDTHxHEIGHT,...")->delimiter(',');
+  app.add_option(
+         "--memory-size", options.fromMemory,
+         "Sizes of frames from memory; without either option 64x64, 640x480 and 1920x1080 in the caches "
+         "and 4096x3000 from memory")
+      ->delimiter(',');
   app.add_option("--level", options.level, "CPU level to force; the highest one otherwise");
   app.add_option("--streaming-threshold", options.streamingThreshold,
                  "Bytes of source and destination above which destinations are written past the caches");
   app.add_option("--source", options.selection.source, "Only sources with this in their name");
   app.add_option("--destination", options.selection.destination, "Only destinations with this in their name");
-  app.add_option("--pair", options.selection.pairs, "Only these pairs, SOURCE:DESTINATION")->delimiter(',');
+  app.add_option("--pair", options.selection.pairs,
+                 "Only these pairs, SOURCE:DESTINATION,...; SOURCE: and :DESTINATION take all of that format")
+      ->delimiter(',');
+  app.add_flag("--bit-orders", options.selection.bitOrders,
+               "Packed samples as GigE Vision and MIPI CSI-2 order their bits, too");
   app.add_option("--filter", options.filter, "Conversions through tone tables or not: on, off or both")
       ->check(CLI::IsMember({"on", "off", "both"}))
       ->capture_default_str();
-  app.add_flag("--table", options.table, "Print the ratio of every case");
+  app.add_flag("--table", options.table,
+               "Print the ratios of every case, and what a call for 64x64 costs beside its pixels");
   app.add_option("--csv", options.csv, "Write all measurements to this file");
   app.add_option("--json", options.json, "Write all measurements and the machine to this file");
   app.add_option("--summary", options.summary, "Write what is printed to this file");
@@ -113,7 +128,14 @@ void Define(CLI::App& app, Options& options) {
 }
 
 int Main(int argc, char** argv) {
-  CLI::App app("Times the registered conversions against memcpy.");
+  CLI::App app(
+      "Times the registered conversions against the floor: the fastest loop of the same CPU level that loads "
+      "and "
+      "stores as many bytes, in as many planes, and computes nothing.\n\n"
+      "Chosen pairs at one level, for some seconds:\n"
+      "  zrbench --level x86-64-v3 --pair YCbCr422_8:,Mono8:RGB8 --filter off --seconds 10 --table\n"
+      "One size, frames in the caches and from memory:\n"
+      "  zrbench --size 1920x1080 --memory-size 1920x1080 --pair RGB16:RGB8 --seconds 5 --table\n");
   Options options;
   Define(app, options);
   CLI11_PARSE(app, argc, argv);

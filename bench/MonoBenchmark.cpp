@@ -15,9 +15,10 @@ namespace {
 void RunCase(benchmark::State& state, const Measurement& planned) {
   Measurement m = planned;
   Frames frames({m});
-  auto convert = [&] { ConvertFrame(m.what, m.size, frames); };
+  const FramePair pair = frames.Next(m);
+  auto convert = [&] { ConvertFrame(m.what, m.place.size, pair, frames); };
   auto copy = [&] {
-    std::memcpy(frames.destination.Data(), frames.source.Data(), m.bytes / 2);
+    std::memcpy(pair.destination, pair.source, m.bytes / 2);
     benchmark::ClobberMemory();
   };
   for ([[maybe_unused]] auto iteration : state) {
@@ -27,17 +28,18 @@ void RunCase(benchmark::State& state, const Measurement& planned) {
     m.copySeconds = std::min(m.copySeconds, TimeOf(copy, 1));
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(m.bytes));
-  state.counters["ratio"] = m.Ratio();
+  state.counters["ratio"] = m.CopyRatio();
 }
 
 void Register() {
   Selection selection;
   selection.filtered = false;
   for (const char* source : {"Mono8:", "Mono12:"})
-    for (const Measurement& m : Plan(RegisteredCases(selection), {{640, 480}, {1920, 1080}, {4096, 3000}})) {
+    for (const Measurement& m :
+         Plan(RegisteredCases(selection), {{{640, 480}}, {{1920, 1080}}, {{4096, 3000}}})) {
       const std::string pair = std::string(m.what.source->name) + ":" + std::string(m.what.destination->name);
       if (pair.starts_with(source))
-        benchmark::RegisterBenchmark((pair + "/" + m.size.Name()).c_str(), RunCase, m)->UseManualTime();
+        benchmark::RegisterBenchmark((pair + "/" + m.place.Name()).c_str(), RunCase, m)->UseManualTime();
     }
 }
 

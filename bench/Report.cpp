@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <ostream>
 
+#include "Aims.h"
 #include "Statistics.h"
 
 namespace Bench {
@@ -34,13 +35,9 @@ void WriteHeader(std::ostream& out, const Cells& cells) {
   out << "|\n";
 }
 
-Cells SizeNames(Cells cells, const Run& run) {
-  for (const Size& size : run.sizes) cells.push_back(size.Name());
+Cells PlaceNames(Cells cells, const Run& run) {
+  for (const Place& place : run.places) cells.push_back(place.Name());
   return cells;
-}
-
-bool IsOf(const Measurement& m, const Size& size) {
-  return m.size.width == size.width && m.size.height == size.height;
 }
 
 /// A row of means, a column for each size.
@@ -49,74 +46,94 @@ struct Group {
   Selector selected;
 };
 
-std::vector<Group> GroupsOf(const Run& run) {
-  std::vector<Group> groups{{"All, without a filter", [](const Measurement& m) { return !m.what.filtered; }}};
+bool IsPlain(const Measurement& m) {
+  return !m.what.filtered && m.what.order == BitOrder::Named;
+}
+
+std::vector<Group> FamiliesOf(const Run& run) {
+  std::vector<Group> groups;
   for (const Measurement& m : run.measurements) {
     const std::string_view family = m.what.Family();
     const bool known =
         std::any_of(groups.begin(), groups.end(), [&](const Group& group) { return group.name == family; });
     if (known) continue;
     groups.push_back({std::string(family), [family](const Measurement& other) {
-                        return other.what.Family() == family && !other.what.filtered;
+                        return other.what.Family() == family && IsPlain(other) &&
+                               other.what.demosaic != Demosaic::Interpolate;
                       }});
   }
-  const auto ofKind = [](Kind kind) {
-    return [kind](const Measurement& m) { return m.what.GetKind() == kind && !m.what.filtered; };
-  };
-  groups.push_back({"Bayer, fast demosaic", ofKind(Kind::Fast)});
-  groups.push_back({"Bayer, interpolating demosaic", ofKind(Kind::Interpolate)});
-  groups.push_back({"Chains", [](const Measurement& m) { return m.what.IsChain() && !m.what.filtered; }});
-  groups.push_back({"All, with a filter", [](const Measurement& m) { return m.what.filtered; }});
   return groups;
 }
 
-Selector At(const Selector& selected, const Size& size) {
-  return [=](const Measurement& m) { return IsOf(m, size) && selected(m); };
+std::vector<Group> GroupsOf(const Run& run) {
+  const auto plain = [](bool (*selected)(const Measurement& m)) -> Selector {
+    return [selected](const Measurement& m) { return IsPlain(m) && selected(m); };
+  };
+  std::vector<Group> groups{{"All, fast demosaic", plain([](const Measurement& m) {
+                               return m.what.demosaic != Demosaic::Interpolate;
+                             })}};
+  for (const Group& family : FamiliesOf(run)) groups.push_back(family);
+  groups.push_back({"Samples moved or shifted",
+                    plain([](const Measurement& m) { return m.what.GetKind() == Kind::Moves; })});
+  groups.push_back({"Interpolating demosaic",
+                    plain([](const Measurement& m) { return m.what.demosaic == Demosaic::Interpolate; })});
+  groups.push_back({"Chains", plain([](const Measurement& m) { return m.what.IsChain(); })});
+  groups.push_back({"Other orders of bits", [](const Measurement& m) {
+                      return m.what.order != BitOrder::Named && !m.what.filtered;
+                    }});
+  groups.push_back({"Filter with three tables, fast demosaic", [](const Measurement& m) {
+                      return m.what.filtered && m.what.demosaic != Demosaic::Interpolate;
+                    }});
+  groups.push_back({"Filter with three tables, interpolating", [](const Measurement& m) {
+                      return m.what.filtered && m.what.demosaic == Demosaic::Interpolate;
+                    }});
+  return groups;
+}
+
+Selector At(const Selector& selected, const Place& place) {
+  return [=](const Measurement& m) { return m.place == place && selected(m); };
 }
 
 void WriteMeans(std::ostream& out, const Run& run) {
-  out << "\nGeometric means of time / time of memcpy (worst of the group)\n\n";
-  WriteHeader(out, SizeNames({"Group", "Cases"}, run));
+  out << "\nGeometric means of time / floor (worst of the group; mean of time / time of memcpy)\n\n";
+  WriteHeader(out, PlaceNames({"Group", "Cases"}, run));
   for (const Group& group : GroupsOf(run)) {
-    const std::size_t count =
-        run.sizes.empty() ? 0 : Summarise(run.measurements, At(group.selected, run.sizes.front())).count;
+    const std::size_t count = Summarise(run.measurements, At(group.selected, run.places.front())).count;
     if (count == 0) continue;
     Cells cells{group.name, std::to_string(count)};
-    for (const Size& size : run.sizes) {
-      const Summary summary = Summarise(run.measurements, At(group.selected, size));
-      cells.push_back(Number(summary.geometricMean) + " (" + Number(summary.worst) + ")");
+    for (const Place& place : run.places) {
+      const Summary summary = Summarise(run.measurements, At(group.selected, place));
+      cells.push_back(Number(summary.geometricMean) + " (" + Number(summary.worst) + "; " +
+                      Number(summary.copyMean) + ")");
     }
     WriteRow(out, cells);
   }
 }
 
-void WriteWorst(std::ostream& out, const Run& run, const Size& size, bool filtered) {
+void WriteWorst(std::ostream& out, const Run& run, const Place& place, bool filtered) {
   std::vector<const Measurement*> found;
   for (const Measurement& m : run.measurements)
-    if (m.rounds > 0 && IsOf(m, size) && m.what.filtered == filtered) found.push_back(&m);
+    if (m.rounds > 0 && m.place == place && m.what.filtered == filtered) found.push_back(&m);
   if (found.empty()) return;
   const std::size_t count = std::min(kWorst, found.size());
   std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(count), found.end(),
                     [](const auto* a, const auto* b) { return a->Ratio() > b->Ratio(); });
-  out << "\nThe worst at " << size.Name() << (filtered ? ", with a filter" : "") << "\n\n";
-  WriteHeader(out, {"Pair", "Ratio", "Time in us", "GB/s"});
+  out << "\nThe worst at " << place.Name() << (filtered ? ", with a filter" : "") << "\n\n";
+  WriteHeader(out, {"Pair", "Time / floor", "Time / memcpy", "Time in us", "GB/s"});
   for (std::size_t i = 0; i < count; ++i)
-    WriteRow(out, {found[i]->what.Name(), Number(found[i]->Ratio()), Number(found[i]->seconds * 1e6, "%.4g"),
-                   Number(found[i]->BytesPerSecond() * 1e-9, "%.1f")});
+    WriteRow(out,
+             {found[i]->what.Name(), Number(found[i]->Ratio()), Number(found[i]->CopyRatio()),
+              Number(found[i]->seconds * 1e6, "%.4g"), Number(found[i]->BytesPerSecond() * 1e-9, "%.1f")});
 }
 
 void WriteAims(std::ostream& out, const Run& run) {
+  const std::vector<Aim> aims = AimsOf(run.level, run.measurements);
+  if (aims.empty()) return;
   out << "\nAims\n\n";
-  WriteHeader(out, {"What", "At most", "Reached", "Met", "Cases above"});
-  for (const Aim& aim : Aims(run.allowance)) {
-    const Summary all = Summarise(run.measurements, aim.selected);
-    if (all.count == 0) continue;
-    const Summary above = Summarise(
-        run.measurements, [&](const Measurement& m) { return aim.selected(m) && m.Ratio() > aim.limit; });
-    const double reached = aim.isMean ? all.geometricMean : all.worst;
-    WriteRow(out, {aim.text, Number(aim.limit), Number(reached), reached <= aim.limit ? "yes" : "NO",
-                   aim.isMean ? "" : std::to_string(above.count) + " of " + std::to_string(all.count)});
-  }
+  WriteHeader(out, {"What", "Frames", "At most", "Is", "Reached", "Cases above", "Worst"});
+  for (const Aim& aim : aims)
+    WriteRow(out, {aim.text, aim.place, Number(aim.limit), Number(aim.reached), aim.IsMet() ? "yes" : "NO",
+                   std::to_string(aim.above) + " of " + std::to_string(aim.count), aim.worstName});
 }
 
 std::string Quoted(std::string_view text) {
@@ -146,6 +163,15 @@ const char* NameOf(Kind kind) {
   return "";
 }
 
+const char* NameOf(BitOrder order) {
+  return order == BitOrder::Named ? "" : order == BitOrder::Csi2 ? "CSI-2" : "GigE Vision";
+}
+
+/// What was not measured is null in JSON and a word in CSV.
+std::string Seconds(double seconds) {
+  return seconds < Measurement::kUnmeasured ? Number(seconds, "%.4g") : "null";
+}
+
 /// The columns of a measurement and their values; words come quoted.
 std::vector<std::pair<const char*, std::string>> Fields(const Measurement& m) {
   return {{"source", Quoted(m.what.source->name)},
@@ -153,14 +179,20 @@ std::vector<std::pair<const char*, std::string>> Fields(const Measurement& m) {
           {"family", Quoted(m.what.Family())},
           {"kind", Quoted(NameOf(m.what.GetKind()))},
           {"demosaic", Quoted(NameOf(m.what.demosaic))},
+          {"bitOrder", Quoted(NameOf(m.what.order))},
           {"filtered", m.what.filtered ? "true" : "false"},
           {"chain", m.what.IsChain() ? "true" : "false"},
-          {"width", std::to_string(m.size.width)},
-          {"height", std::to_string(m.size.height)},
+          {"width", std::to_string(m.place.size.width)},
+          {"height", std::to_string(m.place.size.height)},
+          {"fromMemory", m.place.fromMemory ? "true" : "false"},
           {"bytes", std::to_string(m.bytes)},
-          {"seconds", Number(m.seconds, "%.4g")},
-          {"copySeconds", Number(m.copySeconds, "%.4g")},
+          {"seconds", Seconds(m.seconds)},
+          {"ordinaryFloorSeconds", Seconds(m.ordinaryFloor)},
+          {"streamingFloorSeconds", Seconds(m.streamingFloor)},
+          {"copySeconds", Seconds(m.copySeconds)},
+          {"fixedSeconds", m.TellsFixedCost() ? Seconds(m.FixedSeconds()) : "null"},
           {"ratio", Number(m.Ratio(), "%.3f")},
+          {"copyRatio", Number(m.CopyRatio(), "%.3f")},
           {"rounds", std::to_string(m.rounds)}};
 }
 
@@ -171,19 +203,25 @@ void WriteSummary(std::ostream& out, const Run& run) {
   for (const auto& [name, value] : run.facts) WriteRow(out, {name, value});
   WriteMeans(out, run);
   for (const bool filtered : {false, true})
-    for (const Size& size : run.sizes) WriteWorst(out, run, size, filtered);
+    for (const Place& place : run.places) WriteWorst(out, run, place, filtered);
   WriteAims(out, run);
 }
 
 void WriteTable(std::ostream& out, const Run& run) {
-  WriteHeader(out, SizeNames({"Pair"}, run));
-  const std::size_t cases = run.measurements.size() / std::max<std::size_t>(1, run.sizes.size());
+  Cells names{"Pair: time / floor (memcpy)"};
+  names = PlaceNames(names, run);
+  names.push_back("ns beside the pixels");
+  WriteHeader(out, names);
+  const std::size_t cases = run.measurements.size() / std::max<std::size_t>(1, run.places.size());
   for (std::size_t i = 0; i < cases; ++i) {
     Cells cells{run.measurements[i].what.Name()};
-    for (std::size_t s = 0; s < run.sizes.size(); ++s) {
-      const Measurement& m = run.measurements[s * cases + i];
-      cells.push_back(m.rounds > 0 ? Number(m.Ratio()) : "");
+    std::string fixed;
+    for (std::size_t p = 0; p < run.places.size(); ++p) {
+      const Measurement& m = run.measurements[p * cases + i];
+      cells.push_back(m.rounds > 0 ? Number(m.Ratio()) + " (" + Number(m.CopyRatio()) + ")" : "");
+      if (m.rounds > 0 && m.TellsFixedCost()) fixed = Number(m.FixedSeconds() * 1e9, "%.0f");
     }
+    cells.push_back(fixed);
     WriteRow(out, cells);
   }
 }
