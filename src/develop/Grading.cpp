@@ -15,6 +15,7 @@ namespace {
 using Channels = ToneSettings::Channels;
 
 constexpr double kScale = 65535.0;
+constexpr double kCentre = 32768.0;
 constexpr double kReducedFull = 255.0 * 256.0;
 constexpr std::array<double, 9> kIdentity = {1, 0, 0, 0, 1, 0, 0, 0, 1};
 
@@ -138,18 +139,17 @@ Grading::Grading(const Development& development, const ChannelScale& scale, bool
 void Grading::SetFactors(const Development& development, const ChannelScale& scale, bool grey) {
   const auto black = ListOf(development.black), gain = ListOf(development.gain);
   const double white = development.white != 0.0 ? development.white * scale.count : scale.full;
-  const bool levelsDiffer = black[0] != black[1] || black[0] != black[2];
   for (std::size_t from = 0; from < 3; ++from) {
     const double level = black[from] * scale.count;
-    mArgs.black[from] = static_cast<float>(level);
     for (std::size_t to = 0; to < 3; ++to) {
       const double factor = development.matrix[3 * to + from] * gain[from] * kScale / (white - level);
       mArgs.factors[to][from] = static_cast<float>(factor);
+      mArgs.offset[to] -= static_cast<float>(factor * level);
       if (to != from && factor != 0.0) mKind |= simd::kGradeMixes;
     }
   }
-  if (!grey || levelsDiffer || !Mixes()) return;
-  // Equal channels with equal levels need no more than one factor for each result.
+  if (!grey || !Mixes()) return;
+  // Equal channels need no more than one factor for each result.
   for (std::size_t to = 0; to < 3; ++to) {
     float(&row)[3] = mArgs.factors[to];
     row[to] = row[0] + row[1] + row[2];
@@ -171,11 +171,14 @@ void Grading::SetCurve(const Development& development) {
     const double x0 = begin(i), x1 = begin(i + 1);
     const double y0 = kScale * CurveOf(development, x0 / kScale);
     const double slope = (kScale * CurveOf(development, x1 / kScale) - y0) / (x1 - x0);
-    mPieces[std::size_t{2} * i] = static_cast<float>(y0 - slope * x0);
+    mPieces[std::size_t{2} * i] = static_cast<float>(y0 - slope * x0 - kCentre);
     mPieces[std::size_t{2} * i + 1] = static_cast<float>(slope);
   }
   // What is below the first piece counts as 0.
-  if (pieces.least > 0.0F) mPieces[0] = mPieces[1] = 0.0F;
+  if (pieces.least > 0.0F) {
+    mPieces[0] = static_cast<float>(-kCentre);
+    mPieces[1] = 0.0F;
+  }
   mTable.pieces = mPieces.get();
   mKind |= simd::kGradeCurve;
 }

@@ -69,7 +69,7 @@ struct DemosaicKernels {
 /// A curve from 0..65535 to 0..65535 in short straight pieces. The piece of x is found in the bits of the
 /// 32-bit float x + shift, so that pieces are equally long with a shift of 65536 and grow with x without one.
 struct CurveTable {
-  const float* pieces;      ///< two a piece: the value at 0, and the slope
+  const float* pieces;      ///< two a piece: the value at 0 less 32768, and the slope
   float least;              ///< smaller x are taken for this one
   float shift;              ///< added to x
   std::uint32_t firstBits;  ///< of the first piece's first x + shift, moved down
@@ -79,9 +79,9 @@ struct CurveTable {
 /// Levels, gains, matrix and curve for words of three planes, in place.
 struct GradeArgs {
   std::uint8_t* planes[3];
-  std::size_t words;  ///< of each plane, rounded up to whole vectors
-  float black[3];
+  std::size_t words;    ///< of each plane, rounded up to whole vectors
   float factors[3][3];  ///< of red, green and blue, a row for each result
+  float offset[3];      ///< added to the sum of products
   const CurveTable* curve;
 };
 

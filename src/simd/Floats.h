@@ -20,6 +20,21 @@ ZR_INLINE U32 CutToIntegers(F32 x) {
   return As<U32>(__builtin_convertvector(x, S32));
 }
 
+/// To the nearest integers, of two the even one. What is less than all integers becomes the least of them.
+ZR_INLINE S32 RoundToIntegers(F32 x) {
+#if defined(__AVX512VBMI__)
+  return As<S32>(_mm512_cvtps_epi32(x));
+#elif defined(__AVX2__)
+  return As<S32>(_mm256_cvtps_epi32(x));
+#elif defined(__x86_64__)
+  return As<S32>(_mm_cvtps_epi32(x));
+#elif defined(__wasm_simd128__)
+  return As<S32>(wasm_i32x4_trunc_sat_f32x4(wasm_f32x4_nearest(As<Native>(x))));
+#else
+  return As<S32>(vcvtnq_s32_f32(As<float32x4_t>(x)));
+#endif
+}
+
 ZR_INLINE F32 Smaller(F32 a, F32 b) {
 #if defined(__AVX512VBMI__)
   return _mm512_min_ps(a, b);

@@ -1,4 +1,5 @@
 #include "simd/DevelopKernels.h"
+#include "simd/Floats.h"
 #include "simd/Line.h"
 
 /// Levels, gains, colour matrix and curve, in 32-bit floats. Sums and products are rounded one by one on
@@ -7,26 +8,13 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-using F32 [[gnu::vector_size(kWidth)]] = float;
-
 constexpr float kFull = 65535.0F;
+
+/// Results are made less this, so that packing to signed words limits them.
+constexpr float kCentre = 32768.0F;
 
 ZR_INLINE F32 Splat(float x) {
   return F32{} + x;
-}
-
-ZR_INLINE F32 Limited(F32 x, F32 least, F32 most) {
-#if defined(__AVX512VBMI__)
-  return _mm512_min_ps(_mm512_max_ps(x, least), most);
-#elif defined(__AVX2__)
-  return _mm256_min_ps(_mm256_max_ps(x, least), most);
-#elif defined(__x86_64__)
-  return _mm_min_ps(_mm_max_ps(x, least), most);
-#elif defined(__wasm_simd128__)
-  return As<F32>(wasm_f32x4_min(wasm_f32x4_max(As<Native>(x), As<Native>(least)), As<Native>(most)));
-#else
-  return vminq_f32(vmaxq_f32(x, least), most);
-#endif
 }
 
 /// The value at 0 and the slope of some pieces.
@@ -71,7 +59,7 @@ class Curve {
         mDown(table.down) {}
 
   ZR_INLINE F32 operator()(F32 x) const {
-    const F32 inside = Limited(x, mLeast, Splat(kFull));
+    const F32 inside = Smaller(Larger(x, mLeast), Splat(kFull));
     const Piece piece = PiecesAt(mPieces, (As<U32>(inside + mShift) >> mDown) - mFirst);
     return piece.value + piece.slope * inside;
   }
@@ -87,54 +75,69 @@ class Curve {
 template <int half>
 ZR_INLINE F32 Widened(U16 x) {
   const U8 words = As<U8>(x), zero{};
-  return __builtin_convertvector(As<S32>(half == 0 ? UnpackLow16(words, zero) : UnpackHigh16(words, zero)),
-                                 F32);
-}
-
-/// Rounded, with 32768 taken off.
-ZR_INLINE S32 Rounded(F32 x) {
-  const F32 inside = Limited(x, F32{}, Splat(kFull));
-  return __builtin_convertvector(inside + Splat(0.5F), S32) - (S32{} + 0x8000);
+  return ToFloat(As<U32>(half == 0 ? UnpackLow16(words, zero) : UnpackHigh16(words, zero)));
 }
 
 template <int kind>
 class Grading {
  public:
-  static constexpr bool kMixes = (kind & kGradeMixes) != 0, kCurve = (kind & kGradeCurve) != 0;
-  static constexpr bool kGreenOnly = (kind & kGradeGreenOnly) != 0;
-
-  /// Results are made for these channels, from these.
-  static constexpr int kFirst = kGreenOnly ? 1 : 0, kLast = kGreenOnly ? 1 : 2;
-  static constexpr int kFirstRead = kMixes ? 0 : kFirst, kLastRead = kMixes ? 2 : kLast;
-
-  static void Run(const GradeArgs& given) {
-    const GradeArgs args = given;
-    const Curve curve(*args.curve);
-    for (std::size_t at = 0; at < 2 * args.words; at += kWidth) {
+  static void Run(const GradeArgs& args) {
+    const Grading grading(args);
+    std::uint8_t* planes[3];
+    for (int i = 0; i < 3; ++i) planes[i] = LoadedSingly(args.planes[i]);
+    const std::size_t bytes = 2 * args.words;
+    for (std::size_t at = 0; at < bytes; at += kWidth) {
       U16 in[3] = {};
-      for (int i = kFirstRead; i <= kLastRead; ++i) in[i] = As<U16>(Load(args.planes[i] + at));
+      Unrolled<3>([&](auto i) ZR_ALWAYS {
+        if constexpr (IsRead(i)) in[i] = As<U16>(Load(planes[i] + at));
+      });
       S32 low[3], high[3];
-      Half<0>(args, curve, in, low);
-      Half<1>(args, curve, in, high);
-      for (int i = kFirst; i <= kLast; ++i)
-        Store(args.planes[i] + at, As<U16>(PackSigned(low[i], high[i])) ^ Splat16(0x8000));
+      grading.Half<0>(in, low);
+      grading.Half<1>(in, high);
+      Unrolled<3>([&](auto i) ZR_ALWAYS {
+        if constexpr (IsMade(i))
+          Store(planes[i] + at, As<U16>(PackSigned(low[i], high[i])) ^ Splat16(0x8000));
+      });
     }
   }
 
  private:
-  template <int half>
-  static ZR_INLINE void Half(const GradeArgs& args, const Curve& curve, const U16 (&in)[3], S32 (&out)[3]) {
-    F32 light[3];
-    for (int i = kFirstRead; i <= kLastRead; ++i) light[i] = Widened<half>(in[i]) - Splat(args.black[i]);
-    for (int i = kFirst; i <= kLast; ++i) {
-      const float(&factors)[3] = args.factors[i];
-      F32 x = light[i] * Splat(factors[i]);
-      if constexpr (kMixes)
-        x = light[0] * Splat(factors[0]) + light[1] * Splat(factors[1]) + light[2] * Splat(factors[2]);
-      if constexpr (kCurve) x = curve(x);
-      out[i] = Rounded(x);
-    }
+  static constexpr bool kMixes = (kind & kGradeMixes) != 0, kCurve = (kind & kGradeCurve) != 0;
+
+  static constexpr bool IsMade(int channel) { return (kind & kGradeGreenOnly) == 0 || channel == 1; }
+  static constexpr bool IsRead(int channel) { return kMixes || IsMade(channel); }
+
+  explicit ZR_INLINE Grading(const GradeArgs& args) : mCurve(*args.curve) {
+    Unrolled<3>([&](auto to) ZR_ALWAYS {
+      mOffset[to] = Splat(kCurve ? args.offset[to] : args.offset[to] - kCentre);
+      Unrolled<3>([&](auto from) ZR_ALWAYS { mFactor[to][from] = Splat(args.factors[to][from]); });
+    });
   }
+
+  template <int half>
+  ZR_INLINE void Half(const U16 (&in)[3], S32 (&out)[3]) const {
+    F32 light[3] = {};
+    Unrolled<3>([&](auto i) ZR_ALWAYS {
+      if constexpr (IsRead(i)) light[i] = Widened<half>(in[i]);
+    });
+    Unrolled<3>([&](auto i) ZR_ALWAYS {
+      if constexpr (IsMade(i)) out[i] = RoundToIntegers(Result<i>(light));
+    });
+  }
+
+  /// What overflows below becomes the least integer, which packing limits as it does others.
+  template <int to>
+  ZR_INLINE F32 Result(const F32 (&light)[3]) const {
+    const F32(&factor)[3] = mFactor[to];
+    F32 x = light[to] * factor[to] + mOffset[to];
+    if constexpr (kMixes)
+      x = light[0] * factor[0] + light[1] * factor[1] + (light[2] * factor[2] + mOffset[to]);
+    if constexpr (kCurve) return mCurve(x);
+    return Smaller(x, Splat(kFull - kCentre));
+  }
+
+  Curve mCurve;
+  F32 mOffset[3], mFactor[3][3];
 };
 
 }  // namespace
