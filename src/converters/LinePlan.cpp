@@ -1,17 +1,9 @@
 #include "converters/LinePlan.h"
 
-#include <iterator>
-
-#if defined(__x86_64__)
-#include <emmintrin.h>
-#endif
-
 namespace ZrConvertersLib {
 
 LinePlan::~LinePlan() {
-#if defined(__x86_64__)
-  if (mKernel.stream != nullptr) _mm_sfence();
-#endif
+  if (mKernel.stream != nullptr) OrderStreamedStores();
 }
 
 void LinePlan::Run(const LineBlock& block) const {
@@ -19,7 +11,7 @@ void LinePlan::Run(const LineBlock& block) const {
   if (block.pixels > mKernel.block && mKernel.PartOfGroup(block.pixels) != 0)
     return RunWithPartOfGroup(block);
   const bool isShort = block.pixels < mKernel.block || mKernel.BlockPlanesOverlap(block.pixels);
-  if (!isShort && mKernel.stream == nullptr) return RunWhole(block);
+  if (!isShort && mKernel.stream == nullptr) return mKernel.Run(block);
   const auto run = isShort ? RunShortLine : RunStreamedLine;
   for (std::size_t i = 0; i < block.lines; ++i) run(mKernel, block.Line(i));
 }
@@ -35,19 +27,6 @@ void LinePlan::RunWithPartOfGroup(const LineBlock& block) const {
     destination = OffsetBy(destination, static_cast<std::ptrdiff_t>(mKernel.DestinationBytes(groups.pixels)));
   Run(groups);
   for (std::size_t i = 0; i < rest.lines; ++i) RunShortLine(mKernel, rest.Line(i));
-}
-
-void LinePlan::RunWhole(const LineBlock& block) const {
-  simd::KernelArgs args = mKernel.args;
-  for (std::size_t i = 0; i < std::size(args.source); ++i)
-    args.source[i] = simd::LoadedSingly(block.source[i]);
-  for (std::size_t i = 0; i < std::size(args.destination); ++i)
-    args.destination[i] = simd::LoadedSingly(block.destination[i]);
-  args.width = block.pixels;
-  args.lines = block.lines;
-  args.sourceStep = block.sourceStep;
-  args.destinationStep = block.destinationStep;
-  mKernel.function(args);
 }
 
 }  // namespace ZrConvertersLib

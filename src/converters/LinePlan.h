@@ -24,7 +24,6 @@ class LinePlan {
 
  private:
   void RunWithPartOfGroup(const LineBlock& block) const;
-  void RunWhole(const LineBlock& block) const;
 
   PreparedKernel mKernel;
 };

@@ -3,6 +3,11 @@
 #include <ZrConvertersLib/RGBFilter.h>
 
 #include <cstring>
+#include <iterator>
+
+#if defined(__x86_64__)
+#include <emmintrin.h>
+#endif
 
 #include "core/FormatTable.h"
 #include "simd/CpuLevel.h"
@@ -82,6 +87,36 @@ PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineR
   args.flip = recipe.flip;
   args.matrix = recipe.matrix;
   if (filtered) SetTables(args, *context.mFilter);
+}
+
+PreparedKernel::PreparedKernel(simd::KernelFunction kernel, const simd::ReaderFacts& facts,
+                               std::size_t destination)
+    : function(kernel),
+      stream(nullptr),
+      block(simd::CurrentLevel().blockPixels),
+      reader(facts),
+      pixelBytes(kDestinations[destination].bytes),
+      planes(kDestinations[destination].planes),
+      args{} {
+  args.lines = 1;
+}
+
+void PreparedKernel::Run(const LineBlock& lines) const {
+  simd::KernelArgs all = args;
+  for (std::size_t i = 0; i < std::size(all.source); ++i) all.source[i] = simd::LoadedSingly(lines.source[i]);
+  for (std::size_t i = 0; i < std::size(all.destination); ++i)
+    all.destination[i] = simd::LoadedSingly(lines.destination[i]);
+  all.width = lines.pixels;
+  all.lines = lines.lines;
+  all.sourceStep = lines.sourceStep;
+  all.destinationStep = lines.destinationStep;
+  function(all);
+}
+
+void OrderStreamedStores() {
+#if defined(__x86_64__)
+  _mm_sfence();
+#endif
 }
 
 bool PreparedKernel::PlanesApart(std::size_t pixels) const {

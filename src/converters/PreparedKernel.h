@@ -37,6 +37,12 @@ struct PreparedKernel {
 
   PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe);
 
+  /// A kernel for pixels of the destination at the given place of the list of destinations.
+  PreparedKernel(simd::KernelFunction kernel, const simd::ReaderFacts& facts, std::size_t destination);
+
+  /// Converts lines of at least a block.
+  void Run(const LineBlock& lines) const;
+
   /// Bytes of a whole number of groups.
   std::size_t SourceBytes(std::size_t pixels) const {
     return (pixels >> std::countr_zero(reader.group.pixels)) * reader.group.bytes;
@@ -56,6 +62,9 @@ struct PreparedKernel {
     return pixels <= kLargestBlock && !PlanesApart(pixels);
   }
 };
+
+/// The fence that orders non-temporal stores before the later stores of this thread.
+void OrderStreamedStores();
 
 /// Converts one line, or pair of lines, shorter than a block, or with planes that overlap. Reads just the
 /// bytes that hold the pixels, also of a last group that is not whole.

@@ -93,25 +93,53 @@ void DirectionalDemosaic::ReadLines(std::int64_t end) {
 
 /// `count` lines of the frame from `from` on as the lines from `line` on.
 void DirectionalDemosaic::ReadRun(std::int64_t from, std::int64_t line, std::int64_t count) {
+  if (mPlan.source->depth == 8) {
+    for (std::int64_t i = 0; i < count; ++i) SplitBytes(mSource.data + (from + i) * mSource.stride, line + i);
+    return;
+  }
   std::uint8_t* const words = mBuffers.words + simd::kHalfMargin;
   mSamples.Read(mSource, from, count, mReadFrom, mReadEnd, words, Buffers::kWordStride);
-  for (std::int64_t i = 0; i < count; ++i) SplitLine(words + i * Buffers::kWordStride, line + i);
+  for (std::int64_t i = 0; i < count; ++i) SplitWords(words + i * Buffers::kWordStride, line + i);
 }
 
-void DirectionalDemosaic::SplitLine(const std::uint8_t* words, std::int64_t line) {
-  std::uint8_t* const halves[] = {Samples(line, 0), Samples(line, 1)};
-  mKernels.split(
-      {words + 2 * (mBase - mReadFrom), halves[0], halves[1], static_cast<std::size_t>(2 * mPairs), mShift});
-  const auto fill = [&](std::int64_t column) {
-    const std::int64_t inside = Reflected(column, mPlan.width);
+void DirectionalDemosaic::SplitWords(const std::uint8_t* words, std::int64_t line) {
+  mKernels.split({words + 2 * (mBase - mReadFrom), Samples(line, 0), Samples(line, 1),
+                  static_cast<std::size_t>(2 * mPairs), mShift});
+  Surround(line, std::max<std::int64_t>(mBase, 0), [&](std::int64_t column) {
     std::uint16_t sample;
-    std::memcpy(&sample, words + 2 * (inside - mReadFrom), sizeof sample);
-    sample = static_cast<std::uint16_t>(sample >> mShift);
+    std::memcpy(&sample, words + 2 * (column - mReadFrom), sizeof sample);
+    return static_cast<std::uint16_t>(sample >> mShift);
+  });
+}
+
+/// Whole blocks where they lie in the frame, and the rest from a copy, since kernels read whole blocks.
+void DirectionalDemosaic::SplitBytes(const std::uint8_t* bytes, std::int64_t line) {
+  constexpr std::int64_t kBlock = 64;
+  // A region that begins in column 1 has a pair of columns of which one is outside the frame.
+  const std::int64_t outside = mBase < 0 ? 2 : 0;
+  const std::int64_t pixels = std::min(2 * mPairs, mPlan.width - mBase) - outside;
+  const std::int64_t whole = RoundDown(pixels, kBlock);
+  const std::uint8_t* const from = bytes + mBase + outside;
+  std::uint8_t *const even = Samples(line, 0) + outside, *const odd = Samples(line, 1) + outside;
+  mKernels.splitBytes({from, even, odd, static_cast<std::size_t>(whole), 0});
+  if (pixels != whole) {
+    std::memcpy(mBuffers.words, from + whole, static_cast<std::size_t>(pixels - whole));
+    mKernels.splitBytes({mBuffers.words, even + whole, odd + whole, static_cast<std::size_t>(kBlock), 0});
+  }
+  Surround(line, mBase + outside,
+           [&](std::int64_t column) { return static_cast<std::uint16_t>(bytes[column] << 6); });
+}
+
+/// Adds the columns before `begin` and after those that are computed, outside the frame by their reflections.
+template <class SampleAt>
+void DirectionalDemosaic::Surround(std::int64_t line, std::int64_t begin, SampleAt sampleAt) {
+  const auto fill = [&](std::int64_t column) {
+    const std::uint16_t sample = sampleAt(Reflected(column, mPlan.width));
     const std::int64_t at = column - (mBase - kSide);
-    std::memcpy(halves[at % 2] + (at / 2 - kSide / 2) * 2, &sample, sizeof sample);
+    std::memcpy(Samples(line, at % 2) + (at / 2 - kSide / 2) * 2, &sample, sizeof sample);
   };
   const std::int64_t end = mBase + 2 * mPairs;
-  for (std::int64_t column = mBase - kSide; column < std::max<std::int64_t>(mBase, 0); ++column) fill(column);
+  for (std::int64_t column = mBase - kSide; column < begin; ++column) fill(column);
   for (std::int64_t column = std::min(end, mPlan.width); column < end + kSide; ++column) fill(column);
 }
 
@@ -151,29 +179,22 @@ void DirectionalDemosaic::FindGreen(std::int64_t line) {
   if (mTile.x1 == mPlan.width) fill(mPlan.width);
 }
 
-simd::Site DirectionalDemosaic::SiteAt(std::int64_t line, std::int64_t half, std::ptrdiff_t sites) const {
-  return {Samples(line, half) + 2 * sites, Green(line) + 2 * sites};
+simd::Sites DirectionalDemosaic::SitesOf(std::int64_t line, std::int64_t half) const {
+  return {Samples(line, half), Green(line)};
 }
 
 void DirectionalDemosaic::MakePlanes(std::int64_t line, std::int64_t slot) {
   const std::int64_t own = ColouredHalf(line), between = 1 - own;
-  const std::ptrdiff_t left = own == 0 ? 0 : -1, cornerLeft = own == 0 ? -1 : 0;
   simd::ColourArgs args{};
-  args.own = SiteAt(line, own, 0);
+  args.own = SitesOf(line, own);
   args.greenSite = Samples(line, between);
-  args.left = SiteAt(line, own, left);
-  args.right = SiteAt(line, own, left + 1);
-  args.above = SiteAt(line - 1, between, 0);
-  args.below = SiteAt(line + 1, between, 0);
-  for (int i = 0; i < 4; ++i)
-    args.corners[i] = SiteAt(i < 2 ? line - 1 : line + 1, between, cornerLeft + i % 2);
+  args.above = SitesOf(line - 1, between);
+  args.below = SitesOf(line + 1, between);
   const int first = IsRed(line) ? 0 : 2;
   const int planes[] = {first, 1, 2 - first};
-  for (int i = 0; i < 3; ++i) {
-    args.atOwn[i] = mBuffers.Half(slot, planes[i], own);
-    args.atGreen[i] = mBuffers.Half(slot, planes[i], between);
-  }
+  for (int i = 0; i < 3; ++i) args.planes[i] = mBuffers.Half(slot, planes[i], 0);
   args.sites = static_cast<std::size_t>(mPairs);
+  args.ownIsOdd = own == 1;
   (mGreenOnly ? mKernels.greenOnly : mKernels.colour)[mScale](args);
 }
 

@@ -41,13 +41,16 @@ class DirectionalDemosaic {
   void ConvertTile();
   void ReadLines(std::int64_t end);
   void ReadRun(std::int64_t from, std::int64_t line, std::int64_t count);
-  void SplitLine(const std::uint8_t* words, std::int64_t line);
+  void SplitWords(const std::uint8_t* words, std::int64_t line);
+  void SplitBytes(const std::uint8_t* bytes, std::int64_t line);
+  template <class SampleAt>
+  void Surround(std::int64_t line, std::int64_t begin, SampleAt sampleAt);
   void FindGreen(std::int64_t line);
   void MakePlanes(std::int64_t line, std::int64_t slot);
 
   std::uint8_t* Samples(std::int64_t line, std::int64_t half) const;
   std::uint8_t* Green(std::int64_t line) const;
-  simd::Site SiteAt(std::int64_t line, std::int64_t half, std::ptrdiff_t sites) const;
+  simd::Sites SitesOf(std::int64_t line, std::int64_t half) const;
   std::int64_t ColouredHalf(std::int64_t line) const;
   bool IsRed(std::int64_t line) const;
 

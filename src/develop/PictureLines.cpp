@@ -12,38 +12,41 @@ namespace ZrConvertersLib {
 
 namespace {
 
-using simd::PixelWriter;
+/// What the kernels that write pictures read: for two pixels a word of each half, two bytes on from the last.
+constexpr simd::ReaderFacts kHalves{{2, 2}, simd::kOneLine};
 
-/// The writer of a destination, with the filter's tables for those that a filter acts on.
-PixelWriter WriterOf(long destination, const RGBFilter* filter) {
-  auto plain = std::size_t{0};
-  auto filtered = kDestinations.size();
-  for (const DestinationRow& row : kDestinations) {
-    if (row.id == destination)
-      return static_cast<PixelWriter>(row.filtered && filter != nullptr ? filtered : plain);
-    ++plain;
-    filtered += row.filtered ? 1 : 0;
-  }
-  return PixelWriter::Count;
+/// Whether the part of the frame and its picture are too large for the caches.
+bool ExceedsCaches(const FramePlan& plan) {
+  const auto source =
+      static_cast<std::size_t>(plan.sourceLayout.stride) * static_cast<std::size_t>(plan.RegionHeight());
+  return source + plan.destinationLayout.frameBytes > simd::StreamingThreshold();
+}
+
+/// The kernel that writes a destination, with the filter's tables for those that a filter acts on.
+PreparedKernel KernelOf(const FramePlan& plan) {
+  std::size_t row = 0, filtered = kDestinations.size();
+  for (; kDestinations[row].id != plan.destination->id; ++row)
+    filtered += kDestinations[row].filtered ? 1U : 0U;
+  const bool filters = kDestinations[row].filtered && plan.filter != nullptr && !plan.filter->IsIdentity();
+  const simd::Level& level = simd::CurrentLevel();
+  PreparedKernel kernel(level.halves->with[filters ? filtered : row], kHalves, row);
+  kernel.stream = ExceedsCaches(plan) ? *level.stream : nullptr;
+  if (!filters) return kernel;
+  kernel.args.tables[0] = plan.filter->GetRed();
+  kernel.args.tables[1] = plan.filter->GetGreen();
+  kernel.args.tables[2] = plan.filter->GetBlue();
+  return kernel;
 }
 
 }  // namespace
 
 PictureLines::PictureLines(const FramePlan& plan, const PictureMemory& picture, PlaneBuffers& buffers)
-    : mPlan(plan),
-      mPicture(picture),
-      mScratch(buffers.picture),
-      mBlock(static_cast<std::int64_t>(simd::CurrentLevel().blockPixels)),
-      mArgs{} {
-  const RGBFilter* const filter =
-      plan.filter != nullptr && !plan.filter->IsIdentity() ? plan.filter : nullptr;
-  const PixelWriter writer = WriterOf(plan.destination->id, filter);
-  mFunction = simd::CurrentLevel().halves->with[static_cast<std::size_t>(writer)];
-  mArgs.planeDistance = picture.stride * plan.RegionHeight();
-  if (filter == nullptr) return;
-  mArgs.tables[0] = filter->GetRed();
-  mArgs.tables[1] = filter->GetGreen();
-  mArgs.tables[2] = filter->GetBlue();
+    : mPlan(plan), mPicture(picture), mScratch(buffers.picture), mKernel(KernelOf(plan)) {
+  mKernel.args.planeDistance = picture.stride * plan.RegionHeight();
+}
+
+PictureLines::~PictureLines() {
+  if (mKernel.stream != nullptr) OrderStreamedStores();
 }
 
 /// The first byte in the picture of `width` pixels of the frame's line y.
@@ -57,39 +60,39 @@ std::uint8_t* PictureLines::At(std::int64_t x, std::int64_t y, std::int64_t widt
 /// through the scratch buffer, and so does everything that is mirrored.
 void PictureLines::Write(const DevelopedLines& lines) const {
   const std::int64_t pairs = lines.width / 2 * 2;
-  const std::int64_t direct = mPlan.flipHorizontal || pairs < mBlock ? 0 : pairs;
-  if (direct != 0) {
-    simd::KernelArgs args = mArgs;
-    args.source[0] = lines.first;
-    args.sourceStep = simd::kDevelopedLine;
-    args.destination[0] = At(lines.x, lines.y, direct);
-    args.destinationStep = mPlan.flipVertical ? -mPicture.stride : mPicture.stride;
-    args.width = static_cast<std::size_t>(direct);
-    args.lines = static_cast<std::size_t>(lines.count);
-    mFunction(args);
-  }
+  const bool isShort = pairs < static_cast<std::int64_t>(mKernel.block);
+  const std::int64_t direct = mPlan.flipHorizontal || isShort ? 0 : pairs;
+  if (direct != 0) WriteDirectly(lines, direct);
   if (direct == lines.width) return;
   for (std::int64_t line = 0; line < lines.count; ++line) WriteStaged(lines, line, direct);
+}
+
+void PictureLines::WriteDirectly(const DevelopedLines& lines, std::int64_t width) const {
+  LineBlock block{{lines.first}, {At(lines.x, lines.y, width)}, static_cast<std::size_t>(width)};
+  block.lines = static_cast<std::size_t>(lines.count);
+  block.sourceStep = simd::kDevelopedLine;
+  block.destinationStep = mPlan.flipVertical ? -mPicture.stride : mPicture.stride;
+  if (mKernel.stream == nullptr) return mKernel.Run(block);
+  for (std::size_t i = 0; i < block.lines; ++i) RunStreamedLine(mKernel, block.Line(i));
 }
 
 void PictureLines::WriteStaged(const DevelopedLines& lines, std::int64_t line, std::int64_t from) const {
   constexpr std::ptrdiff_t kPlane = 2 * (simd::kTilePixels + 64);
   const std::int64_t width = lines.width - from;
-  simd::KernelArgs args = mArgs;
+  simd::KernelArgs args = mKernel.args;
   args.source[0] = lines.first + line * static_cast<std::int64_t>(simd::kDevelopedLine) + from;
   args.destination[0] = mScratch;
   args.planeDistance = kPlane;
-  args.width = static_cast<std::size_t>(std::max(mBlock, (width + 1) / 2 * 2));
-  args.lines = 1;
-  mFunction(args);
+  args.width = std::max(mKernel.block, static_cast<std::size_t>((width + 1) / 2 * 2));
+  mKernel.function(args);
   std::uint8_t* const to = At(lines.x + from, lines.y + line, width);
   for (int plane = 0; plane < mPlan.destination->planes; ++plane) {
     const std::uint8_t* const staged = mScratch + plane * kPlane;
+    std::uint8_t* const there = to + plane * mKernel.args.planeDistance;
     if (mPlan.flipHorizontal)
-      CopyMirrored(staged, to + plane * mArgs.planeDistance, width, mPlan.pixelBytes, Mirror::Pixels);
+      CopyMirrored(staged, there, width, mPlan.pixelBytes, Mirror::Pixels);
     else
-      std::memcpy(to + plane * mArgs.planeDistance, staged,
-                  static_cast<std::size_t>(width * mPlan.pixelBytes));
+      std::memcpy(there, staged, static_cast<std::size_t>(width * mPlan.pixelBytes));
   }
 }
 

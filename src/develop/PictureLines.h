@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "converters/PreparedKernel.h"
 #include "core/FormatTable.h"
 #include "frame/FramePlan.h"
 #include "simd/DevelopKernels.h"
@@ -36,23 +37,25 @@ struct alignas(64) PlaneBuffers {
   }
 };
 
-/// Writes developed lines into the picture, flipped as the plan says.
+/// Writes developed lines into the picture, flipped as the plan says, past the caches if it is large.
 class PictureLines {
  public:
   PictureLines(const FramePlan& plan, const PictureMemory& picture, PlaneBuffers& buffers);
+  ~PictureLines();
+  PictureLines(const PictureLines&) = delete;
+  PictureLines& operator=(const PictureLines&) = delete;
 
   void Write(const DevelopedLines& lines) const;
 
  private:
+  void WriteDirectly(const DevelopedLines& lines, std::int64_t width) const;
   void WriteStaged(const DevelopedLines& lines, std::int64_t line, std::int64_t from) const;
   std::uint8_t* At(std::int64_t x, std::int64_t y, std::int64_t width) const;
 
   const FramePlan& mPlan;
   PictureMemory mPicture;
   std::uint8_t* mScratch;
-  std::int64_t mBlock;
-  simd::KernelFunction mFunction;
-  simd::KernelArgs mArgs;
+  PreparedKernel mKernel;
 };
 
 }  // namespace ZrConvertersLib

@@ -16,16 +16,30 @@ ZR_INLINE U16 LoadSites(const std::uint8_t* p) {
 /// A line in natural order to its even and its odd columns.
 void Split(const SplitArgs& args) {
   for (std::size_t x = 0; x < args.pixels; x += kWidth) {
-    const Words words = LoadWords(args.words + 2 * x);
+    const Words words = LoadWords(args.samples + 2 * x);
     const U32 a = As<U32>(words.a), b = As<U32>(words.b);
     Store(args.even + x, ShiftRight(NarrowHigh(a << 16, b << 16), args.shift));
     Store(args.odd + x, ShiftRight(NarrowHigh(a, b), args.shift));
   }
 }
 
+/// The same from bytes, to a scale of 14 bits.
+void SplitBytes(const SplitArgs& args) {
+  for (std::size_t x = 0; x < args.pixels; x += kWidth) {
+    const U16 both = As<U16>(Load(args.samples + x));
+    Store(args.even + x, (both & Splat16(0xFF)) << 6);
+    Store(args.odd + x, (both >> 8) << 6);
+  }
+}
+
 /// A site and its neighbours along one direction.
 struct Neighbours {
   U16 near[2], far[2];
+};
+
+/// Two sites of a colour and the green there.
+struct Pair {
+  U16 sample[2], green[2];
 };
 
 /// Samples on a scale of 14 bits, results on one of 16. Saturating subtractions of unsigned words keep the
@@ -63,15 +77,16 @@ struct Fourteen {
     return SubtractClipped(AddClipped(base, rise), fall);
   }
 
-  static ZR_INLINE U16 FromTwo(U16 base, const U16 (&s)[2], const U16 (&g)[2]) {
-    return Shifted(base, (s[0] + s[1]) << 1, MeanUp(g[0], g[1]));
+  static ZR_INLINE U16 FromTwo(U16 base, const Pair& pair) {
+    const U16 sum = pair.sample[0] + pair.sample[1];
+    return Shifted(base, sum + sum, MeanUp(pair.green[0], pair.green[1]));
   }
 
   /// The mean of four greens rounded up once: the means of two must not both round up.
-  static ZR_INLINE U16 FromFour(U16 base, const U16 (&s)[4], const U16 (&g)[4]) {
-    const U16 bothOdd = (g[0] ^ g[1]) & (g[2] ^ g[3]) & Splat16(1);
-    const U16 greens = MeanUp(MeanUp(g[0], g[1]) - bothOdd, MeanUp(g[2], g[3]));
-    return Shifted(base, s[0] + s[1] + s[2] + s[3], greens);
+  static ZR_INLINE U16 FromFour(U16 base, const Pair& a, const Pair& b) {
+    const U16 bothOdd = (a.green[0] ^ a.green[1]) & (b.green[0] ^ b.green[1]) & Splat16(1);
+    const U16 greens = MeanUp(MeanUp(a.green[0], a.green[1]) - bothOdd, MeanUp(b.green[0], b.green[1]));
+    return Shifted(base, (a.sample[0] + a.sample[1]) + (b.sample[0] + b.sample[1]), greens);
   }
 };
 
@@ -95,18 +110,19 @@ struct Sixteen {
 
   static ZR_INLINE U16 Full(U16 sample) { return sample; }
 
-  static ZR_INLINE U16 FromTwo(U16 base, const U16 (&s)[2], const U16 (&g)[2]) {
+  static ZR_INLINE U16 FromTwo(U16 base, const Pair& p) {
     return Halves([](const S32* x) ZR_ALWAYS { return Clip16(x[0] + ((x[1] + x[2] - x[3] - x[4]) >> 1)); },
-                  base, s[0], s[1], g[0], g[1]);
+                  base, p.sample[0], p.sample[1], p.green[0], p.green[1]);
   }
 
-  static ZR_INLINE U16 FromFour(U16 base, const U16 (&s)[4], const U16 (&g)[4]) {
+  static ZR_INLINE U16 FromFour(U16 base, const Pair& a, const Pair& b) {
     return Halves(
         [](const S32* x) ZR_ALWAYS {
           const S32 samples = x[1] + x[2] + x[3] + x[4], greens = x[5] + x[6] + x[7] + x[8];
           return Clip16(x[0] + ((samples - greens) >> 2));
         },
-        base, s[0], s[1], s[2], s[3], g[0], g[1], g[2], g[3]);
+        base, a.sample[0], a.sample[1], b.sample[0], b.sample[1], a.green[0], a.green[1], b.green[0],
+        b.green[1]);
   }
 
  private:
@@ -149,42 +165,47 @@ void Green(const GreenArgs& args) {
   }
 }
 
-/// base and the mean difference to green at some sites.
-template <class Scale>
-ZR_INLINE U16 FromTwo(U16 base, const Site& a, const Site& b, std::size_t at) {
-  return Scale::FromTwo(base, {LoadSites(a.sample + at), LoadSites(b.sample + at)},
-                        {LoadSites(a.green + at), LoadSites(b.green + at)});
+ZR_INLINE Pair LoadPair(const Sites& a, const Sites& b, std::ptrdiff_t atA, std::ptrdiff_t atB) {
+  return {{LoadSites(a.sample + atA), LoadSites(b.sample + atB)},
+          {LoadSites(a.green + atA), LoadSites(b.green + atB)}};
 }
 
-template <class Scale>
-ZR_INLINE U16 FromFour(U16 base, const Site (&c)[4], std::size_t at) {
-  return Scale::FromFour(base,
-                         {LoadSites(c[0].sample + at), LoadSites(c[1].sample + at),
-                          LoadSites(c[2].sample + at), LoadSites(c[3].sample + at)},
-                         {LoadSites(c[0].green + at), LoadSites(c[1].green + at), LoadSites(c[2].green + at),
-                          LoadSites(c[3].green + at)});
-}
-
-template <class Scale>
-void Planes(const ColourArgs& given) {
-  const ColourArgs args = given;
-  for (std::size_t at = 0; at < 2 * args.sites; at += kWidth) {
-    const U16 green = LoadSites(args.own.green + at);
-    Store(args.atOwn[0] + at, Scale::Full(LoadSites(args.own.sample + at)));
-    Store(args.atOwn[1] + at, green);
-    Store(args.atOwn[2] + at, FromFour<Scale>(green, args.corners, at));
-    const U16 sample = Scale::Full(LoadSites(args.greenSite + at));
-    Store(args.atGreen[0] + at, FromTwo<Scale>(sample, args.left, args.right, at));
-    Store(args.atGreen[1] + at, sample);
-    Store(args.atGreen[2] + at, FromTwo<Scale>(sample, args.above, args.below, at));
+/// The pixels of a line whose own colour is in even (0) or odd (1) columns.
+template <class Scale, int own>
+ZR_INLINE void PlanesOf(const ColourArgs& args) {
+  constexpr std::ptrdiff_t kOwn = own * std::ptrdiff_t{kHalfBytes}, kBetween = kHalfBytes - kOwn;
+  // From a green site to the site of the other half on its left, and from one of the own colour.
+  constexpr std::ptrdiff_t kLeft = own == 0 ? 0 : -2, kCornerLeft = own == 0 ? -2 : 0;
+  const Sites line = args.own, above = args.above, below = args.below;
+  const std::uint8_t* const greenSite = args.greenSite;
+  std::uint8_t *const first = args.planes[0], *const green = args.planes[1], *const other = args.planes[2];
+  const auto bytes = static_cast<std::ptrdiff_t>(2 * args.sites);
+  for (std::ptrdiff_t at = 0; at < bytes; at += kWidth) {
+    const U16 found = LoadSites(line.green + at);
+    const Pair left = LoadPair(above, below, at + kCornerLeft, at + kCornerLeft);
+    const Pair right = LoadPair(above, below, at + kCornerLeft + 2, at + kCornerLeft + 2);
+    Store(first + kOwn + at, Scale::Full(LoadSites(line.sample + at)));
+    Store(green + kOwn + at, found);
+    Store(other + kOwn + at, Scale::FromFour(found, left, right));
+    const U16 sample = Scale::Full(LoadSites(greenSite + at));
+    Store(first + kBetween + at, Scale::FromTwo(sample, LoadPair(line, line, at + kLeft, at + kLeft + 2)));
+    Store(green + kBetween + at, sample);
+    Store(other + kBetween + at, Scale::FromTwo(sample, own == 0 ? right : left));
   }
 }
 
 template <class Scale>
+void Planes(const ColourArgs& args) {
+  args.ownIsOdd ? PlanesOf<Scale, 1>(args) : PlanesOf<Scale, 0>(args);
+}
+
+template <class Scale>
 void GreenOnly(const ColourArgs& args) {
+  std::uint8_t* const own = args.planes[1] + (args.ownIsOdd ? kHalfBytes : 0);
+  std::uint8_t* const between = args.planes[1] + (args.ownIsOdd ? 0 : kHalfBytes);
   for (std::size_t at = 0; at < 2 * args.sites; at += kWidth) {
-    Store(args.atOwn[1] + at, LoadSites(args.own.green + at));
-    Store(args.atGreen[1] + at, Scale::Full(LoadSites(args.greenSite + at)));
+    Store(own + at, LoadSites(args.own.green + at));
+    Store(between + at, Scale::Full(LoadSites(args.greenSite + at)));
   }
 }
 
@@ -192,6 +213,7 @@ void GreenOnly(const ColourArgs& args) {
 
 extern const DemosaicKernels ZR_AT_LEVEL(kDemosaicKernels);
 constinit const DemosaicKernels ZR_AT_LEVEL(kDemosaicKernels) = {&Split,
+                                                                 &SplitBytes,
                                                                  {&Green<Fourteen>, &Green<Sixteen>},
                                                                  {&Planes<Fourteen>, &Planes<Sixteen>},
                                                                  {&GreenOnly<Fourteen>, &GreenOnly<Sixteen>}};

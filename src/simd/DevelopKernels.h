@@ -18,13 +18,13 @@ inline constexpr std::size_t kHalfBytes = kTilePixels + 2 * kHalfMargin;  ///< f
 inline constexpr std::size_t kPlaneBytes = 2 * kHalfBytes;      ///< from a plane of such a line to the next
 inline constexpr std::size_t kDevelopedLine = 3 * kPlaneBytes;  ///< from a line of three planes to the next
 
-/// Words of a line to its halves.
+/// Words of a line to its halves, or bytes to halves of words on the scale of 14 bits.
 struct SplitArgs {
-  const std::uint8_t* words;
+  const std::uint8_t* samples;
   std::uint8_t* even;
   std::uint8_t* odd;
   std::size_t pixels;   ///< rounded up to whole blocks, which both sides can hold
-  std::uint32_t shift;  ///< to the right
+  std::uint32_t shift;  ///< of words, to the right
 };
 
 /// The sites of a line that are not green, and the halves around them, each from the first site's column or
@@ -37,21 +37,21 @@ struct GreenArgs {
   std::size_t sites;  ///< rounded up to whole vectors
 };
 
-/// Samples, and the green that was found where they stand.
-struct Site {
+/// Samples of a half, and the green that was found where they stand.
+struct Sites {
   const std::uint8_t *sample, *green;
 };
 
-/// A line of the mosaic with its own colour, red or blue, at every other site.
+/// A line of the mosaic with its own colour, red or blue, at every other site, and the lines around it: the
+/// half of its green sites there has the other colour. One word more may be read to the left and to the right
+/// of what `sites` covers.
 struct ColourArgs {
-  Site own;                       ///< the line's own colour
-  const std::uint8_t* greenSite;  ///< the green sites between
-  Site left, right;               ///< the own colour beside the first green site
-  Site above, below;              ///< the other colour above and below the first green site
-  Site corners[4];                ///< the other colour around the first own site: two above, two below
-  std::uint8_t* atOwn[3];         ///< own colour, green and other colour of the pixels at own sites
-  std::uint8_t* atGreen[3];       ///< the same of the pixels at green sites
-  std::size_t sites;              ///< of either kind, rounded up to whole vectors
+  Sites own;                      ///< the line's own colour
+  const std::uint8_t* greenSite;  ///< the other half of the line
+  Sites above, below;             ///< the other colour
+  std::uint8_t* planes[3];        ///< even half of own colour, green and other colour
+  std::size_t sites;              ///< of either half, rounded up to whole vectors
+  bool ownIsOdd;                  ///< the line's own colour is in odd columns
 };
 
 /// The scale that samples are kept on: 14 bits leave room for sums in 16, and hold most sensors' samples.
@@ -61,6 +61,7 @@ inline constexpr std::size_t kSampleScales = static_cast<std::size_t>(SampleScal
 
 struct DemosaicKernels {
   void (*split)(const SplitArgs&);
+  void (*splitBytes)(const SplitArgs&);
   void (*green[kSampleScales])(const GreenArgs&);
   void (*colour[kSampleScales])(const ColourArgs&);
   void (*greenOnly[kSampleScales])(const ColourArgs&);  ///< leaves the other planes as they are
