@@ -103,7 +103,8 @@ class BilinearBiColor {
       : mSplit(context, SplitRecipe(recipe)),
         mPixels(context, {.reader = InBytes(recipe) ? simd::SourceReader::BiColorBilinear8
                                                     : simd::SourceReader::BiColorBilinear16,
-                          .writer = recipe.writer}),
+                          .writer = recipe.writer,
+                          .fromCaches = true}),
         mRedAtEvenColumn(OrderOf(context.mFlags).redAtEvenColumn) {
     mSplit.Args().greenFirst = OrderOf(context.mFlags).greenFirst;
   }

@@ -16,7 +16,7 @@ namespace {
 constexpr std::uint32_t kWholeBlock = 64;
 
 LineRecipe PairsRecipe(const MosaicRecipe& recipe) {
-  return {.reader = SourceReader::BayerBilinear, .writer = recipe.writer};
+  return {.reader = SourceReader::BayerBilinear, .writer = recipe.writer, .fromCaches = true};
 }
 
 /// What the bilinear kernel reads: bytes, complemented for destinations of byte channels.

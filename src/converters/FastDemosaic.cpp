@@ -16,8 +16,9 @@ namespace {
 LineRecipe TilesRecipe(const MosaicRecipe& recipe, std::uint32_t columns) {
   if (recipe.shift)
     return {.reader = SourceReader::BayerFast16, .writer = recipe.writer, .shift = *recipe.shift};
-  const LineRecipe bytes{.reader = SourceReader::BayerFast8, .writer = recipe.writer};
-  LineRecipe fused = bytes;
+  const LineRecipe bytes{
+      .reader = SourceReader::BayerFast8, .writer = recipe.writer, .fromCaches = recipe.samples.has_value()};
+  LineRecipe fused{.reader = bytes.reader, .writer = bytes.writer};
   const bool isFused = recipe.samples && ReadSamplesDirectly(fused, *recipe.samples) &&
                        columns % simd::FactsOf(fused.reader).group.pixels == 0;
   return isFused ? fused : bytes;

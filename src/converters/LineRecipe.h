@@ -22,6 +22,7 @@ struct LineRecipe {
   std::uint8_t flip = 0;
   const YCbCrMatrix* matrix = nullptr;
   bool throughCaches = false;                ///< never written past the caches: small, or read again at once
+  bool fromCaches = false;                   ///< reads what another kernel has just written
   std::optional<SampleRecipe> samples = {};  ///< when the source's samples are not the bytes that are read
 };
 

@@ -9,6 +9,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "core/CacheLimits.h"
 #include "core/FormatTable.h"
 #include "simd/CpuLevel.h"
 
@@ -18,8 +19,8 @@ using simd::PixelWriter;
 
 namespace {
 
-/// How far ahead of the bytes being read a kernel prefetches, in frames larger than the caches.
-constexpr std::ptrdiff_t kPrefetchDistance = 2048;
+/// How far ahead of the bytes being read a kernel prefetches at least.
+constexpr std::size_t kPrefetchDistance = 3072;
 
 /// Entries of a filter's table of bytes.
 constexpr std::size_t kTableSize = 256;
@@ -47,12 +48,22 @@ std::ptrdiff_t PlaneDistance(const PixelConverterContext& context) {
   return static_cast<std::int32_t>(context.mDestinationStride * context.mDestinationHeight);
 }
 
-bool ExceedsCaches(const PixelConverterContext& context, std::size_t planes) {
-  const std::size_t source = std::size_t{context.mSourceStride} * context.mSourceHeight;
-  const std::size_t destination =
-      std::size_t{context.mDestinationStride} * context.mDestinationHeight * planes;
-  // In an image of one line the planes of a pair of lines overlap; their order would not be kept.
-  return context.mDestinationHeight > 1 && source + destination > simd::StreamingThreshold();
+std::size_t FrameBytes(const PixelConverterContext& context, std::size_t planes) {
+  return std::size_t{context.mSourceStride} * context.mSourceHeight +
+         std::size_t{context.mDestinationStride} * context.mDestinationHeight * planes;
+}
+
+/// In an image of one line the planes of a pair of lines overlap; past the caches their order would not be
+/// kept.
+bool IsStreamed(const PixelConverterContext& context, std::size_t frameBytes) {
+  return context.mDestinationHeight > 1 && frameBytes > StreamingThreshold();
+}
+
+/// Lines that are read side by side follow whole pairs later; what follows in memory is read already.
+std::ptrdiff_t PrefetchDistance(const PixelConverterContext& context, const simd::ReaderLines& lines) {
+  if (lines.sources != 2 || context.mSourceStride == 0) return kPrefetchDistance;
+  const std::size_t pair = std::size_t{2} * context.mSourceStride;
+  return static_cast<std::ptrdiff_t>((kPrefetchDistance + pair - 1) / pair * pair);
 }
 
 /// The same pointer three times if all tables are equal, by which kernels recognise it.
@@ -73,15 +84,16 @@ PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineR
   const DestinationRow& destination = kDestinations[static_cast<std::size_t>(recipe.writer)];
   const simd::Level& level = simd::CurrentLevel();
   const bool filtered = destination.filtered && !IsIdentity(context.mFilter);
-  const bool large = ExceedsCaches(context, destination.planes);
+  const std::size_t frameBytes = FrameBytes(context, destination.planes);
   function = level.Find(recipe.reader, filtered ? WithFilter(recipe.writer) : recipe.writer);
-  stream = large && !recipe.throughCaches ? *level.stream : nullptr;
+  stream = !recipe.throughCaches && IsStreamed(context, frameBytes) ? *level.stream : nullptr;
   block = level.blockPixels;
   pixelBytes = destination.bytes;
   planes = destination.planes;
 
   args.lines = 1;
-  args.prefetch = large ? kPrefetchDistance : 0;
+  if (!recipe.fromCaches && !recipe.samples && frameBytes > ReadAheadThreshold())
+    args.prefetch = PrefetchDistance(context, reader.lines);
   args.planeDistance = PlaneDistance(context);
   args.shift = recipe.shift;
   args.flip = recipe.flip;

@@ -26,7 +26,9 @@ bool IsGrey(simd::PixelWriter writer) {
 }
 
 LineRecipe PixelsRecipe(simd::PixelWriter writer) {
-  return {.reader = IsGrey(writer) ? SourceReader::Mono16 : SourceReader::RGBPlanar16, .writer = writer};
+  return {.reader = IsGrey(writer) ? SourceReader::Mono16 : SourceReader::RGBPlanar16,
+          .writer = writer,
+          .fromCaches = true};
 }
 
 /// How many of the lines belong to the image.
@@ -87,9 +89,7 @@ void SCF1Planes::List(std::uint8_t* (&places)[3], bool redFirst) {
 }
 
 SCF1Pixels::SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe)
-    : mGreenOnly(IsGrey(recipe.writer)), mPlan(context, PixelsRecipe(recipe.writer)) {
-  mPlan.Args().prefetch = 0;
-}
+    : mGreenOnly(IsGrey(recipe.writer)), mPlan(context, PixelsRecipe(recipe.writer)) {}
 
 void SCF1Pixels::Write(SCF1Planes& planes, std::ptrdiff_t rowsApart, const MosaicColumns& columns,
                        std::uint32_t count, std::uint8_t* destination, std::ptrdiff_t destinationStep) const {

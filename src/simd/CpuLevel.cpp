@@ -1,7 +1,6 @@
 #include "simd/CpuLevel.h"
 
 #include <ZrConvertersLib/CpuLevel.h>
-#include <ZrConvertersLib/StreamingStores.h>
 
 #include <algorithm>
 #include <array>
@@ -143,10 +142,6 @@ const Level* Highest() {
 
 constinit std::atomic<const Level*> sLevel = nullptr;
 
-/// A little less than the last-level cache of a desktop machine, or a core's share of it in a server. Below
-/// this size non-temporal stores lose much; a little above it they gain little.
-constinit std::atomic<std::size_t> sStreamingThreshold = std::size_t{16} << 20;
-
 }  // namespace
 
 const Level& CurrentLevel() {
@@ -158,10 +153,6 @@ const Level& CurrentLevel() {
     if (none != nullptr) level = none;
   }
   return *level;
-}
-
-std::size_t StreamingThreshold() {
-  return sStreamingThreshold.load(std::memory_order_relaxed);
 }
 
 KernelFunction Level::Find(SourceReader reader, PixelWriter writer) const {
@@ -203,10 +194,6 @@ bool ForceCpuLevel(const char* name) noexcept {
   if (level == kLevels.end()) return false;
   sLevel.store(level, std::memory_order_relaxed);
   return true;
-}
-
-std::size_t SetStreamingThreshold(std::size_t bytes) noexcept {
-  return sStreamingThreshold.exchange(bytes, std::memory_order_relaxed);
 }
 
 }  // namespace ZrConvertersLib

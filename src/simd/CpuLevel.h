@@ -28,7 +28,4 @@ struct Level {
 /// The level in use; the highest this machine runs unless one was forced.
 const Level& CurrentLevel();
 
-/// Frames whose source and destination together take more bytes than this are written past the caches.
-std::size_t StreamingThreshold();
-
 }  // namespace ZrConvertersLib::simd

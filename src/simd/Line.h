@@ -81,12 +81,14 @@ ZR_INLINE void EachLine(const KernelArgs& args, F convert) {
 }
 
 /// Prefetches what will be read soon. The processor's own prefetching follows too few streams and starts too
-/// late for frames that come from memory.
+/// late for frames that come from memory. It goes to the second cache: lines on their way to the first one
+/// hold the buffers that non-temporal stores need.
 template <int bytes>
 ZR_INLINE void Prefetch(const std::uint8_t* p, std::ptrdiff_t prefetch) {
   Unrolled<(bytes + 63) / 64>([&](auto i) ZR_ALWAYS {
     __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) +
-                                                     static_cast<std::uintptr_t>(prefetch + 64 * i)));
+                                                     static_cast<std::uintptr_t>(prefetch + 64 * i)),
+                       0, 2);
   });
 }
 
