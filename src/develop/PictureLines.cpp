@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/CacheLimits.h"
 #include "frame/PixelMoves.h"
 #include "simd/CpuLevel.h"
 
@@ -19,7 +20,7 @@ constexpr simd::ReaderFacts kHalves{{2, 2}, simd::kOneLine};
 bool ExceedsCaches(const FramePlan& plan) {
   const auto source =
       static_cast<std::size_t>(plan.sourceLayout.stride) * static_cast<std::size_t>(plan.RegionHeight());
-  return source + plan.destinationLayout.frameBytes > simd::StreamingThreshold();
+  return source + plan.destinationLayout.frameBytes > StreamingThreshold();
 }
 
 /// The kernel that writes a destination, with the filter's tables for those that a filter acts on.
