@@ -55,8 +55,10 @@ Aim AimOf(const Row& row, std::size_t place, double limit, const std::vector<Mea
   const Summary all = Summarise(measurements, selected);
   const Summary above =
       Summarise(measurements, [&](const Measurement& m) { return selected(m) && m.Ratio() > limit; });
-  return {row.text,    kAimPlaces[place].Name(), limit, row.isMean ? all.geometricMean : all.worst,
-          above.count, all.count,                all.worstName};
+  return {row.text,     kAimPlaces[place].Name(),
+          limit,        row.isMean ? all.geometricMean : all.worst,
+          above.count,  all.count,
+          all.worstName};
 }
 
 bool IsDirect(const Measurement& m) {
@@ -88,8 +90,8 @@ std::vector<Aim> AimsOf(std::string_view level, const std::vector<Measurement>& 
       for (std::size_t place = 0; place < kPlaces; ++place)
         aims.push_back(AimOf(row, place, isV3 ? row.v3[place] : row.v4[place], measurements));
   aims.push_back(FixedCostAim("Nanoseconds beside the pixels, direct: most", true, 60, measurements));
-  aims.push_back(
-      FixedCostAim("Nanoseconds beside the pixels, chains and interpolation: most", false, 150, measurements));
+  aims.push_back(FixedCostAim("Nanoseconds beside the pixels, chains and interpolation: most", false, 150,
+                              measurements));
   std::erase_if(aims, [](const Aim& aim) { return aim.count == 0; });
   return aims;
 }

@@ -12,7 +12,7 @@ namespace Bench {
 struct Aim {
   std::string text;
   std::string place;
-  double limit;           ///< ratio to the floor, or nanoseconds
+  double limit;  ///< ratio to the floor, or nanoseconds
   double reached;
   std::size_t above = 0;  ///< measurements above the limit
   std::size_t count = 0;  ///< measurements that the aim is about

@@ -1,11 +1,11 @@
 // zrcount: converts one frame of every registered pair and marks where each conversion begins and ends, for
-// scripts/count-instructions, which runs it under an instrument that counts instructions.
+// bench/count_instructions.py, which runs it under an emulator that logs what it executes.
 //
 //   zrcount WIDTH HEIGHT [LEVEL]
 //
-// Under callgrind a mark is a request to dump the counts, under an emulator that logs what it executes a line
-// "# NAME" in the midst of that log on standard error.
+// A mark is a line "# NAME" on standard error, in the midst of that log.
 #include <ZrConvertersLib/CpuLevel.h>
+#include <ZrConvertersLib/Format.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,16 +14,6 @@
 
 #include "Measure.h"
 
-#if defined(__x86_64__) && __has_include(<valgrind/callgrind.h>)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wpedantic"
-#include <valgrind/callgrind.h>
-#else
-#define CALLGRIND_ZERO_STATS
-#define CALLGRIND_DUMP_STATS_AT(name) static_cast<void>(name)
-#endif
-
 namespace Bench {
 namespace {
 
@@ -31,16 +21,25 @@ bool Log(const std::string& text) {
   return write(STDERR_FILENO, text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
+/// Family, layout, how it is converted, and the pair, separated by tabulators.
+std::string MarkOf(const Case& what) {
+  using enum ZrConvertersLib::Packing;
+  const auto packing = what.source->packing;
+  const char* layout = packing == Plain ? "" : packing == Planar ? "planar" : "packed";
+  const char* how = what.demosaic == Demosaic::None   ? ""
+                    : what.demosaic == Demosaic::Fast ? "fast"
+                                                      : "interpolating";
+  return std::string(what.Family()) + '\t' + layout + '\t' + how + '\t' + (what.filtered ? "filtered" : "") +
+         '\t' + what.Name();
+}
+
 /// Converts once more than is counted: the first time the level is chosen and a chain's buffer is made.
 bool Count(const Case& what, Size size, Frames& frames) {
   const FramePair pair = frames.Next(false, 0, 0);
   ConvertFrame(what, size, pair, frames);
-  const std::string name = std::string(what.Family()) + "\t" + what.Name();
   if (!Log("# begin\n")) return false;
-  CALLGRIND_ZERO_STATS;
   ConvertFrame(what, size, pair, frames);
-  CALLGRIND_DUMP_STATS_AT(name.c_str());
-  return Log("# " + name + "\n");
+  return Log("# " + MarkOf(what) + "\n");
 }
 
 int Main(int argc, char** argv) {
@@ -51,7 +50,7 @@ int Main(int argc, char** argv) {
   const auto plan = Plan(RegisteredCases(selection), {{size}});
   Frames frames(plan);
   for (const Measurement& m : plan)
-    if (!Count(m.what, size, frames)) return 1;
+    if (!Count(m.what, m.place.size, frames)) return 1;
   return 0;
 }
 

@@ -36,7 +36,8 @@ constexpr LevelFloor kFloors[] = {
 #endif
 };
 
-/// Long runs of loads and of stores are faster than short ones: caches and memory like one direction at a time.
+/// Long runs of loads and of stores are faster than short ones: caches and memory like one direction at a
+/// time.
 constexpr std::size_t kVectorsOfPiece = 64;
 
 }  // namespace
@@ -54,11 +55,17 @@ FloorFrame FloorFrameOf(const Case& what, Size size, const unsigned char* source
   const std::size_t destinationBits = what.destination->bitsPerPixel / destinationPlanes;
   const std::size_t divisor = std::gcd(sourceBits, destinationBits);
   const std::size_t loads = sourceBits / divisor, stores = destinationBits / divisor;
-  const std::size_t repeats = std::max<std::size_t>(
-      1, std::min(kVectorsOfPiece / (loads * sourcePlanes + stores * destinationPlanes),
-                  kMostVectors / std::max(loads, stores)));
-  return {source,      FrameBytes(*what.source, size) / sourcePlanes,           sourcePlanes,      loads * repeats,
-          destination, FrameBytes(*what.destination, size) / destinationPlanes, destinationPlanes, stores * repeats};
+  const std::size_t repeats =
+      std::max<std::size_t>(1, std::min(kVectorsOfPiece / (loads * sourcePlanes + stores * destinationPlanes),
+                                        kMostVectors / std::max(loads, stores)));
+  return {source,
+          FrameBytes(*what.source, size) / sourcePlanes,
+          sourcePlanes,
+          loads * repeats,
+          destination,
+          FrameBytes(*what.destination, size) / destinationPlanes,
+          destinationPlanes,
+          stores * repeats};
 }
 
 bool CanStream(const Case& what, Size size) {

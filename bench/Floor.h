@@ -9,8 +9,8 @@
 namespace Bench {
 
 /// The bytes of a frame to load and of a frame to store, for a loop that moves them in pieces. In a piece it
-/// loads `loads` vectors from each plane of the source, one after another, and then stores `stores` vectors to
-/// each plane of the destination.
+/// loads `loads` vectors from each plane of the source, one after another, and then stores `stores` vectors
+/// to each plane of the destination.
 struct FloorFrame {
   const unsigned char* source;
   std::size_t sourceBytes;  ///< of a plane

@@ -68,7 +68,8 @@ using Numbers = std::make_integer_sequence<int, kMostVectors + 1>;
 constexpr Runs<Loads> kLoads = LoadRuns(Numbers{});
 constexpr Runs<Stores> kStores = StoreRuns(Numbers{});
 
-/// What pieces leave of a plane, vector by vector from `begin` on; the last vector overlaps the one before it.
+/// What pieces leave of a plane, vector by vector from `begin` on; the last vector overlaps the one before
+/// it.
 template <class F>
 ZR_INLINE void ForRest(std::size_t begin, std::size_t bytes, F move) {
   constexpr std::size_t kVector = kWidth;
@@ -83,8 +84,7 @@ ZR_INLINE void Move(const FloorFrame& f, const Runs<Stores>& stores) {
   const Stores store = stores[f.stores];
   U8 x{};
   for (std::size_t i = 0; i < pieces; ++i) {
-    for (std::size_t p = 0; p < f.sourcePlanes; ++p)
-      x = load(f.source + p * f.sourceBytes + i * sourcePiece);
+    for (std::size_t p = 0; p < f.sourcePlanes; ++p) x = load(f.source + p * f.sourceBytes + i * sourcePiece);
     for (std::size_t p = 0; p < f.destinationPlanes; ++p)
       store(f.destination + p * f.destinationBytes + i * destinationPiece, x);
   }

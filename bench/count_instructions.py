@@ -1,92 +1,107 @@
 #!/usr/bin/python3
-"""Counts the instructions of every registered conversion: count_instructions.py ZRCOUNT [--level LEVEL | --emulator]
+"""Counts the instructions of every registered conversion: count_instructions.py ZRCOUNT [--level LEVEL] --json FILE
 
-Under callgrind (x86-64; it knows no AVX-512, so levels up to x86-64-v3), or with --emulator under qemu-aarch64,
-whose log of executed blocks is summed up. Prints a line for each group of pairs: instructions per pixel, everything
-that one call of Convert executes divided by the frame's pixels.
+The program runs under qemu, whose log of executed blocks is summed up; qemu knows no AVX-512, so on x86-64 levels up
+to x86-64-v3 can be counted. Writes, for each conversion, the instructions of one call of Convert divided by the
+frame's pixels, and those of them in scalar loops: in blocks that are executed again before any block with a vector
+register is.
 """
 import argparse
-import collections
-import glob
-import math
+import json
 import os
 import re
 import subprocess
 import sys
-import tempfile
+
+VECTOR = {"x86_64": re.compile(r"%[xyz]mm\d"), "aarch64": re.compile(r"\b(?:v\d+\.|[qds]\d+\b)")}
+LIBRARIES = {"x86_64": "/", "aarch64": "/usr/aarch64-linux-gnu"}
 
 
-def callgrind_counts(program, size, level):
-    """Yields (name, instructions) from the dumps, one for each mark."""
-    with tempfile.TemporaryDirectory() as directory:
-        subprocess.run(["valgrind", "--tool=callgrind", f"--callgrind-out-file={directory}/out", program, *size, level],
-                       check=True, stderr=subprocess.DEVNULL)
-        for name in glob.glob(f"{directory}/out.*"):
-            with open(name, encoding="utf-8") as file:
-                text = file.read()
-            mark = re.search(r"^desc: Trigger: Client Request: (.*)$", text, re.M)
-            total = re.search(r"^(?:summary|totals): (\d+)", text, re.M)
-            if mark and total:
-                yield mark[1], int(total[1])
+def machine_of(program):
+    """What the program was built for, by the machine number in its ELF header."""
+    with open(program, "rb") as file:
+        number = int.from_bytes(file.read(20)[18:20], "little")
+    return {62: "x86_64", 183: "aarch64"}[number]
 
 
-def emulator_counts(program, size):
-    """The same from the log of an emulator: "IN:" lists the instructions of a block when it is translated, "Trace"
-    says that a block is executed."""
-    library_path = os.environ.get("QEMU_LD_PREFIX", "/usr/aarch64-linux-gnu")
-    command = ["qemu-aarch64-static", "-L", library_path, "-d", "in_asm,exec,nochain", program, *size]
+class Block:
+    """Instructions that are executed together, as the log lists them when they are translated."""
+
+    def __init__(self, machine):
+        self.vector = VECTOR[machine]
+        self.length = 0
+        self.is_scalar = True
+
+    def add(self, line):
+        """An instruction; lines without a mnemonic hold the last bytes of the one before."""
+        fields = re.split(r"\s{2,}", line.split(":", 1)[1].strip(), maxsplit=1)
+        if len(fields) > 1:
+            self.length += 1
+            self.is_scalar = self.is_scalar and not self.vector.search(fields[1])
+
+
+class Execution:
+    """Sums up the instructions of the blocks of one conversion in the order in which they are executed."""
+
+    def __init__(self):
+        self.instructions = self.scalar = 0
+        self.since_vector = set()
+
+    def add(self, address, block):
+        self.instructions += block.length
+        if not block.is_scalar:
+            self.since_vector.clear()
+        elif address in self.since_vector:
+            self.scalar += block.length
+        else:
+            self.since_vector.add(address)
+
+
+def counts(program, width, height, level):
+    """Yields the mark of each conversion with its instructions, all and those in scalar loops."""
+    machine = machine_of(program)
+    libraries = os.environ.get("QEMU_LD_PREFIX", LIBRARIES[machine])
+    command = [f"qemu-{machine}-static", "-L", libraries, "-cpu", "max", "-d", "in_asm,exec,nochain",
+               program, str(width), str(height), *([level] if level else [])]
     process = subprocess.Popen(command, stderr=subprocess.PIPE, encoding="utf-8", errors="replace")
-    lengths, listing, executed = {}, [], collections.Counter()
+    blocks, block, execution = {}, None, Execution()
     for line in process.stderr:
         if line.startswith("0x"):
-            listing.append(line.split(":", 1)[0])
+            if block is None:
+                block = blocks[line.split(":", 1)[0][2:].zfill(16)] = Block(machine)
+            block.add(line)
         elif line.startswith("Trace "):
-            if listing:
-                lengths[int(listing[0], 16)] = len(listing)
-                listing = []
-            executed[line.split("/", 2)[1]] += 1
+            address = line.split("/", 2)[1]
+            execution.add(address, blocks[address])
         elif line.startswith("IN:"):
-            if listing:
-                lengths[int(listing[0], 16)] = len(listing)
-            listing = []
+            block = None
         elif line.startswith("# begin"):
-            executed.clear()
+            execution = Execution()
         elif line.startswith("# "):
-            yield line[2:].strip("\n"), sum(lengths.get(int(pc, 16), 0) * n for pc, n in executed.items())
+            yield line[2:].strip("\n"), execution.instructions, execution.scalar
     if process.wait() != 0:
         sys.exit(f"{program} failed under the emulator")
 
 
-def group_of(family, pair):
-    if family == "Bayer" and not pair.split(" to ")[1].startswith("Bayer"):
-        family += ", interpolating" if "interpolated" in pair else ", fast"
-    return family + (", filtered" if "filtered" in pair else "")
-
-
 def main():
-    arguments = argparse.ArgumentParser(description=__doc__)
+    arguments = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     arguments.add_argument("program")
-    arguments.add_argument("--level", default="x86-64")
-    arguments.add_argument("--emulator", action="store_true")
+    arguments.add_argument("--level", default="")
     arguments.add_argument("--width", type=int, default=1024)
     arguments.add_argument("--height", type=int, default=4)
+    arguments.add_argument("--json", required=True)
     options = arguments.parse_args()
 
-    size = [str(options.width), str(options.height)]
-    counts = emulator_counts(options.program, size) if options.emulator else \
-        callgrind_counts(options.program, size, options.level)
-    groups = collections.defaultdict(list)
-    for mark, instructions in counts:
-        family, pair = mark.split("\t")
-        groups[group_of(family, pair)].append((instructions / (options.width * options.height), pair))
-    if not groups:
+    found = []
+    for mark, instructions, scalar in counts(options.program, options.width, options.height, options.level):
+        family, layout, how, filtered, pair = mark.split("\t")
+        pixels = options.width * options.height
+        found.append({"family": family, "layout": layout, "how": how, "filtered": bool(filtered), "pair": pair,
+                      "instructions": instructions / pixels, "scalar": scalar / pixels})
+    if not found:
         sys.exit("nothing was counted")
-
-    print("| Group | Cases | Geometric mean | Least | Most | Which |\n|---|--:|--:|--:|--:|---|")
-    for group, values in sorted(groups.items()):
-        mean = math.exp(sum(math.log(value) for value, _ in values) / len(values))
-        most = max(values)
-        print(f"| {group} | {len(values)} | {mean:.2f} | {min(values)[0]:.2f} | {most[0]:.2f} | {most[1]} |")
+    with open(options.json, "w", encoding="utf-8") as file:
+        json.dump({"level": options.level or machine_of(options.program), "conversions": found}, file, indent=0)
 
 
 main()
