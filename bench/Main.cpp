@@ -52,9 +52,9 @@ std::vector<Place> PlacesOf(const Options& options) {
   return places;
 }
 
-/// A quick run leaves some of the two minutes to preparations.
+/// A quick run leaves some of the three minutes to preparations.
 Budget BudgetOf(const Options& options) {
-  const double seconds = options.quick ? 100 : 600;
+  const double seconds = options.quick ? 150 : 390;
   return {options.seconds > 0 ? options.seconds : seconds, options.quick};
 }
 
@@ -98,8 +98,8 @@ void WriteFile(const std::string& name, const Run& run, void (*write)(std::ostre
 
 void Define(CLI::App& app, Options& options) {
   app.add_flag("--quick", options.quick,
-               "Done within two minutes, even if not every case has been measured then");
-  app.add_option("--seconds", options.seconds, "How long to measure; otherwise 100 if quick, else 600");
+               "Done within three minutes, even if not every case has been measured then");
+  app.add_option("--seconds", options.seconds, "How long to measure; otherwise 150 if quick, else 390");
   app.add_option("--size", options.cached, "Sizes of frames in the caches, WIDTHxHEIGHT,...")->delimiter(',');
   app.add_option(
          "--memory-size", options.fromMemory,

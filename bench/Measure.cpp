@@ -84,7 +84,12 @@ std::vector<std::size_t> OrderOf(const std::vector<Measurement>& measurements) {
   return order;
 }
 
-/// Of each place a twentieth with the highest ratios and as many with the lowest.
+/// What of a measurement is looked at.
+double FigureOf(const Measurement& m) {
+  return m.TellsFixedCost() ? m.FixedSeconds() : m.Ratio();
+}
+
+/// Of each place a twentieth with the highest figures and as many with the lowest.
 std::vector<std::size_t> Doubtful(const std::vector<Measurement>& measurements) {
   std::vector<std::size_t> doubtful;
   std::vector<bool> seen(measurements.size());
@@ -99,7 +104,7 @@ std::vector<std::size_t> Doubtful(const std::vector<Measurement>& measurements) 
       seen[j] = seen[j] || alike;
     }
     std::sort(same.begin(), same.end(), [&](std::size_t a, std::size_t b) {
-      return measurements[a].Ratio() > measurements[b].Ratio();
+      return FigureOf(measurements[a]) > FigureOf(measurements[b]);
     });
     const std::size_t count = (same.size() + 19) / 20;
     for (std::size_t n = 0; n < count; ++n) {

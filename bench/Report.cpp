@@ -196,6 +196,13 @@ std::vector<std::pair<const char*, std::string>> Fields(const Measurement& m) {
           {"rounds", std::to_string(m.rounds)}};
 }
 
+std::vector<std::pair<const char*, std::string>> Fields(const Aim& aim) {
+  return {{"what", Quoted(aim.text)},           {"frames", Quoted(aim.place)},
+          {"limit", Number(aim.limit)},         {"reached", Number(aim.reached)},
+          {"above", std::to_string(aim.above)}, {"count", std::to_string(aim.count)},
+          {"worst", Quoted(aim.worstName)}};
+}
+
 }  // namespace
 
 void WriteSummary(std::ostream& out, const Run& run) {
@@ -252,8 +259,15 @@ void WriteJson(std::ostream& out, const Run& run) {
   };
   out << "{\n\"run\": ";
   object(run.facts, [](const std::string& text) { return Quoted(text); });
-  out << ",\n\"measurements\": [";
+  out << ",\n\"aims\": [";
   const char* separator = "\n";
+  for (const Aim& aim : AimsOf(run.level, run.measurements)) {
+    out << separator;
+    object(Fields(aim), [](const std::string& value) { return value; });
+    separator = ",\n";
+  }
+  out << "\n],\n\"measurements\": [";
+  separator = "\n";
   for (const Measurement& m : run.measurements) {
     if (m.rounds == 0) continue;
     out << separator;

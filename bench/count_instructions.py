@@ -12,6 +12,7 @@ import os
 import re
 import subprocess
 import sys
+import tempfile
 
 VECTOR = {"x86_64": re.compile(r"%[xyz]mm\d"), "aarch64": re.compile(r"\b(?:v\d+\.|[qds]\d+\b)")}
 LIBRARIES = {"x86_64": "/", "aarch64": "/usr/aarch64-linux-gnu"}
@@ -29,15 +30,33 @@ class Block:
 
     def __init__(self, machine):
         self.vector = VECTOR[machine]
-        self.length = 0
+        self.code = bytearray()
+        self.listing = []
+        self.length = None
         self.is_scalar = True
 
     def add(self, line):
         """An instruction; lines without a mnemonic hold the last bytes of the one before."""
         fields = re.split(r"\s{2,}", line.split(":", 1)[1].strip(), maxsplit=1)
-        if len(fields) > 1:
-            self.length += 1
-            self.is_scalar = self.is_scalar and not self.vector.search(fields[1])
+        self.code += bytes.fromhex(fields[0])
+        self.listing += fields[1:]
+
+    def close(self):
+        """The log's disassembler does not know some instructions of AVX2 and goes on in their midst."""
+        if any(text.startswith(".byte") for text in self.listing) and self.vector is VECTOR["x86_64"]:
+            self.listing = disassembled(self.code)
+        self.length = len(self.listing)
+        self.is_scalar = not any(self.vector.search(text) for text in self.listing)
+
+
+def disassembled(code):
+    """x86-64 instructions by objdump."""
+    with tempfile.NamedTemporaryFile() as file:
+        file.write(code)
+        file.flush()
+        listing = subprocess.run(["objdump", "-D", "-b", "binary", "-m", "i386:x86-64", "--no-show-raw-insn", file.name],
+                                 check=True, capture_output=True, encoding="utf-8").stdout
+    return re.findall(r"^ *[0-9a-f]+:\t(.*)$", listing, re.M)
 
 
 class Execution:
@@ -48,6 +67,8 @@ class Execution:
         self.since_vector = set()
 
     def add(self, address, block):
+        if block.length is None:
+            block.close()
         self.instructions += block.length
         if not block.is_scalar:
             self.since_vector.clear()

@@ -52,6 +52,7 @@ std::vector<Comparison> Comparisons(const std::vector<Place>& places) {
 
 Frames FramesFor(const std::vector<Comparison>& comparisons) {
   std::vector<Measurement> all;
+  all.reserve(comparisons.size());
   for (const Comparison& one : comparisons) all.push_back(one.planned);
   return Frames(all);
 }
