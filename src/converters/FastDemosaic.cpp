@@ -33,9 +33,12 @@ LineRecipe PixelRecipe(const MosaicRecipe& recipe) {
 
 FastDemosaic::FastDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe,
                            std::uint32_t width)
-    : mTiles(context, TilesRecipe(recipe, width - width % 2)) {
-  const bool readsBytes = TilesRecipe(recipe, width - width % 2).reader == SourceReader::BayerFast8;
-  if (readsBytes && recipe.samples) mSamples.emplace(context, ToBytes(*recipe.samples));
+    : FastDemosaic(context, recipe, width, TilesRecipe(recipe, width - width % 2)) {}
+
+FastDemosaic::FastDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe,
+                           std::uint32_t width, const LineRecipe& tiles)
+    : mTiles(context, tiles) {
+  if (tiles.fromCaches) mSamples.emplace(context, ToBytes(*recipe.samples));
   if (width % 2 != 0) mLastColumn.emplace(context, recipe);
 }
 

@@ -23,6 +23,8 @@ class FastDemosaic {
     void Run(const PixelConverterContext& pair, const MosaicPairs& pairs) const;
   };
 
+  FastDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe, std::uint32_t width,
+               const LineRecipe& tiles);
   void RunDirect(const PixelConverterContext& context, const MosaicPairs& pairs) const;
   void RunFromBytes(const PixelConverterContext& context, const MosaicPairs& pairs,
                     const MosaicColumns& columns) const;

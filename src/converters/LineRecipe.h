@@ -35,12 +35,6 @@ inline LineRecipe ToBytes(const SampleRecipe& samples) {
 }
 
 /// Turns a recipe that reads bytes into one that reads `samples` itself, where a kernel for the two exists.
-inline bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples) {
-  const simd::SourceReader fused = simd::FusedReader(recipe.reader, samples.reader);
-  if (fused == simd::SourceReader::None) return false;
-  recipe.reader = fused;
-  recipe.shift = samples.shift;
-  return true;
-}
+bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples);
 
 }  // namespace ZrConvertersLib

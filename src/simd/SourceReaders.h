@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 
 /// @file
 /// The list of source readers. Plain data that baseline code and kernels share; static assertions compare the
@@ -150,16 +149,6 @@ inline constexpr auto kSourceReaders = [] {
 
 constexpr const ReaderFacts& FactsOf(SourceReader reader) {
   return kSourceReaders.of[static_cast<std::size_t>(reader)];
-}
-
-/// The reader that takes packed samples itself in place of `unpacker` and `second` after it, or None.
-constexpr SourceReader FusedReader(SourceReader second, SourceReader unpacker) {
-  for (std::size_t i = 0; i < std::size(kSourceReaders.of); ++i) {
-    const ReaderFacts& facts = kSourceReaders.of[i];
-    if (facts.unpacker == unpacker && (facts.of == second || facts.deeper == second))
-      return static_cast<SourceReader>(i);
-  }
-  return SourceReader::None;
 }
 
 }  // namespace ZrConvertersLib::simd
