@@ -1,9 +1,10 @@
-// zrcount: converts one frame of every registered pair and marks where each conversion begins and ends, for
-// bench/count_instructions.py, which runs it under an emulator that logs what it executes.
+// zrcount: converts a frame of every registered pair, and one of twice as many lines, and marks where each
+// conversion begins and ends, for bench/count_instructions.py, which runs it under an emulator that logs what
+// it executes.
 //
 //   zrcount WIDTH HEIGHT [LEVEL]
 //
-// A mark is a line "# NAME" on standard error, in the midst of that log.
+// A mark is a line on standard error, in the midst of that log: "# begin", "# once", "# begin", "# NAME".
 #include <ZrConvertersLib/CpuLevel.h>
 #include <ZrConvertersLib/Format.h>
 #include <unistd.h>
@@ -36,10 +37,14 @@ std::string MarkOf(const Case& what) {
 /// Converts once more than is counted: the first time the level is chosen and a chain's buffer is made.
 bool Count(const Case& what, Size size, Frames& frames) {
   const FramePair pair = frames.Next(false, 0, 0);
+  const Size twice{size.width, 2 * size.height};
+  ConvertFrame(what, twice, pair, frames);
+  const std::string begin = "# begin\n", once = "# once\n# begin\n", mark = "# " + MarkOf(what) + "\n";
+  if (!Log(begin)) return false;
   ConvertFrame(what, size, pair, frames);
-  if (!Log("# begin\n")) return false;
-  ConvertFrame(what, size, pair, frames);
-  return Log("# " + MarkOf(what) + "\n");
+  if (!Log(once)) return false;
+  ConvertFrame(what, twice, pair, frames);
+  return Log(mark);
 }
 
 int Main(int argc, char** argv) {
@@ -47,10 +52,10 @@ int Main(int argc, char** argv) {
   const Size size{static_cast<std::uint32_t>(std::atoi(argv[1])),
                   static_cast<std::uint32_t>(std::atoi(argv[2]))};
   Selection selection;
-  const auto plan = Plan(RegisteredCases(selection), {{size}});
+  const auto plan = Plan(RegisteredCases(selection), {{{size.width, 2 * size.height}}});
   Frames frames(plan);
   for (const Measurement& m : plan)
-    if (!Count(m.what, m.place.size, frames)) return 1;
+    if (!Count(m.what, size, frames)) return 1;
   return 0;
 }
 

@@ -2,9 +2,10 @@
 """Counts the instructions of every registered conversion: count_instructions.py ZRCOUNT [--level LEVEL] --json FILE
 
 The program runs under qemu, whose log of executed blocks is summed up; qemu knows no AVX-512, so on x86-64 levels up
-to x86-64-v3 can be counted. Writes, for each conversion, the instructions of one call of Convert divided by the
-frame's pixels, and those of them in scalar loops: in blocks that are executed again before any block with a vector
-register is.
+to x86-64-v3 can be counted. It converts a frame and one of twice as many lines. Writes, for each conversion, the
+instructions of a pixel, which are what the second frame takes more than the first one; those of them in scalar loops,
+in blocks that are executed again before any block with a vector register is; and the instructions of a call beside its
+pixels.
 """
 import argparse
 import json
@@ -79,13 +80,13 @@ class Execution:
 
 
 def counts(program, width, height, level):
-    """Yields the mark of each conversion with its instructions, all and those in scalar loops."""
+    """Yields the mark of each conversion and what was executed for the frame and for the one of twice its lines."""
     machine = machine_of(program)
     libraries = os.environ.get("QEMU_LD_PREFIX", LIBRARIES[machine])
     command = [f"qemu-{machine}-static", "-L", libraries, "-cpu", "max", "-d", "in_asm,exec,nochain",
                program, str(width), str(height), *([level] if level else [])]
     process = subprocess.Popen(command, stderr=subprocess.PIPE, encoding="utf-8", errors="replace")
-    blocks, block, execution = {}, None, Execution()
+    blocks, block, once, execution = {}, None, None, Execution()
     for line in process.stderr:
         if line.startswith("0x"):
             if block is None:
@@ -98,8 +99,10 @@ def counts(program, width, height, level):
             block = None
         elif line.startswith("# begin"):
             execution = Execution()
+        elif line.startswith("# once"):
+            once = execution
         elif line.startswith("# "):
-            yield line[2:].strip("\n"), execution.instructions, execution.scalar
+            yield line[2:].strip("\n"), once, execution
     if process.wait() != 0:
         sys.exit(f"{program} failed under the emulator")
 
@@ -114,11 +117,13 @@ def main():
     options = arguments.parse_args()
 
     found = []
-    for mark, instructions, scalar in counts(options.program, options.width, options.height, options.level):
+    for mark, once, twice in counts(options.program, options.width, options.height, options.level):
         family, layout, how, filtered, pair = mark.split("\t")
         pixels = options.width * options.height
         found.append({"family": family, "layout": layout, "how": how, "filtered": bool(filtered), "pair": pair,
-                      "instructions": instructions / pixels, "scalar": scalar / pixels})
+                      "instructions": (twice.instructions - once.instructions) / pixels,
+                      "scalar": (twice.scalar - once.scalar) / pixels,
+                      "fixed": 2 * once.instructions - twice.instructions})
     if not found:
         sys.exit("nothing was counted")
     with open(options.json, "w", encoding="utf-8") as file:
