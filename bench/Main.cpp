@@ -42,13 +42,13 @@ void AddPlaces(std::vector<Place>& places, const std::vector<std::string>& sizes
             [](const Place& a, const Place& b) { return a.size.Pixels() < b.size.Pixels(); });
 }
 
-/// Those of the aims, unless others are asked for.
+/// Those of the aims and 1920x1080 from memory, unless others are asked for.
 std::vector<Place> PlacesOf(const Options& options) {
   std::vector<Place> places;
   const bool usual = options.cached.empty() && options.fromMemory.empty();
   AddPlaces(places, usual ? std::vector<std::string>{"64x64", "640x480", "1920x1080"} : options.cached,
             false);
-  AddPlaces(places, usual ? std::vector<std::string>{"4096x3000"} : options.fromMemory, true);
+  AddPlaces(places, usual ? std::vector<std::string>{"1920x1080", "4096x3000"} : options.fromMemory, true);
   return places;
 }
 
@@ -104,7 +104,7 @@ void Define(CLI::App& app, Options& options) {
   app.add_option(
          "--memory-size", options.fromMemory,
          "Sizes of frames from memory; without either option 64x64, 640x480 and 1920x1080 in the caches "
-         "and 4096x3000 from memory")
+         "and 1920x1080 and 4096x3000 from memory")
       ->delimiter(',');
   app.add_option("--level", options.level, "CPU level to force; the highest one otherwise");
   app.add_option("--streaming-threshold", options.streamingThreshold,
