@@ -1,5 +1,8 @@
 #!/usr/bin/python3
-"""Makes docs/performance of what scripts/bench full has measured: report.py RESULTS DIRECTORY"""
+"""Makes docs/performance and the figures of README.md of what scripts/bench full has measured.
+
+report.py RESULTS DIRECTORY, run where README.md is.
+"""
 import collections
 import json
 import math
@@ -344,6 +347,43 @@ def write_page(directory, results, runs):
         write_section(out, "Behind a peer by more than 2 %", write_peers(directory, results))
 
 
+# What the front page shows: name, and source, destination and demosaic.
+EXAMPLES = (("Mono8 to RGB8", ("Mono8", "RGB8", "")),
+            ("Mono12p to Mono16", ("Mono12p", "Mono16", "")),
+            ("RGB8 to BGRa8", ("RGB8", "BGRa8", "")),
+            ("YCbCr422_8 to BGRa8", ("YCbCr422_8", "BGRa8", "")),
+            ("Bayer12p to RGB8, fast demosaic", ("Bayer12p", "RGB8", "fast")),
+            ("Bayer12p to RGB8, interpolating demosaic", ("Bayer12p", "RGB8", "interpolate")))
+EXAMPLE_PLACES = ("640x480", "1920x1080", "4096x3000 from memory")
+
+
+def examples_of(data):
+    """A column of cells for each place: the examples, then the mean and the worst of all pairs."""
+    for place in EXAMPLE_PLACES:
+        plain = [m for m in data["measurements"] if place_of(m) == place and not m["filtered"]]
+        ratios = {(m["source"], m["destination"], m["demosaic"]): m["ratio"] for m in plain}
+        fast = [m["ratio"] for m in plain if m["demosaic"] != "interpolate"]
+        yield [f"{ratios[pair]:.2f}" for _, pair in EXAMPLES] + [f"{geometric_mean(fast):.2f} ({max(fast):.2f})"]
+
+
+def write_front_page(path, runs):
+    """The section between the two comments of the repository's README."""
+    text = path.read_text(encoding="utf-8")
+    begin, end = "<!-- speed, written by scripts/bench full -->\n", "<!-- end of speed -->"
+    before, rest = text.split(begin)
+    columns = [column for data in runs for column in examples_of(data)]
+    with open(path, "w", encoding="utf-8") as out:
+        out.write(before + begin)
+        out.write("Time of a conversion divided by the time of the fastest loop that loads and stores the same bytes and\n"
+                  "computes nothing; one core of a Xeon, with AVX2 (x86-64-v3) and with AVX-512 (x86-64-v4), in the caches\n"
+                  "but for the largest frames. [docs/performance](docs/performance/README.md) has every pair, other sizes,\n"
+                  "other CPU levels and the method.\n\n")
+        write_header(out, "conversion", *(f"{name}, {place}" for name in ("AVX2", "AVX-512") for place in EXAMPLE_PLACES))
+        for number, name in enumerate([example[0] for example in EXAMPLES] + ["all, geometric mean (slowest)"]):
+            write_row(out, name, *(column[number] for column in columns))
+        out.write(end + rest.split(end)[1])
+
+
 def main():
     if len(sys.argv) != 3:
         sys.exit(__doc__)
@@ -357,6 +397,7 @@ def main():
     draw_scaling(directory / "scaling.png", load(results / "scaling.json"))
     shutil.copyfile(results / "mono.md", directory / "mono.md")
     write_page(directory, results, runs)
+    write_front_page(pathlib.Path("README.md"), runs)
 
 
 main()
