@@ -4,8 +4,8 @@
 
 namespace ZrConvertersLib {
 
-/// Colours interpolated from 3x3 sites. Lines are read as rows of bytes, six or more at a time, each line
-/// once and with its neighbours beyond the first and last column.
+/// Colours interpolated from 3x3 sites. Lines are read as rows of even and of odd columns, some lines at a
+/// time, each line once and with its neighbours beyond the first and last column.
 class BilinearDemosaic {
  public:
   BilinearDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe);
@@ -17,16 +17,26 @@ class BilinearDemosaic {
   /// Some columns of all pairs, and the memory for their rows.
   struct Work;
 
+  struct Pairs {
+    std::uint32_t first, count;
+  };
+
+  /// A line between its neighbours.
+  struct ThreeRows {
+    const std::uint8_t *above, *here, *below;
+  };
+
   void RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs,
                   const MosaicColumns& columns);
-  std::uint32_t RunInside(const Work& work) const;
-  void RunBeyond(const Work& work, std::uint32_t pair) const;
-  void RunPairs(const Work& work, std::uint32_t pair, std::uint32_t count, std::size_t rowsApart) const;
+  std::uint32_t RunInside(const Work& work);
+  void RunBeyond(const Work& work, std::uint32_t pair);
+  void RunPairs(const Work& work, const Pairs& pairs, const ThreeRows& upper, const ThreeRows& lower);
+  void RunLines(const Work& work, std::uint32_t lower, const Pairs& pairs, const ThreeRows& rows);
   void ReadLines(const Work& work, std::ptrdiff_t first, std::ptrdiff_t end, std::uint8_t* row) const;
   void ReadRows(const Work& work, std::ptrdiff_t line, std::size_t count, std::uint8_t* row) const;
 
-  LinePlan mPairs;
-  MosaicSamples mSamples;
+  LinePlan mLines;  ///< from rows
+  LinePlan mSplit;  ///< samples to rows
 };
 
 }  // namespace ZrConvertersLib

@@ -47,10 +47,8 @@ void RunShortLine(const PreparedKernel& kernel, const LineBlock& line) {
   const std::size_t group = kernel.reader.group.pixels;
   args.width = std::max(kernel.block, (line.pixels + group - 1) / group * group);
   kernel.function(args);
-  for (std::size_t i = 0; i < lines.destinations; ++i) {
-    const std::size_t upperFirst = args.redBelow ? 1 - i : i;  // as kernels store them
-    CopyOut(kernel, made[upperFirst], kPlane, line.destination[upperFirst], line.pixels);
-  }
+  for (std::size_t i = 0; i < lines.destinations; ++i)
+    CopyOut(kernel, made[i], kPlane, line.destination[i], line.pixels);
 }
 
 }  // namespace ZrConvertersLib

@@ -114,141 +114,221 @@ struct FastLines {
   }
 };
 
-/// Values of the pixels of one line: `own` is the line's colour beside green, `other` the one of its
-/// neighbours.
-template <class Channel>
-struct Interpolated {
-  Channel own, green, other;
+/// Sums of samples in 16-bit lanes, 2^bits samples each.
+template <int bits>
+struct Sums {
+  U16 sum;
+
+  /// The mean as a byte in the lower or in the upper half of its lane, or on the 16-bit scale, which keeps
+  /// the fraction.
+  ZR_INLINE U16 LowByte() const { return sum >> bits; }
+  ZR_INLINE U16 HighByte() const { return bits == 0 ? sum << 8 : (sum << (8 - bits)) & Splat16(0xFF00); }
+  ZR_INLINE U16 Scaled() const { return sum << (8 - bits); }
 };
 
-/// Bilinear demosaic of one line from the lines above and below, which like itself may be read one column to
-/// either side. Own sites and green sites alternate; `ownOdd` says whether own sites are the odd columns.
-template <class Channel>
-class Bilinear;
+/// One channel of a line: its values in even and in odd columns.
+template <int evenBits, int oddBits>
+struct Columns {
+  Sums<evenBits> even;
+  Sums<oddBits> odd;
+};
 
-/// In bytes, every mean at every site: a vector then holds as many columns as it has bytes, and the sites are
-/// chosen at the end. The samples come complemented: processors have a mean of bytes that rounds up, and the
-/// inverse of the mean of inverses is the mean rounded down.
-template <>
-class Bilinear<U8> {
- public:
-  explicit ZR_INLINE Bilinear(bool ownOdd) : mOwn(As<U8>(Splat16(ownOdd ? 0xFF00 : 0xFF))) {}
-
-  ZR_INLINE Interpolated<U8> Read(const std::uint8_t* const line[3], std::size_t x) const {
-    const std::uint8_t *above = line[0] + x, *here = line[1] + x, *below = line[2] + x;
-    const U8 site = LoadOnce(here);
-    const Beside sides(LoadOnce(here - 1), LoadOnce(here + 1)), upright(LoadOnce(above), LoadOnce(below));
-    const Beside left(LoadOnce(above - 1), LoadOnce(below - 1)),
-        right(LoadOnce(above + 1), LoadOnce(below + 1));
-    return {SelectComplement(mOwn, site, sides.mean), SelectComplement(mOwn, OfFour(sides, upright), site),
-            SelectComplement(mOwn, OfFour(left, right), upright.mean)};
-  }
-
- private:
-  /// Two samples: their mean rounded up, and in bit 0 whether rounding changed it.
-  struct Beside {
-    U8 mean, rounded;
-
-    ZR_INLINE Beside(U8 a, U8 b) : mean(MeanRoundedUp(a, b)), rounded(a ^ b) {}
+template <int low, int high>
+ZR_INLINE U8 BytesOf(Sums<low> inLow, Sums<high> inHigh) {
+#if defined(__AVX512VBMI__)
+  struct Offset {
+    static constexpr int At(int i) { return i % 8 / 2 * 16 + high; }
   };
-
-  /// The mean of four, rounded up once. Where both means of two were rounded, so that a half and a half are
-  /// too much, and the mean of these was as well, it is one too large.
-  static ZR_INLINE U8 OfFour(const Beside& a, const Beside& b) {
-    return MeanRoundedUp(a.mean, b.mean) - (Splat8(1) & a.rounded & b.rounded & (a.mean ^ b.mean));
-  }
-
-  U8 mOwn;
-};
-
-/// On the 16-bit scale, which keeps the fractions: sums of the columns of one parity in 16-bit lanes.
-template <>
-class Bilinear<Words> {
- public:
-  explicit ZR_INLINE Bilinear(bool ownOdd) : mOwn(ownOdd ? 1 : 0), mOddOwn(Splat16(ownOdd ? 0xFFFF : 0)) {}
-
-  ZR_INLINE Interpolated<Words> Read(const std::uint8_t* const line[3], std::size_t x) const {
-    const std::uint8_t *above = line[0] + x + mOwn, *here = line[1] + x + mOwn, *below = line[2] + x + mOwn;
-    const U16 aboveLeft = Pair(above - 1), aboveRight = Pair(above + 1);
-    const U16 left = Pair(here - 1), right = Pair(here + 1);
-    const U16 belowLeft = Pair(below - 1), belowRight = Pair(below + 1);
-    const U16 edges = High(aboveLeft) + High(belowLeft) + Low(left) + Low(right);
-    const U16 corners = Low(aboveLeft) + Low(aboveRight) + Low(belowLeft) + Low(belowRight);
-
-    const std::size_t green = x + (1 - mOwn);
-    const U16 greenLeft = Pair(line[1] + green - 1), greenRight = Pair(line[1] + green + 1);
-    const U16 upright = Low(Pair(line[0] + green)) + Low(Pair(line[2] + green));
-    return {Merge(High(left) << 8, (Low(greenLeft) + Low(greenRight)) << 7),
-            Merge(edges << 6, High(greenLeft) << 8), Merge(corners << 6, upright << 7)};
-  }
-
- private:
-  static ZR_INLINE U16 Pair(const std::uint8_t* p) { return As<U16>(Load(p)); }
-  static ZR_INLINE U16 Low(U16 pair) { return pair & Splat16(0xFF); }
-  static ZR_INLINE U16 High(U16 pair) { return pair >> 8; }
-
-  ZR_INLINE Words Merge(U16 atOwn, U16 atGreen) const {
-    const U16 swapped = (atOwn ^ atGreen) & mOddOwn;
-    return InterleaveWords(atOwn ^ swapped, atGreen ^ swapped);
-  }
-
-  std::size_t mOwn;
-  U16 mOddOwn;
-};
-
-/// The colours of a line from its own colour and that of its neighbours.
-template <bool red, class Channel>
-ZR_INLINE Colour<Channel> Ordered(const Interpolated<Channel>& p) {
-  return {red ? p.own : p.other, p.green, red ? p.other : p.own};
+  return As<U8>(_mm512_mask_multishift_epi64_epi8(As<Native>(inLow.LowByte()), 0xAAAAAAAAAAAAAAAA,
+                                                  As<Native>(Constant<Offset>::Get()),
+                                                  As<Native>(inHigh.sum)));
+#else
+  return As<U8>(inLow.LowByte() | inHigh.HighByte());
+#endif
 }
 
-/// Both lines of each pair together. The upper line is written first, which matters where planes of the two
-/// lines overlap.
-template <bool redBelow, class Writer>
-ZR_INLINE void BilinearPairs(const KernelArgs& args) {
-  using Channel = typename Writer::Channel;
-  const Bilinear<Channel> upper(args.redAtEvenColumn == redBelow), lower(args.redAtEvenColumn != redBelow);
+template <class Channel>
+struct Join;
+
+template <>
+struct Join<U8> {
+  template <int even, int odd>
+  static ZR_INLINE U8 Of(const Columns<even, odd>& x) {
+    return BytesOf(x.even, x.odd);
+  }
+};
+
+template <>
+struct Join<Words> {
+  template <int even, int odd>
+  static ZR_INLINE Words Of(const Columns<even, odd>& x) {
+    return InterleaveWords(x.even.Scaled(), x.odd.Scaled());
+  }
+};
+
+#if defined(__SSE4_1__) && !defined(__AVX512VBMI__)
+
+/// The words of lane `part` of memory that belong to one of three channels, a bit each.
+constexpr int WordsOf(int channel, int part) {
+  int words = 0;
+  for (int i = 0; i < 8; ++i) words |= ((8 * part + i) % 3 == channel ? 1 : 0) << i;
+  return words;
+}
+
+template <int words>
+ZR_INLINE U8 BlendWords(U8 a, U8 b) {
+#if defined(__AVX2__)
+  return As<U8>(_mm256_blend_epi16(As<Native>(a), As<Native>(b), words));
+#else
+  return As<U8>(_mm_blend_epi16(As<Native>(a), As<Native>(b), words));
+#endif
+}
+
+/// Three channels of words; a constant selection of words takes one operation, that of bytes several.
+ZR_INLINE void StoreThreeWords(std::uint8_t* p, const Vectors<3>& x) {
+  const Vectors<3> s = ForEach<3>([&](auto channel) ZR_ALWAYS {
+    return ShuffleLanes<typename ChannelOf3<2, channel>::Scatter>(x.v[channel]);
+  });
+  StoreLanes3(p, ForEach<3>([&](auto part) ZR_ALWAYS {
+                return BlendWords<WordsOf(2, part)>(BlendWords<WordsOf(1, part)>(s.v[0], s.v[1]), s.v[2]);
+              }));
+}
+
+#else
+
+ZR_INLINE void StoreThreeWords(std::uint8_t* p, const Vectors<3>& x) {
+  Store3<2>(p, x);
+}
+
+#endif
+
+template <class Writer, class Red, class Green, class Blue>
+ZR_INLINE void WriteColumns(const Writer& writer, std::uint8_t* p, const Red& red, const Green& green,
+                            const Blue& blue) {
+  using To = Join<typename Writer::Channel>;
+  writer.Write(p, Colour<typename Writer::Channel>{To::Of(red), To::Of(green), To::Of(blue)});
+}
+
+/// Three bytes a pixel as three words for two pixels, which are easier to interleave.
+template <bool blueFirst, class Red, class Green, class Blue>
+ZR_INLINE void WriteColumns(const ThreeBytesWriter<blueFirst>&, std::uint8_t* p, const Red& red,
+                            const Green& green, const Blue& blue) {
+  if constexpr (blueFirst)
+    WriteColumns(ThreeBytesWriter<false>(KernelArgs{}), p, blue, green, red);
+  else
+    StoreThreeWords(
+        p, {{BytesOf(red.even, green.even), BytesOf(blue.even, red.odd), BytesOf(green.odd, blue.odd)}});
+}
+
+/// Bilinear demosaic of a line. Sites of the line's own colour and green ones alternate; the lines above and
+/// below have green and the third colour. A line comes as two rows of 16-bit samples, of even and of odd
+/// columns; these may be read one sample to either side.
+template <bool ownOdd>
+class Bilinear {
+ public:
+  /// Rows of even and of odd columns of the line above, of the line itself and of the one below.
+  explicit ZR_INLINE Bilinear(const std::uint8_t* const (&row)[6], std::size_t x)
+      : mAbove{row[0] + x, row[1] + x}, mHere{row[2] + x, row[3] + x}, mBelow{row[4] + x, row[5] + x} {}
+
+  ZR_INLINE auto Own() const { return Join(Sums<0>{At<ownOdd>(mHere)}, Sums<1>{Beside<!ownOdd>(mHere)}); }
+  ZR_INLINE auto Green() const {
+    const U16 edges = Beside<ownOdd>(mHere) + At<ownOdd>(mAbove) + At<ownOdd>(mBelow);
+    return Join(Sums<2>{edges}, Sums<0>{At<!ownOdd>(mHere)});
+  }
+  ZR_INLINE auto Third() const {
+    const U16 corners = Beside<ownOdd>(mAbove) + Beside<ownOdd>(mBelow);
+    return Join(Sums<2>{corners}, Sums<1>{At<!ownOdd>(mAbove) + At<!ownOdd>(mBelow)});
+  }
+
+ private:
+  struct Rows {
+    const std::uint8_t *even, *odd;
+  };
+
+  /// Samples in the even, or in the odd, columns of a block.
+  template <bool odd>
+  static ZR_INLINE U16 At(const Rows& rows) {
+    return As<U16>(Load(odd ? rows.odd : rows.even));
+  }
+  /// The sums of their neighbours to the left and to the right.
+  template <bool odd>
+  static ZR_INLINE U16 Beside(const Rows& rows) {
+    const std::uint8_t* const left = odd ? rows.even : rows.odd - 2;
+    return As<U16>(Load(left)) + As<U16>(Load(left + 2));
+  }
+
+  template <int own, int green>
+  static ZR_INLINE auto Join(Sums<own> atOwn, Sums<green> atGreen) {
+    if constexpr (ownOdd)
+      return Columns<green, own>{atGreen, atOwn};
+    else
+      return Columns<own, green>{atOwn, atGreen};
+  }
+
+  Rows mAbove, mHere, mBelow;
+};
+
+template <bool ownOdd, bool ownRed, class Writer>
+void InterpolateLines(const KernelArgs& args) {
   const Writer writer(args);
-  EachLine<6, 2>(args, [&](const auto& line) ZR_ALWAYS {
+  EachLine<6, 1>(args, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      constexpr int kUpper = redBelow ? 1 : 0, kLower = 1 - kUpper;
-      writer.Write(line.destination[kUpper] + x * Writer::kStep,
-                   Ordered<!redBelow>(upper.Read(line.source + 3 * kUpper, x)));
-      writer.Write(line.destination[kLower] + x * Writer::kStep,
-                   Ordered<redBelow>(lower.Read(line.source + 3 * kLower, x)));
+      const Bilinear<ownOdd> pixels(line.source, x);
+      std::uint8_t* const p = line.destination[0] + x * Writer::kStep;
+      if constexpr (ownRed)
+        WriteColumns(writer, p, pixels.Own(), pixels.Green(), pixels.Third());
+      else
+        WriteColumns(writer, p, pixels.Third(), pixels.Green(), pixels.Own());
     });
   });
 }
 
-/// Sources 0 to 2 are the line with red between its neighbours, 3 to 5 the line with blue; destination 0
-/// takes the former, 1 the latter.
+/// Whether a writer takes no channel but green.
+template <class Writer>
+inline constexpr bool kGreenOnly = false;
+template <int depth>
+inline constexpr bool kGreenOnly<MonoWriter<depth>> = true;
+
+/// Sources 0 to 5 are rows of even and of odd columns in turn, of three lines that follow one another.
 struct BilinearLines {
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {
-    if (args.redBelow)
-      BilinearPairs<true, Writer>(args);
+    constexpr bool kBlue = kGreenOnly<Writer>;  // as good as red
+    if (args.redAtEvenColumn == args.redInLine)
+      args.redInLine ? InterpolateLines<false, true, Writer>(args)
+                     : InterpolateLines<false, kBlue, Writer>(args);
     else
-      BilinearPairs<false, Writer>(args);
+      args.redInLine ? InterpolateLines<true, true, Writer>(args)
+                     : InterpolateLines<true, kBlue, Writer>(args);
   }
 };
 
-/// Samples to bytes, each complemented, as Bilinear takes them for byte channels.
+/// Mosaic lines to rows of 8-bit samples in 16-bit words: those of even columns to destination 0, of odd
+/// columns to destination 1. The samples before an odd last one are read first, those of the last block from
+/// an odd column on then.
 template <class Samples>
-void ComplementLines(const KernelArgs& args) {
+void SplitLines(const KernelArgs& args) {
   const Samples samples(args);
   BlockBytes<Samples> block;
-  EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
-    EachBlock<1, Samples::kGroupPixels>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      Store(line.destination[0] + x, ~samples.Read(block.At(line, 0, x)));
+  EachLine<1, 2>(args, [&](const auto& line) ZR_ALWAYS {
+    const auto split = [&](std::size_t x, std::uint8_t* first, std::uint8_t* second) ZR_ALWAYS {
+      const U16 pairs = As<U16>(samples.Read(block.At(line, 0, x)));
+      Store(first, pairs & Splat16(0xFF));
+      Store(second, pairs >> 8);
+    };
+    EachBlock<1, 2>(line.width - line.width % 2, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+      split(x, line.destination[0] + x, line.destination[1] + x);
     });
+    if (const std::size_t x = line.width - kWidth; Samples::kGroupPixels == 1 && x % 2 != 0)
+      split(x, line.destination[1] + x - 1, line.destination[0] + x + 1);
   });
 }
 
 /// A row of which only Mono8 exists.
 template <SourceReader reader, class Samples>
-constexpr KernelRow ComplementRow() {
+constexpr KernelRow SplitRow() {
   KernelRow row{reader, {}};
-  row.with[static_cast<std::size_t>(PixelWriter::Mono8)] = &ComplementLines<Samples>;
+  row.with[static_cast<std::size_t>(PixelWriter::Mono8)] = &SplitLines<Samples>;
   return row;
 }
 
@@ -265,17 +345,17 @@ constexpr KernelRow kRows[] = {
     Row<SourceReader::BayerFast10Gige, FastLines<PackedSamples<Form10Gige>>>(),
     Row<SourceReader::BayerFast12Gige, FastLines<PackedSamples<Form12Gige>>>(),
     Row<SourceReader::BayerBilinear, BilinearLines>(),
-    ComplementRow<SourceReader::BayerComplement8, ByteSamples>(),
-    ComplementRow<SourceReader::BayerComplement16, WordSamples>(),
-    ComplementRow<SourceReader::BayerComplement10p, PackedSamples<Form10p>>(),
-    ComplementRow<SourceReader::BayerComplement12p, PackedSamples<Form12p>>(),
-    ComplementRow<SourceReader::BayerComplement14p, PackedSamples<Form14p>>(),
-    ComplementRow<SourceReader::BayerComplementPacked, PackedSamples<FormPairPacked>>(),
-    ComplementRow<SourceReader::BayerComplement10pCsi2, PackedSamples<Form10pCsi2>>(),
-    ComplementRow<SourceReader::BayerComplement12pCsi2, PackedSamples<Form12pCsi2>>(),
-    ComplementRow<SourceReader::BayerComplement14pCsi2, PackedSamples<Form14pCsi2>>(),
-    ComplementRow<SourceReader::BayerComplement10Gige, PackedSamples<Form10Gige>>(),
-    ComplementRow<SourceReader::BayerComplement12Gige, PackedSamples<Form12Gige>>(),
+    SplitRow<SourceReader::BayerSplit8, ByteSamples>(),
+    SplitRow<SourceReader::BayerSplit16, WordSamples>(),
+    SplitRow<SourceReader::BayerSplit10p, PackedSamples<Form10p>>(),
+    SplitRow<SourceReader::BayerSplit12p, PackedSamples<Form12p>>(),
+    SplitRow<SourceReader::BayerSplit14p, PackedSamples<Form14p>>(),
+    SplitRow<SourceReader::BayerSplitPacked, PackedSamples<FormPairPacked>>(),
+    SplitRow<SourceReader::BayerSplit10pCsi2, PackedSamples<Form10pCsi2>>(),
+    SplitRow<SourceReader::BayerSplit12pCsi2, PackedSamples<Form12pCsi2>>(),
+    SplitRow<SourceReader::BayerSplit14pCsi2, PackedSamples<Form14pCsi2>>(),
+    SplitRow<SourceReader::BayerSplit10Gige, PackedSamples<Form10Gige>>(),
+    SplitRow<SourceReader::BayerSplit12Gige, PackedSamples<Form12Gige>>(),
 };
 
 }  // namespace

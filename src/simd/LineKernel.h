@@ -40,7 +40,7 @@ struct KernelArgs {
   std::uint8_t flip;     ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
   bool redAtEvenColumn;  ///< mosaics and two-colour lines: red stands in even columns (of its line)
   bool greenFirst;       ///< two-colour lines: green is the first of a pixel's two samples
-  bool redBelow;         ///< mosaics: the line with red is the lower one of the pair
+  bool redInLine;        ///< interpolated mosaics: red stands in the line, otherwise blue
   const YCbCrMatrix* matrix;      ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
 };

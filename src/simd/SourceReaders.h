@@ -14,8 +14,7 @@
 ///  that,
 ///                 which it replaces
 ///  deeper         the reader of words that it replaces as well
-/// BayerBilinear takes bytes, complemented ones for destinations of byte channels. The Complement readers
-/// make these and write Mono8 only.
+/// BayerBilinear takes the rows that the Split readers make of mosaic lines; these write Mono8 only.
 // clang-format off
 #define ZR_SOURCE_READERS(row) \
   row(Mono8,                1, 1, kOneLine)                                \
@@ -44,18 +43,18 @@
   row(BayerFast14pCsi2, 4, 7, kPairOfLines, BayerFast8, Mono14pCsi2) \
   row(BayerFast10Gige, 2, 3, kPairOfLines, BayerFast8, Mono10Gige) \
   row(BayerFast12Gige, 2, 3, kPairOfLines, BayerFast8, Mono12Gige) \
-  row(BayerBilinear,        1, 1, kThreeLinesTwice)                        \
-  row(BayerComplement8,     1, 1, kOneLine)                                \
-  row(BayerComplement16,    1, 2, kOneLine)                                \
-  row(BayerComplement10p,   4, 5, kOneLine, BayerComplement8, Mono10p)     \
-  row(BayerComplement12p,   2, 3, kOneLine, BayerComplement8, Mono12p)     \
-  row(BayerComplement14p,   4, 7, kOneLine, BayerComplement8, Mono14p)     \
-  row(BayerComplementPacked,2, 3, kOneLine, BayerComplement8, MonoPacked)  \
-  row(BayerComplement10pCsi2, 4, 5, kOneLine, BayerComplement8, Mono10pCsi2) \
-  row(BayerComplement12pCsi2, 2, 3, kOneLine, BayerComplement8, Mono12pCsi2) \
-  row(BayerComplement14pCsi2, 4, 7, kOneLine, BayerComplement8, Mono14pCsi2) \
-  row(BayerComplement10Gige, 2, 3, kOneLine, BayerComplement8, Mono10Gige) \
-  row(BayerComplement12Gige, 2, 3, kOneLine, BayerComplement8, Mono12Gige) \
+  row(BayerBilinear,        2, 2, kThreeRowsTwice)                         \
+  row(BayerSplit8,          1, 1, kTwoRows)                                \
+  row(BayerSplit16,         1, 2, kTwoRows)                                \
+  row(BayerSplit10p, 4, 5, kTwoRows, BayerSplit8, Mono10p)     \
+  row(BayerSplit12p, 2, 3, kTwoRows, BayerSplit8, Mono12p)     \
+  row(BayerSplit14p, 4, 7, kTwoRows, BayerSplit8, Mono14p)     \
+  row(BayerSplitPacked, 2, 3, kTwoRows, BayerSplit8, MonoPacked)  \
+  row(BayerSplit10pCsi2, 4, 5, kTwoRows, BayerSplit8, Mono10pCsi2) \
+  row(BayerSplit12pCsi2, 2, 3, kTwoRows, BayerSplit8, Mono12pCsi2) \
+  row(BayerSplit14pCsi2, 4, 7, kTwoRows, BayerSplit8, Mono14pCsi2) \
+  row(BayerSplit10Gige, 2, 3, kTwoRows, BayerSplit8, Mono10Gige) \
+  row(BayerSplit12Gige, 2, 3, kTwoRows, BayerSplit8, Mono12Gige) \
   row(RGB8,                 1, 3, kOneLine)                                \
   row(BGR8,                 1, 3, kOneLine)                                \
   row(RGBa8,                1, 4, kOneLine)                                \
@@ -122,7 +121,7 @@ struct ReaderLines {
 };
 
 inline constexpr ReaderLines kOneLine{1, 1, 0}, kThreePlanes{3, 1, 0}, kPairOfLines{2, 2, 0},
-    kThreeLinesTwice{6, 2, 1}, kTwoRows{1, 2, 0}, kFromRowsOfBytes{2, 1, 1}, kFromRowsOfWords{2, 1, 2};
+    kThreeRowsTwice{6, 1, 2}, kTwoRows{1, 2, 0}, kFromRowsOfBytes{2, 1, 1}, kFromRowsOfWords{2, 1, 2};
 
 /// The smallest whole number of pixels that fills whole bytes.
 struct ReaderGroup {

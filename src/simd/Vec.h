@@ -184,21 +184,6 @@ ZR_INLINE U8 Blend(U8 a, U8 b) {
 #endif
 }
 
-/// (a + b + 1) / 2 of bytes.
-ZR_INLINE U8 MeanRoundedUp(U8 a, U8 b) {
-#if defined(__AVX512VBMI__)
-  return As<U8>(_mm512_avg_epu8(As<Native>(a), As<Native>(b)));
-#elif defined(__AVX2__)
-  return As<U8>(_mm256_avg_epu8(As<Native>(a), As<Native>(b)));
-#elif defined(__x86_64__)
-  return As<U8>(_mm_avg_epu8(As<Native>(a), As<Native>(b)));
-#elif defined(__wasm_simd128__)
-  return As<U8>(wasm_u8x16_avgr(As<Native>(a), As<Native>(b)));
-#else
-  return As<U8>(vrhaddq_u8(As<Native>(a), As<Native>(b)));
-#endif
-}
-
 /// Bits of a where those of mask are set, else bits of b.
 ZR_INLINE U8 Select(U8 mask, U8 a, U8 b) {
 #if defined(__AVX512VBMI__)
@@ -209,15 +194,6 @@ ZR_INLINE U8 Select(U8 mask, U8 a, U8 b) {
   return As<U8>(wasm_v128_bitselect(As<Native>(a), As<Native>(b), As<Native>(mask)));
 #else
   return As<U8>(vbslq_u8(As<Native>(mask), As<Native>(a), As<Native>(b)));
-#endif
-}
-
-/// The inverse of that.
-ZR_INLINE U8 SelectComplement(U8 mask, U8 a, U8 b) {
-#if defined(__AVX512VBMI__)
-  return As<U8>(_mm512_ternarylogic_epi32(As<Native>(mask), As<Native>(a), As<Native>(b), 0x35));
-#else
-  return ~Select(mask, a, b);
 #endif
 }
 
