@@ -10,7 +10,21 @@ namespace {
 
 constexpr std::uint32_t kTile = 4;
 
+/// Of bytes for destinations of bytes nothing is made of the samples.
+LineRecipe SamplesRecipe(const SCF1Recipe& recipe) {
+  LineRecipe samples = recipe.samples;
+  if (recipe.FromBytes() && recipe.ToBytes()) samples.writer = simd::PixelWriter::Mono8;
+  return samples;
+}
+
 }  // namespace
+
+SCF1Fast::SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recipe)
+    : mContext(context),
+      mFromBytes(recipe.FromBytes() && recipe.ToBytes()),
+      mToBytes(recipe.ToBytes()),
+      mSamples(context, SamplesRecipe(recipe)),
+      mPixels(context, recipe, recipe.ToBytes()) {}
 
 void SCF1Fast::Run(const SCF1Lines& lines) const {
   for (MosaicColumns columns{0, 0}; columns.end < lines.width;) {
@@ -36,16 +50,25 @@ void SCF1Fast::RunColumns(const SCF1Lines& lines, const MosaicColumns& columns) 
 void SCF1Fast::MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const {
   SCF1Row rows[kTile];
   const std::uint32_t whole = columns.Count() / kTile * kTile;
-  mSamples.Read(lines, kTile, {columns.first, columns.first + whole}, rows[0].First());
   const SCF1Tile tile = SCF1TileOf(mContext.mFlags);
   simd::Scf1Tiles args{};
-  for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = rows[i].First();
   planes.List(args.plane, tile.redAbove);
   args.pixels = whole;
   args.greenFirst = tile.greenFirst;
-  simd::CurrentLevel().scf1->tiles(args);
-  for (SCF1Row& row : planes.row)
-    for (std::uint32_t x = whole; x < columns.Count(); ++x) row.Copy<std::uint16_t>(x, whole - 1);
+  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
+  if (mFromBytes && whole >= simd::kScf1Beyond) {
+    for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = lines.At(std::ptrdiff_t{i}) + columns.first;
+    args.prefetch = mSamples.Prefetch();
+  } else {
+    mSamples.Read(lines, kTile, {columns.first, columns.first + whole}, rows[0].First());
+    for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = rows[i].First();
+    args.pixels = std::max<std::size_t>(whole, simd::kScf1Beyond);
+  }
+  (mFromBytes ? kernels.byteTiles : mToBytes ? kernels.tilesToBytes : kernels.tiles)(args);
+  for (SCF1Row& row : planes.row) {
+    for (std::uint32_t x = whole; x < columns.Count(); ++x)
+      mToBytes ? row.Copy<std::uint8_t>(x, whole - 1) : row.Copy<std::uint16_t>(x, whole - 1);
+  }
 }
 
 }  // namespace ZrConvertersLib

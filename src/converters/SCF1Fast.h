@@ -8,8 +8,7 @@ namespace ZrConvertersLib {
 /// Sites beyond the last whole tile take the colour of that tile.
 class SCF1Fast {
  public:
-  SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recipe)
-      : mContext(context), mSamples(context, recipe), mPixels(context, recipe) {}
+  SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recipe);
 
   void Run(const SCF1Lines& lines) const;
 
@@ -18,6 +17,7 @@ class SCF1Fast {
   void MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const;
 
   const PixelConverterContext& mContext;
+  bool mFromBytes, mToBytes;
   SCF1Samples mSamples;
   SCF1Pixels mPixels;
 };

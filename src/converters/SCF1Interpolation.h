@@ -10,7 +10,7 @@ namespace ZrConvertersLib {
 class SCF1Interpolation {
  public:
   SCF1Interpolation(const PixelConverterContext& context, const SCF1Recipe& recipe)
-      : mContext(context), mSamples(context, recipe), mPixels(context, recipe) {}
+      : mContext(context), mSamples(context, recipe.samples), mPixels(context, recipe, false) {}
 
   void Run(const SCF1Lines& lines) const;
 

@@ -25,10 +25,10 @@ bool IsGrey(simd::PixelWriter writer) {
   return !kDestinations[static_cast<std::size_t>(writer)].colour;
 }
 
-LineRecipe PixelsRecipe(simd::PixelWriter writer) {
-  return {.reader = IsGrey(writer) ? SourceReader::Mono16 : SourceReader::RGBPlanar16,
-          .writer = writer,
-          .fromCaches = true};
+LineRecipe PixelsRecipe(simd::PixelWriter writer, bool fromBytes) {
+  const SourceReader grey = fromBytes ? SourceReader::Mono8 : SourceReader::Mono16;
+  const SourceReader planar = fromBytes ? SourceReader::RGBPlanar8 : SourceReader::RGBPlanar16;
+  return {.reader = IsGrey(writer) ? grey : planar, .writer = writer, .fromCaches = true};
 }
 
 /// How many of the lines belong to the image.
@@ -66,8 +66,12 @@ MosaicColumns SCF1ColumnsFrom(std::uint32_t first, std::uint32_t width) {
   return {first, width - first < kSCF1Columns + kSCF1MoreColumns ? width : first + kSCF1Columns};
 }
 
-SCF1Samples::SCF1Samples(const PixelConverterContext& context, const SCF1Recipe& recipe)
-    : mPlan(context, recipe.samples) {
+bool SCF1Recipe::ToBytes() const {
+  return kDestinations[static_cast<std::size_t>(writer)].depth == 8;
+}
+
+SCF1Samples::SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe)
+    : mPlan(context, recipe) {
   // A line is read piece by piece, so what follows in memory is not what is read next.
   if (mPlan.Args().prefetch != 0) mPlan.Args().prefetch = kPrefetchedLines * context.mSourceStride;
 }
@@ -88,8 +92,8 @@ void SCF1Planes::List(std::uint8_t* (&places)[3], bool redFirst) {
   places[redFirst ? 2 : 0] = row[2].First();
 }
 
-SCF1Pixels::SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe)
-    : mGreenOnly(IsGrey(recipe.writer)), mPlan(context, PixelsRecipe(recipe.writer)) {}
+SCF1Pixels::SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe, bool fromBytes)
+    : mGreenOnly(IsGrey(recipe.writer)), mPlan(context, PixelsRecipe(recipe.writer, fromBytes)) {}
 
 void SCF1Pixels::Write(SCF1Planes& planes, std::ptrdiff_t rowsApart, const MosaicColumns& columns,
                        std::uint32_t count, std::uint8_t* destination, std::ptrdiff_t destinationStep) const {

@@ -22,6 +22,11 @@ namespace ZrConvertersLib {
 struct SCF1Recipe {
   simd::PixelWriter writer;
   LineRecipe samples;  ///< to words
+
+  /// Whether the destination has channels of bytes.
+  bool ToBytes() const;
+  /// Whether samples are bytes.
+  bool FromBytes() const { return samples.reader == simd::SourceReader::Mono8; }
 };
 
 /// Lines that follow one another, of which the first is a context's.
@@ -72,10 +77,13 @@ class SCF1Row {
 
 inline constexpr std::ptrdiff_t kSCF1Pitch = sizeof(SCF1Row);
 
-/// Converts samples to words.
+/// Converts samples to rows.
 class SCF1Samples {
  public:
-  SCF1Samples(const PixelConverterContext& context, const SCF1Recipe& recipe);
+  /// By `recipe`, to rows of words or of bytes.
+  SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe);
+
+  std::ptrdiff_t Prefetch() const { return mPlan.Kernel().args.prefetch; }
 
   /// Of `count` lines exactly the bytes of the columns, the first of which begins a group of samples. `row`
   /// is the place of the first column in the first of as many rows.
@@ -94,10 +102,10 @@ struct SCF1Planes {
   void List(std::uint8_t* (&places)[3], bool redFirst);
 };
 
-/// Writes pixels from rows of colours.
+/// Writes pixels from rows of colours in words or in bytes.
 class SCF1Pixels {
  public:
-  SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe);
+  SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe, bool fromBytes);
 
   /// Whether the destination takes nothing but green.
   bool GreenOnly() const { return mGreenOnly; }

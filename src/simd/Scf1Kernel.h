@@ -6,22 +6,24 @@
 /// What the kernels of SCF1 mosaics take. Like LineKernel.h seen by baseline code and kernel files alike, so
 /// plain data only.
 ///
-/// They work on rows of 16-bit words on the 16-bit scale. A cell is two sites of two lines: white and a
-/// colour above, the colour and white below. Rows are read and written by whole vectors, up to 64 bytes past
-/// what is asked for.
+/// They work on rows of 16-bit words on the 16-bit scale, or of bytes where eight bits are enough. A cell is
+/// two sites of two lines: white and a colour above, the colour and white below. Rows are read and written by
+/// whole vectors, up to 64 bytes past what is asked for.
 
 namespace ZrConvertersLib::simd {
 
 /// Bytes that a kernel may read or write past the end of a row, and read before its beginning.
 inline constexpr std::size_t kScf1Beyond = 64;
 
-/// One colour for each tile of 2x2 cells.
+/// One colour for each tile of 2x2 cells. Bytes are read and written without going beyond the pixels, of
+/// which there are kScf1Beyond or more.
 struct Scf1Tiles {
   const std::uint8_t* line[4];
   std::uint8_t*
       plane[3];        ///< of the colour that stands beside green in the upper cells, green, the third colour
   std::size_t pixels;  ///< four for each tile
   bool greenFirst;     ///< the upper left cell is a green one
+  std::ptrdiff_t prefetch;  ///< of bytes: distance to those asked of memory; 0 in small frames
 };
 
 /// The mean of the two coloured sites of each cell, and that of its two white ones, as 32-bit elements.
@@ -44,7 +46,9 @@ struct Scf1CellRow {
 };
 
 struct Scf1Kernels {
-  void (*tiles)(const Scf1Tiles&);
+  void (*tiles)(const Scf1Tiles&);         ///< words to words
+  void (*tilesToBytes)(const Scf1Tiles&);  ///< words to bytes
+  void (*byteTiles)(const Scf1Tiles&);     ///< bytes to bytes
   void (*cells)(const Scf1Cells&);
   void (*cellRow)(const Scf1CellRow&);
 };

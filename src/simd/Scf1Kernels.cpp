@@ -31,38 +31,97 @@ ZR_INLINE U32 SumWhite(U32 upper, U32 lower) {
   return Even(upper) + Odd(lower);
 }
 
-/// Of each pair of elements the first or the second one, whose low word becomes all four words.
-template <int element, int... i>
+/// Of each `count` words the one at `place`, as all of them.
+template <int count, int place, int... i>
 ZR_INLINE U16 RepeatedWord(U16 x, std::integer_sequence<int, i...>) {
-  return __builtin_shufflevector(x, x, i / 4 * 4 + 2 * element...);
+  return __builtin_shufflevector(x, x, i / count * count + place...);
 }
-template <int element>
-ZR_INLINE U16 Repeated(U32 x) {
-  return RepeatedWord<element>(As<U16>(x), std::make_integer_sequence<int, kWidth / 2>());
+template <int count, int place>
+ZR_INLINE U16 RepeatedWord(U16 x) {
+  return RepeatedWord<count, place>(x, std::make_integer_sequence<int, kWidth / 2>());
 }
 
-/// The second element of each pair in place of the first.
-ZR_INLINE U32 Second(U32 x) {
-  return As<U32>(As<U64>(x) >> 32);
+/// The elements of a tile: two sums of coloured sites.
+struct WordTile {
+  using Sums = U32;
+
+  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower) {
+    return SumColour(LoadCells(upper), LoadCells(lower));
+  }
+  static ZR_INLINE Sums Second(Sums x) { return As<U32>(As<U64>(x) >> 32); }
+
+  /// The first or the second element as all four pixels.
+  template <int element>
+  static ZR_INLINE U16 Repeated(Sums x) {
+    return RepeatedWord<4, 2 * element>(As<U16>(x));
+  }
+};
+
+struct ByteTile {
+  using Sums = U16;
+
+  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower) {
+    return (As<U16>(Load(upper)) >> 8) + (As<U16>(Load(lower)) & Splat16(0xFF));
+  }
+  static ZR_INLINE Sums Second(Sums x) { return As<U16>(As<U32>(x) >> 16); }
+
+  template <int element>
+  static ZR_INLINE U8 Repeated(Sums x) {
+    return As<U8>(RepeatedWord<2, element>(x | (x << 8)));
+  }
+};
+
+/// The colours of tiles in the order of Scf1Tiles::plane.
+template <class Pixels>
+struct TileColours {
+  Pixels v[3];
+};
+
+template <class Tile, bool greenFirst>
+ZR_INLINE auto ColoursAt(const Scf1Tiles& tiles, std::size_t at) {
+  constexpr int kUpperColour = greenFirst ? 1 : 0;
+  const auto upper = Tile::Sum(tiles.line[0] + at, tiles.line[1] + at);
+  const auto lower = Tile::Sum(tiles.line[2] + at, tiles.line[3] + at);
+  const auto greens = greenFirst ? upper + Tile::Second(lower) : Tile::Second(upper) + lower;
+  return TileColours<decltype(Tile::template Repeated<0>(greens))>{
+      {Tile::template Repeated<kUpperColour>(upper >> 1), Tile::template Repeated<0>(greens >> 2),
+       Tile::template Repeated<1 - kUpperColour>(lower >> 1)}};
 }
 
 template <bool greenFirst>
 void RunTiles(const Scf1Tiles& tiles) {
-  constexpr int kUpperColour = greenFirst ? 1 : 0;
   for (std::size_t at = 0; at < 2 * tiles.pixels; at += kWidth) {
-    const auto sum = [&](int line) ZR_ALWAYS {
-      return SumColour(LoadCells(tiles.line[line] + at), LoadCells(tiles.line[line + 1] + at));
-    };
-    const U32 upper = sum(0), lower = sum(2);
-    const U32 greens = greenFirst ? upper + Second(lower) : Second(upper) + lower;
-    Store(tiles.plane[0] + at, Repeated<kUpperColour>(upper >> 1));
-    Store(tiles.plane[1] + at, Repeated<0>(greens >> 2));
-    Store(tiles.plane[2] + at, Repeated<1 - kUpperColour>(lower >> 1));
+    const auto colours = ColoursAt<WordTile, greenFirst>(tiles, at);
+    Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + at, colours.v[i]); });
   }
+}
+
+template <bool greenFirst>
+void RunTilesToBytes(const Scf1Tiles& tiles) {
+  for (std::size_t x = 0; x < tiles.pixels; x += kWidth) {
+    const auto a = ColoursAt<WordTile, greenFirst>(tiles, 2 * x);
+    const auto b = ColoursAt<WordTile, greenFirst>(tiles, 2 * x + kWidth);
+    Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + x, NarrowHigh(Words{a.v[i], b.v[i]})); });
+  }
+}
+
+template <bool greenFirst>
+void RunByteTiles(const Scf1Tiles& tiles) {
+  EachBlock<1, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
+    Unrolled<4>([&](auto i) ZR_ALWAYS { Prefetch<kWidth>(tiles.line[i] + x, tiles.prefetch); });
+    const auto colours = ColoursAt<ByteTile, greenFirst>(tiles, x);
+    Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + x, colours.v[i]); });
+  });
 }
 
 void Tiles(const Scf1Tiles& tiles) {
   tiles.greenFirst ? RunTiles<true>(tiles) : RunTiles<false>(tiles);
+}
+void TilesToBytes(const Scf1Tiles& tiles) {
+  tiles.greenFirst ? RunTilesToBytes<true>(tiles) : RunTilesToBytes<false>(tiles);
+}
+void ByteTiles(const Scf1Tiles& tiles) {
+  tiles.greenFirst ? RunByteTiles<true>(tiles) : RunByteTiles<false>(tiles);
 }
 
 void Cells(const Scf1Cells& cells) {
@@ -173,6 +232,6 @@ void CellRow(const Scf1CellRow& row) {
 }  // namespace
 
 extern const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels);
-constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {Tiles, Cells, CellRow};
+constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {Tiles, TilesToBytes, ByteTiles, Cells, CellRow};
 
 }  // namespace ZrConvertersLib::simd
