@@ -197,6 +197,122 @@ struct FastReader {
   RedAndBlue mOrder;
 };
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+
+/// Pairs of pixels of bytes, a pair a 32-bit element, with the mean of both greens in place of the first one.
+class BytePairs {
+ public:
+  explicit ZR_INLINE BytePairs(const KernelArgs& args)
+      : mFirstGreen(As<U8>(Splat32(args.greenFirst ? 0xFF : 0xFF00))),
+        mGreen(args.greenFirst ? 0 : 1),
+        mRed(1 - mGreen + (args.redAtEvenColumn ? 0 : 2)) {}
+
+  /// Of half a block.
+  ZR_INLINE U8 Read(const std::uint8_t* p) const {
+    const U8 pairs = Load(p);
+    return Select(mFirstGreen, MeanOfTwo<U8>::Get(pairs, As<U8>(As<U32>(pairs) >> 16)), pairs);
+  }
+
+  /// The places of the colours' bytes in an element.
+  ZR_INLINE unsigned Green() const { return mGreen; }
+  ZR_INLINE unsigned Red() const { return mRed; }
+  ZR_INLINE unsigned Blue() const { return mRed ^ 2; }
+
+ private:
+  U8 mFirstGreen;
+  unsigned mGreen, mRed;
+};
+
+/// Pairs of pixels of bytes straight to three bytes, or to four, a pixel.
+template <int step, bool blueFirst>
+class InterleavedPairs {
+ public:
+  explicit ZR_INLINE InterleavedPairs(const KernelArgs& args) : mPairs(args) {
+    const U8 first = Splat8(blueFirst ? mPairs.Blue() : mPairs.Red()), green = Splat8(mPairs.Green());
+    const U8 last = Splat8(blueFirst ? mPairs.Red() : mPairs.Blue());
+    Unrolled<step>([&](auto i) ZR_ALWAYS {
+      mFrom[i] = Constant<Pair<i>>::Get() + (Constant<Is<i, 0>>::Get() & first) +
+                 (Constant<Is<i, 1>>::Get() & green) + (Constant<Is<i, 2>>::Get() & last);
+    });
+  }
+
+  ZR_INLINE void Convert(const std::uint8_t* from, std::uint8_t* to) const {
+    const auto a = As<Native>(mPairs.Read(from)), b = As<Native>(mPairs.Read(from + kWidth));
+    if constexpr (step == 3) {
+      Put<0>(to, _mm256_permute4x64_epi64(a, 0x94));
+      Put<1>(to, _mm256_permute2x128_si256(a, b, 0x21));
+      Put<2>(to, _mm256_permute4x64_epi64(b, 0xE9));
+    } else {
+      Put<0>(to, _mm256_permute4x64_epi64(a, 0x50));
+      Put<1>(to, _mm256_permute4x64_epi64(a, 0xFA));
+      Put<2>(to, _mm256_permute4x64_epi64(b, 0x50));
+      Put<3>(to, _mm256_permute4x64_epi64(b, 0xFA));
+    }
+  }
+
+ private:
+  /// The place of the pair of a destination byte in the lane that Convert makes for it; alpha becomes 0.
+  template <int vector>
+  struct Pair {
+    static constexpr int At(int i) {
+      constexpr int kFirstOfThree[6] = {0, 2, 4, 8, 10, 12};
+      const int lane = 2 * vector + i / 16, byte = vector * kWidth + i;
+      if (step == 4 && byte % 4 == 3) return 0x80;
+      return 4 * (byte / (2 * step) - (step == 3 ? kFirstOfThree[lane] : 2 * lane));
+    }
+  };
+  template <int vector, int channel>
+  struct Is {
+    static constexpr int At(int i) { return (vector * kWidth + i) % step == channel ? 0xFF : 0; }
+  };
+
+  template <int vector>
+  ZR_INLINE void Put(std::uint8_t* to, Native pairs) const {
+    const U8 pixels = ShuffleBytes(As<U8>(pairs), mFrom[vector]);
+    Store(to + vector * kWidth, step == 4 ? pixels | As<U8>(Splat32(0xFF000000)) : pixels);
+  }
+
+  BytePairs mPairs;
+  U8 mFrom[static_cast<unsigned>(step)];
+};
+
+template <class Writer>
+struct Interleaved;
+template <bool blueFirst>
+struct Interleaved<ThreeBytesWriter<blueFirst>> {
+  using Pairs = InterleavedPairs<3, blueFirst>;
+};
+template <bool blueFirst>
+struct Interleaved<FourBytesWriter<blueFirst>> {
+  using Pairs = InterleavedPairs<4, blueFirst>;
+};
+
+/// The fast method from bytes: three and four bytes a pixel directly, all else by way of blocks.
+struct FastByteLines {
+  using Source = FastReader<ByteSamples>;
+
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    if constexpr (requires { typename Interleaved<Writer>::Pairs; }) {
+      const typename Interleaved<Writer>::Pairs pairs(args);
+      BlockBytes<Source> block;
+      EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
+        EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+          pairs.Convert(block.At(line, 0, x), line.destination[0] + x * Writer::kStep);
+        });
+      });
+    } else {
+      Lines<Source>::Run<Writer>(args);
+    }
+  }
+};
+
+#else
+
+using FastByteLines = Lines<FastReader<ByteSamples>>;
+
+#endif
+
 /// Samples to two rows, red and blue in destination 0, green in destination 1.
 template <class Samples>
 void SplitLines(const KernelArgs& args) {
@@ -248,7 +364,7 @@ struct BilinearLines {
 };
 
 constexpr KernelRow kRows[] = {
-    Row<SourceReader::BiColorFast8, Lines<FastReader<ByteSamples>>>(),
+    Row<SourceReader::BiColorFast8, FastByteLines>(),
     Row<SourceReader::BiColorFast16, Lines<FastReader<WordSamples>>>(),
     Row<SourceReader::BiColorFast10p, Lines<FastReader<PackedSamples<Form10p>>>>(),
     Row<SourceReader::BiColorFast12p, Lines<FastReader<PackedSamples<Form12p>>>>(),
