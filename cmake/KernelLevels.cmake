@@ -36,7 +36,7 @@ function(zr_add_kernel_levels target)
     target_compile_options(${objects} PRIVATE -fno-sanitize=all)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
       # Some of GCC's own intrinsics start from a vector they leave uninitialised on purpose.
-      target_compile_options(${objects} PRIVATE -Wno-psabi -Wno-maybe-uninitialized)
+      target_compile_options(${objects} PRIVATE -Wno-psabi -Wno-uninitialized -Wno-maybe-uninitialized)
     endif()
     set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)

@@ -26,6 +26,11 @@ ZR_INLINE Vectors<n> LoadVectors(const std::uint8_t* p) {
   return ForEach<n>([&](auto i) ZR_ALWAYS { return Load(p + i * kWidth); });
 }
 
+template <int n>
+ZR_INLINE void StoreVectors(std::uint8_t* p, const Vectors<n>& x) {
+  Unrolled<n>([&](auto i) ZR_ALWAYS { Store(p + i * kWidth, x.v[i]); });
+}
+
 /// Three channels. A group of pixels is three lanes of memory. Since 3 does not divide the elements of a
 /// lane, the elements of one channel stand at different positions in the three lanes: blending the lanes
 /// gathers the whole channel, and one shuffle puts it in order. Storing is the same backwards.
@@ -80,9 +85,28 @@ ZR_INLINE const Vectors<3>& Lanes3(const Vectors<3>& m) {
 }
 
 ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
-  Unrolled<3>([&](auto i) ZR_ALWAYS { Store(p + i * kWidth, x.v[i]); });
+  StoreVectors(p, x);
 }
 #endif
+
+/// Vector `to` of the result has byte i of vector `from` where Goes<from, to>::At(i) is true. A byte of every
+/// vector goes to each.
+template <template <int, int> class Goes>
+ZR_INLINE Vectors<3> Distribute(const Vectors<3>& x) {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  // Byte blends take up to three operations with AVX2. What the third vector has is what the others leave.
+  const U8 to1 = x.v[0] ^ x.v[1], to2 = x.v[0] ^ x.v[2];
+  const auto chosen = [&](auto to) ZR_ALWAYS {
+    return x.v[0] ^ (to1 & Where<Goes<1, to>>()) ^ (to2 & Where<Goes<2, to>>());
+  };
+  const U8 first = chosen(std::integral_constant<int, 0>{}),
+           second = chosen(std::integral_constant<int, 1>{});
+  return {{first, second, first ^ second ^ to1 ^ x.v[2]}};
+#else
+  return ForEach<3>([&](auto to)
+                        ZR_ALWAYS { return Blend<Goes<2, to>>(Blend<Goes<1, to>>(x.v[0], x.v[1]), x.v[2]); });
+#endif
+}
 
 #if defined(__x86_64__) && !defined(__SSSE3__)
 
@@ -138,12 +162,18 @@ ZR_INLINE void Store3(std::uint8_t* p, Vectors<3> x) {
 #else
 
 template <int size>
+struct Of3 {
+  template <int part, int channel>
+  using ToChannel = typename ChannelOf3<size, channel>::template In<part>;
+  template <int channel, int part>
+  using ToPart = typename ChannelOf3<size, channel>::template In<part>;
+};
+
+template <int size>
 ZR_INLINE Vectors<3> Deinterleave3(const Vectors<3>& memory) {
-  const Vectors<3> m = Lanes3(memory);
+  const Vectors<3> x = Distribute<Of3<size>::template ToChannel>(Lanes3(memory));
   return ForEach<3>([&](auto channel) ZR_ALWAYS {
-    using Channel = ChannelOf3<size, channel>;
-    return ShuffleLanes<typename Channel::Gather>(Blend<typename Channel::template In<2>>(
-        Blend<typename Channel::template In<1>>(m.v[0], m.v[1]), m.v[2]));
+    return ShuffleLanes<typename ChannelOf3<size, channel>::Gather>(x.v[channel]);
   });
 }
 
@@ -152,12 +182,34 @@ ZR_INLINE void Store3(std::uint8_t* p, const Vectors<3>& x) {
   const Vectors<3> s = ForEach<3>([&](auto channel) ZR_ALWAYS {
     return ShuffleLanes<typename ChannelOf3<size, channel>::Scatter>(x.v[channel]);
   });
-  StoreLanes3(p, ForEach<3>([&](auto part) ZR_ALWAYS {
-                return Blend<typename ChannelOf3<size, 2>::template In<part>>(
-                    Blend<typename ChannelOf3<size, 1>::template In<part>>(s.v[0], s.v[1]), s.v[2]);
-              }));
+  StoreLanes3(p, Distribute<Of3<size>::template ToPart>(s));
 }
 
+#endif
+
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+/// Dwords of a where `mask` has 0 in each lane, of b where it has 1.
+template <int mask>
+ZR_INLINE U8 BlendDwords(U8 a, U8 b) {
+  return As<U8>(_mm256_blend_epi32(As<Native>(a), As<Native>(b), mask * 0x11));
+}
+
+/// Each lane of vector k has a dword of channel c at place (k + c) % 4. The result is a vector a channel:
+/// there the dword of vector k of channel c is at place (k + c) % 4 of the lane, too.
+ZR_INLINE Vectors<3> TransposeRotated(const Vectors<4>& x) {
+  const U8 even = BlendDwords<0b1100>(x.v[0], x.v[2]), third = BlendDwords<0b0011>(x.v[0], x.v[2]);
+  const U8 odd = BlendDwords<0b1001>(x.v[1], x.v[3]), thirdOdd = BlendDwords<0b0010>(x.v[1], x.v[3]);
+  return {
+      {BlendDwords<0b1010>(even, odd), BlendDwords<0b0101>(even, odd), BlendDwords<0b1010>(third, thirdOdd)}};
+}
+
+/// The inverse, where all dwords of the fourth channel are equal.
+ZR_INLINE Vectors<4> TransposeRotated(const Vectors<3>& x, U8 fourth) {
+  const U8 even = BlendDwords<0b1010>(x.v[0], x.v[1]), odd = BlendDwords<0b0101>(x.v[0], x.v[1]);
+  const U8 thirdEven = BlendDwords<0b1010>(x.v[2], fourth), thirdOdd = BlendDwords<0b0101>(x.v[2], fourth);
+  return {{BlendDwords<0b1100>(even, thirdEven), BlendDwords<0b1001>(odd, thirdOdd),
+           BlendDwords<0b0011>(even, thirdEven), BlendDwords<0b0110>(odd, thirdOdd)}};
+}
 #endif
 
 /// Three equal channels.
@@ -168,17 +220,41 @@ ZR_INLINE void Store3Equal(std::uint8_t* p, U8 x) {
 }
 #else
 /// Byte of memory lane `part` -> byte of the pixels.
+template <int size>
+constexpr int FromThird(int part, int byte) {
+  return (kLane / size * part + byte % kLane / size) / 3 * size + byte % size;
+}
+
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+/// The same lane twice.
+template <int lane>
+ZR_INLINE U8 LaneTwice(U8 x) {
+  return As<U8>(_mm256_permute4x64_epi64(As<Native>(x), lane == 0 ? 0x44 : 0xEE));
+}
+
+/// Byte of vector `vector` of memory -> byte of the lane that has the pixels.
+template <int size, int vector>
+struct Thrice {
+  static constexpr int At(int i) { return FromThird<size>((2 * vector + i / kLane) % 3, i); }
+};
+
+template <int size>
+ZR_INLINE void Store3Equal(std::uint8_t* p, U8 x) {
+  Store(p, ShuffleBytes(LaneTwice<0>(x), Constant<Thrice<size, 0>>::Get()));
+  Store(p + kWidth, ShuffleBytes(x, Constant<Thrice<size, 1>>::Get()));
+  Store(p + 2 * kWidth, ShuffleBytes(LaneTwice<1>(x), Constant<Thrice<size, 2>>::Get()));
+}
+#else
 template <int size, int part>
 struct Thrice {
-  static constexpr int At(int byte) {
-    return (kLane / size * part + byte % kLane / size) / 3 * size + byte % size;
-  }
+  static constexpr int At(int i) { return FromThird<size>(part, i); }
 };
 
 template <int size>
 ZR_INLINE void Store3Equal(std::uint8_t* p, U8 x) {
   StoreLanes3(p, ForEach<3>([&](auto part) ZR_ALWAYS { return ShuffleLanes<Thrice<size, part>>(x); }));
 }
+#endif
 #endif
 
 /// Four channels: the first three of them; the fourth (alpha) is never used.
@@ -220,6 +296,29 @@ ZR_INLINE Vectors<3> Deinterleave4(Vectors<4> x) {
   return {{x.v[0], x.v[1], x.v[2]}};
 }
 
+#elif defined(__AVX2__)
+
+/// Sorts a lane: 4 bytes of each channel in turn, from dword `first` on.
+template <int size, int first>
+struct SortBy4 {
+  static constexpr int At(int i) { return (i % 4 / size * 4 + (i / 4 + 4 - first) % 4) * size + i % size; }
+};
+
+/// Natural order of what TransposeRotated gives, for channel `places`.
+template <int places>
+ZR_INLINE U8 JoinRotated(U8 x) {
+  constexpr int a = places % 4, b = (places + 1) % 4, c = (places + 2) % 4, d = (places + 3) % 4;
+  return As<U8>(
+      _mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(a, a + 4, b, b + 4, c, c + 4, d, d + 4)));
+}
+
+template <int size>
+ZR_INLINE Vectors<3> Deinterleave4(const Vectors<4>& memory) {
+  const Vectors<3> x = TransposeRotated(
+      ForEach<4>([&](auto i) ZR_ALWAYS { return ShuffleLanes<SortBy4<size, i>>(memory.v[i]); }));
+  return {{JoinRotated<0>(x.v[0]), JoinRotated<1>(x.v[1]), JoinRotated<2>(x.v[2])}};
+}
+
 #else
 
 /// Sorts a lane: 4 bytes of each channel in turn.
@@ -239,13 +338,37 @@ ZR_INLINE Vectors<3> Deinterleave4(const Vectors<4>& memory) {
 
 #endif
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+
+/// Dword 2k of natural order goes to place (k + places) % 4 of the first lane, the one after it of the
+/// second.
+template <int places>
+ZR_INLINE U8 SpreadRotated(U8 x) {
+  constexpr int a = (8 - 2 * places) % 8, b = (a + 2) % 8, c = (a + 4) % 8, d = (a + 6) % 8;
+  return As<U8>(
+      _mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(a, b, c, d, a + 1, b + 1, c + 1, d + 1)));
+}
+
+/// Four dwords of channels, the first one at place `first`, to four pixels.
+template <int first>
+struct PixelsOf4 {
+  static constexpr int At(int i) { return (first + i % 4) % 4 * 4 + i / 4; }
+};
+
+/// Three channels of bytes and a fourth that is 0xFF throughout.
+ZR_INLINE void Store4(std::uint8_t* p, const Vectors<3>& x) {
+  const Vectors<4> s = TransposeRotated(
+      {{SpreadRotated<0>(x.v[0]), SpreadRotated<1>(x.v[1]), SpreadRotated<2>(x.v[2])}}, Splat8(0xFF));
+  Unrolled<4>([&](auto i) ZR_ALWAYS { Store(p + i * kWidth, ShuffleLanes<PixelsOf4<i>>(s.v[i])); });
+}
+
+#else
+
 /// Orders 32-bit elements so that unpacking twice within lanes gives natural order.
 ZR_INLINE U8 SpreadQuarters(U8 x) {
 #if defined(__AVX512VBMI__)
   const Native index = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
   return As<U8>(_mm512_permutexvar_epi32(index, As<Native>(x)));
-#elif defined(__AVX2__)
-  return As<U8>(_mm256_permutevar8x32_epi32(As<Native>(x), _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7)));
 #else
   return x;
 #endif
@@ -263,6 +386,8 @@ ZR_INLINE void Store4(std::uint8_t* p, const Vectors<3>& x) {
   Store(p + 3 * kWidth, UnpackHigh16(high01, high23));
 }
 
+#endif
+
 #if defined(__AVX512VBMI__)
 /// Byte of vector `part` -> pixel.
 template <int part>
@@ -273,9 +398,22 @@ struct FourTimes {
 /// Three equal channels of bytes and a fourth that is 0xFF throughout.
 ZR_INLINE void Store4Equal(std::uint8_t* p, U8 x) {
   const U8 opaque = As<U8>(Splat32(0xFF000000));
-  const Vectors<4> memory =
-      ForEach<4>([&](auto part) ZR_ALWAYS { return ShuffleLanes<FourTimes<part>>(x) | opaque; });
-  Unrolled<4>([&](auto i) ZR_ALWAYS { Store(p + i * kWidth, memory.v[i]); });
+  StoreVectors(p, ForEach<4>([&](auto part) ZR_ALWAYS { return ShuffleLanes<FourTimes<part>>(x) | opaque; }));
+}
+#elif defined(__AVX2__)
+/// Byte of an odd or even vector of memory -> byte of the lane that has the pixels.
+template <int odd>
+struct FourTimesOfLane {
+  static constexpr int At(int i) { return 8 * odd + i / 4; }
+};
+
+ZR_INLINE void Store4Equal(std::uint8_t* p, U8 x) {
+  const U8 opaque = As<U8>(Splat32(0xFF000000)), low = LaneTwice<0>(x), high = LaneTwice<1>(x);
+  const U8 first = Constant<FourTimesOfLane<0>>::Get(), second = Constant<FourTimesOfLane<1>>::Get();
+  Store(p, ShuffleBytes(low, first) | opaque);
+  Store(p + kWidth, ShuffleBytes(low, second) | opaque);
+  Store(p + 2 * kWidth, ShuffleBytes(high, first) | opaque);
+  Store(p + 3 * kWidth, ShuffleBytes(high, second) | opaque);
 }
 #else
 ZR_INLINE void Store4Equal(std::uint8_t* p, U8 x) {

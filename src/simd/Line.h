@@ -44,12 +44,22 @@ ZR_INLINE std::size_t PixelsToAligned(const std::uint8_t* line) {
 /// whole vectors where they can be: `step` bytes from a pixel to the next at `stored`, blocks starting with a
 /// whole number of groups. The second and the last block may overlap the one before, so that all are whole;
 /// the same pixels are then written twice with the same values. `convert` is called with the first pixel of a
-/// block.
+/// block. It is inlined, so there is one call of it, in a loop that goes through three runs of blocks: the
+/// first block, those after it, and the last one.
 template <int step, int group, class F>
 ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F convert) {
-  for (std::size_t x = 0, next = PixelsToAligned<step, group>(stored); x < width; x = next, next += kWidth) {
-    if (x + kWidth >= width) next = width;
-    convert(next == width ? width - kWidth : x);
+  const std::size_t last = width - kWidth;
+  std::size_t aligned = PixelsToAligned<step, group>(stored);
+  for (std::size_t x = 0, end = 1;;) {
+    do {
+      convert(x);
+      x += kWidth;
+    } while (x < end);
+    if (end > last) return;
+    const bool inner = aligned < last;
+    x = inner ? aligned : last;
+    end = inner ? last : width;
+    aligned = last;
   }
 }
 
@@ -116,6 +126,14 @@ class BlockBytes {
   std::uint8_t mCopy[Reader::kOverread > 0 ? kBlock + Reader::kOverread : 1];
 };
 
+/// Whether a reader gives whole vectors of the pixels as the writer stores them, so that no block is needed.
+/// Through tables, taking the channels apart costs less than the lookups of another order or number of them.
+template <class Reader, class Writer>
+concept ReadsAsStored = requires(const Reader& reader, const std::uint8_t* p) {
+  { reader.template ReadStored<typename Writer::Pixel, 0>(p) } -> std::same_as<U8>;
+}
+&&(!Writer::kMaps || SameOrder<typename Reader::Pixel, typename Writer::Pixel>);
+
 /// Source lines to destination lines.
 template <LineReader Reader>
 struct Lines {
@@ -129,11 +147,22 @@ struct Lines {
     EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
       EachBlock<Writer::kStep, Reader::kGroupPixels>(
           line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-            using Channel = typename Writer::Channel;
-            writer.Write(line.destination[0] + x * Writer::kStep,
-                         In<Channel>(reader.template Read<Channel>(block.At(line, 0, x))));
+            Convert(reader, writer, block.At(line, 0, x), line.destination[0] + x * Writer::kStep);
           });
     });
+  }
+
+ private:
+  template <class Writer>
+  static ZR_INLINE void Convert(const Reader& reader, const Writer& writer, const std::uint8_t* from,
+                                std::uint8_t* to) {
+    using Channel = typename Writer::Channel;
+    if constexpr (ReadsAsStored<Reader, Writer>)
+      if (writer.Alike())
+        return StoreVectors(to, writer.Mapped(ForEach<Writer::kStep>([&](auto vector) ZR_ALWAYS {
+          return reader.template ReadStored<typename Writer::Pixel, vector>(from);
+        })));
+    writer.Write(to, In<Channel>(reader.template Read<Channel>(from)));
   }
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simd/Vec.h"
+#include "simd/Interleave.h"
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -42,7 +42,7 @@ class Lookup {
   explicit ZR_INLINE Lookup(const std::uint8_t* table) {
     Lane before{};
     for (int i = 0; i < 16; ++i) {
-      if (i == 8) before = Lane{};
+      if (i == kHalf) before = Lane{};
       Lane part;
       std::memcpy(&part, table + 16 * i, sizeof part);
       mDelta[i] = part ^ before;
@@ -50,19 +50,52 @@ class Lookup {
     }
   }
 
-  ZR_LOOKUP U8 operator()(U8 x) const { return Half(x, 0) ^ Half(x ^ Splat8(0x80), 8); }
+  ZR_LOOKUP U8 operator()(U8 x) const {
+    const Lookup* const one[] = {this};
+    U8 found[] = {x};
+    Find(one, found);
+    return found[0];
+  }
+
+  /// Several tables at once, part by part, so that one loop has work for all ports.
+  template <std::size_t n>
+  static ZR_INLINE void Find(const Lookup* const (&tables)[n], U8 (&x)[n]) {
+    U8 low[n], high[n];
+    Each<n>([&](unsigned k) ZR_ALWAYS {
+      low[k] = x[k];
+      high[k] = x[k] ^ Splat8(0x80);
+      x[k] = ShuffleBytes(tables[k]->Part(0), low[k]) ^ ShuffleBytes(tables[k]->Part(kHalf), high[k]);
+    });
+    for (int i = 1; i < kHalf; ++i)
+      Each<n>([&](unsigned k) ZR_ALWAYS {
+        low[k] = Minus16(low[k]);
+        high[k] = Minus16(high[k]);
+        x[k] ^= ShuffleBytes(tables[k]->Part(i), low[k]) ^ ShuffleBytes(tables[k]->Part(kHalf + i), high[k]);
+      });
+  }
+
+  /// The same of one vector.
+  template <std::size_t n>
+  static ZR_INLINE void Find(const Lookup* const (&tables)[n], U8 x, U8 (&found)[n]) {
+    U8 low = x, high = x ^ Splat8(0x80);
+    const auto both = [&](unsigned k, int i) ZR_ALWAYS {
+      return ShuffleBytes(tables[k]->Part(i), low) ^ ShuffleBytes(tables[k]->Part(kHalf + i), high);
+    };
+    Each<n>([&](unsigned k) ZR_ALWAYS { found[k] = both(k, 0); });
+    for (int i = 1; i < kHalf; ++i) {
+      low = Minus16(low);
+      high = Minus16(high);
+      Each<n>([&](unsigned k) ZR_ALWAYS { found[k] ^= both(k, i); });
+    }
+  }
 
  private:
   using Lane [[gnu::vector_size(16)]] = std::uint8_t;
+  static constexpr int kHalf = 8;  ///< parts of 128 entries, for signed indices
 
-  /// Entries 16 * first to 16 * first + 127, for signed indices 0 to 127.
-  ZR_INLINE U8 Half(U8 index, int first) const {
-    U8 found = ShuffleBytes(Part(first), index);
-    for (int i = 1; i < 8; ++i) {
-      index = Minus16(index);
-      found ^= ShuffleBytes(Part(first + i), index);
-    }
-    return found;
+  template <std::size_t n, class F>
+  static ZR_INLINE void Each(F f) {
+    Unrolled<static_cast<int>(n)>([&](auto k) ZR_ALWAYS { f(static_cast<unsigned>(k)); });
   }
 
 #if defined(__AVX2__)
@@ -143,6 +176,57 @@ class Lookup {
 };
 
 #endif
+
+/// A table each for three vectors.
+class Lookups {
+ public:
+  explicit ZR_INLINE Lookups(const std::uint8_t* const (&tables)[3])
+      : mFirst(tables[0]), mSecond(tables[1]), mThird(tables[2]) {}
+
+  ZR_INLINE U8 First(U8 x) const { return mFirst(x); }
+
+  /// The first table of all vectors.
+  template <int n>
+  ZR_INLINE Vectors<n> First(const Vectors<n>& x) const {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    if constexpr (n == 3) {
+      U8 found[] = {x.v[0], x.v[1], x.v[2]};
+      Lookup::Find({&mFirst, &mFirst, &mFirst}, found);
+      return {{found[0], found[1], found[2]}};
+    } else if constexpr (n == 4) {
+      U8 low[] = {x.v[0], x.v[1]}, high[] = {x.v[2], x.v[3]};
+      Lookup::Find({&mFirst, &mFirst}, low);
+      Lookup::Find({&mFirst, &mFirst}, high);
+      return {{low[0], low[1], high[0], high[1]}};
+    }
+#endif
+    return ForEach<n>([&](auto i) ZR_ALWAYS { return mFirst(x.v[i]); });
+  }
+
+  ZR_INLINE void operator()(U8 (&x)[3]) const {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    Lookup::Find({&mFirst, &mSecond, &mThird}, x);
+#else
+    x[0] = mFirst(x[0]);
+    x[1] = mSecond(x[1]);
+    x[2] = mThird(x[2]);
+#endif
+  }
+
+  /// All of one vector.
+  ZR_INLINE void operator()(U8 x, U8 (&found)[3]) const {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    Lookup::Find({&mFirst, &mSecond, &mThird}, x, found);
+#else
+    found[0] = mFirst(x);
+    found[1] = mSecond(x);
+    found[2] = mThird(x);
+#endif
+  }
+
+ private:
+  Lookup mFirst, mSecond, mThird;
+};
 
 }  // namespace
 }  // namespace ZrConvertersLib::simd

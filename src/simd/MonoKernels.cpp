@@ -13,6 +13,7 @@ struct PlainLine {
 
 /// One byte a pixel.
 struct Mono8Reader : PlainLine {
+  using Pixel = PixelLayout<1, 1, false>;
   static constexpr int kGroupBytes = 1;
 
   explicit ZR_INLINE Mono8Reader(const KernelArgs& args) : mFlip(Splat8(args.flip)) {}
@@ -20,6 +21,12 @@ struct Mono8Reader : PlainLine {
   template <class Channel>
   ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
     return {Load(p) ^ mFlip};
+  }
+
+  /// Alpha comes as 0, so that the flip can set it.
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(Moves<Pixel, To>) {
+    return Gather<MovedByte<Pixel, To, vector>>(p) ^ Opaque<To>(mFlip & Where<Comes<Pixel, To>>());
   }
 
  private:

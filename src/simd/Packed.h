@@ -29,8 +29,9 @@ struct Form10p {
   };
   std::uint32_t shift;
 
+  template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return (As<U16>(Spread<Map>::Read(p)) * EveryFour<64, 16, 4, 1>()) & Splat16(0xFFC0);
+    return (As<U16>(Spread<Map>::template Read<apart>(p)) * EveryFour<64, 16, 4, 1>()) & Splat16(0xFFC0);
   }
 };
 
@@ -43,8 +44,9 @@ struct Form12p {
   };
   std::uint32_t shift;
 
+  template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return (As<U16>(Spread<Map>::Read(p)) * EveryFour<16, 1, 16, 1>()) & Splat16(0xFFF0);
+    return (As<U16>(Spread<Map>::template Read<apart>(p)) * EveryFour<16, 1, 16, 1>()) & Splat16(0xFFF0);
   }
 };
 
@@ -63,10 +65,11 @@ struct Form14p {
   using Map = Upper;
   std::uint32_t shift;
 
+  template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
     const U16 factor = EveryFour<4, 16, 64, 1>();
-    const U16 upper = As<U16>(Spread<Upper>::Read(p)) * factor;
-    const U16 before = (As<U16>(Spread<Before>::Read(p)) * factor) >> 8;
+    const U16 upper = As<U16>(Spread<Upper>::template Read<apart>(p)) * factor;
+    const U16 before = (As<U16>(Spread<Before>::template Read<apart>(p)) * factor) >> 8;
     return (upper | before) & Splat16(0xFFFC);
   }
 };
@@ -81,8 +84,9 @@ struct FormPairPacked {
   };
   std::uint32_t shift;
 
+  template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 x = As<U16>(Spread<Map>::Read(p));
+    const U16 x = As<U16>(Spread<Map>::template Read<apart>(p));
     const U16 nibble = ((x & Splat16(0xFF)) * EveryFour<1, 16, 1, 16>() >> 4) & Splat16(0x0F);
     return (x & Splat16(0xFF00)) | ShiftLeft(nibble, shift);
   }
@@ -97,8 +101,9 @@ struct SharedLowBits {
   using Map = Bytes;
   std::uint32_t shift;
 
+  template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 x = As<U16>(Spread<Map>::Read(p));
+    const U16 x = As<U16>(Spread<Map>::template Read<apart>(p));
     return (x & Splat16(0xFF00)) | ((x * EveryFour<factors...>()) & Splat16(mask));
   }
 };
@@ -152,9 +157,10 @@ struct Form14pCsi2 {
   using Map = Upper;
   std::uint32_t shift;
 
+  template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 lower = (As<U16>(Spread<Lower>::Read(p)) * EveryFour<64, 1, 4, 16>()) >> 4;
-    return As<U16>(Spread<Upper>::Read(p)) | (lower & Splat16(0xFC));
+    const U16 lower = (As<U16>(Spread<Lower>::template Read<apart>(p)) * EveryFour<64, 1, 4, 16>()) >> 4;
+    return As<U16>(Spread<Upper>::template Read<apart>(p)) | (lower & Splat16(0xFC));
   }
 };
 
@@ -174,7 +180,13 @@ struct Packed {
 #if defined(__AVX512VBMI__)
     if constexpr (requires { Form::kBits; }) return Fields<Form::kBits>(p);
 #endif
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    // With every second lane of samples in one vector, packing gives natural order.
+    const U16 even = form.template Scale<2>(p), odd = form.template Scale<2>(p + kHalf / 2);
+    return PackClipped(As<S16>(even >> 8), As<S16>(odd >> 8));
+#else
     return NarrowHigh(Read(form, p));
+#endif
   }
 
 #if defined(__AVX512VBMI__)

@@ -29,6 +29,7 @@ ZR_INLINE Vectors<3> Channels(const Vectors<4>& memory) {
 /// One byte a channel.
 template <int channels, bool blueFirst>
 struct BytesReader {
+  using Pixel = PixelLayout<1, channels, blueFirst>;
   static constexpr int kGroupPixels = 1, kGroupBytes = channels, kOverread = 0;
 
   explicit ZR_INLINE BytesReader(const KernelArgs&) {}
@@ -38,11 +39,17 @@ struct BytesReader {
     const Vectors<3> x = Channels<1>(LoadVectors<channels>(p));
     return Ordered<blueFirst>(x.v[0], x.v[1], x.v[2]);
   }
+
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(Moves<Pixel, To>) {
+    return Opaque<To>(Gather<MovedByte<Pixel, To, vector>>(p));
+  }
 };
 
 /// One little-endian word a channel, brought to the 16-bit scale by a left shift.
 template <int channels, bool blueFirst>
 struct WordsReader {
+  using Pixel = PixelLayout<2, channels, blueFirst>;
   static constexpr int kGroupPixels = 1, kGroupBytes = 2 * channels, kOverread = 0;
 
   explicit ZR_INLINE WordsReader(const KernelArgs& args) : mShift(args.shift) {}
@@ -53,6 +60,19 @@ struct WordsReader {
       return ReadBytes(p);
     else
       return ReadWords(p);
+  }
+
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(Moves<Pixel, To>) {
+    return As<U8>(Scale(Gather<MovedByte<Pixel, To, vector>>(p)));
+  }
+
+  /// Bytes are narrowed from words in the same order.
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(MovesNarrowed<Pixel, To>) {
+    using Wide = PixelLayout<2, To::kChannels, To::kBlueFirst>;
+    return Opaque<To>(NarrowHigh({Scale(Gather<MovedByte<Pixel, Wide, 2 * vector>>(p)),
+                                  Scale(Gather<MovedByte<Pixel, Wide, 2 * vector + 1>>(p))}));
   }
 
  private:
@@ -81,6 +101,7 @@ struct WordsReader {
 /// One 32-bit little-endian word a pixel, whose fields a layout knows.
 template <class Layout>
 struct PixelWordReader {
+  using Pixel = PixelLayout<1, 4, false>;
   static constexpr int kGroupPixels = 1, kGroupBytes = 4, kOverread = 0;
 
   explicit ZR_INLINE PixelWordReader(const KernelArgs&) {}
@@ -94,6 +115,12 @@ struct PixelWordReader {
     } else {
       return {Join(p, Layout::Red), Join(p, Layout::Green), Join(p, Layout::Blue)};
     }
+  }
+
+  /// Four bytes in the same order.
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(std::same_as<To, Pixel>) {
+    return Opaque<To>(As<U8>(Layout::UpperBits(Pixels(p, vector))));
   }
 
  private:
@@ -158,6 +185,8 @@ struct RGB565Reader {
 /// Packed samples, three or four a pixel.
 template <class Form, int channels, bool blueFirst>
 struct PackedChannelsReader {
+  using Pixel = PixelLayout<2, channels, blueFirst>;
+
   /// Samples of the smallest number of pixels that fill whole groups.
   static constexpr int kGroupPixels = Form::kPixels / (channels == 4 ? Form::kPixels : 1);
   static constexpr int kGroupBytes = kGroupPixels * channels / Form::kPixels * Form::kBytes;
@@ -182,6 +211,16 @@ struct PackedChannelsReader {
       const auto words = [&](unsigned i) ZR_ALWAYS { return Words{As<U16>(a.v[i]), As<U16>(b.v[i])}; };
       return Ordered<blueFirst>(words(0), words(1), words(2));
     }
+  }
+
+  /// Samples that keep their order.
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(SameOrder<Pixel, To>) {
+    constexpr Form form{};
+    if constexpr (To::kSize == 1)
+      return Opaque<To>(Packed<Form>::ReadHigh(form, p + vector * Packed<Form>::kTaken));
+    else
+      return As<U8>(form.Scale(p + vector * Packed<Form>::kHalf));
   }
 };
 

@@ -9,7 +9,8 @@ namespace {
 
 /// Map::kBytes is the size of a group; byte j of its Map::kResult result bytes is byte Map::At(j) of the
 /// group, or 0 where that is negative. A vector takes kWidth / kResult groups from p; up to kOverread bytes
-/// beyond them are read (and not used).
+/// beyond them are read (and not used). With AVX2 the groups of the second lane may lie further on: `apart`
+/// times the bytes of a lane after those of the first.
 template <class Map>
 struct Spread {
   static constexpr int kGroup = Map::kBytes, kResult = Map::kResult;
@@ -26,7 +27,9 @@ struct Spread {
 #if defined(__AVX512VBMI__)
   static constexpr int kOverread = 0;
 
+  template <int apart = 1>
   static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    static_assert(apart == 1);
     constexpr std::uint64_t kMask = ~std::uint64_t{0} >> (kWidth - kTaken);
     return ShuffleLanes<FromGroups>(As<U8>(_mm512_maskz_loadu_epi8(kMask, p)));
   }
@@ -56,7 +59,9 @@ struct Spread {
       return (groups >> (-8 * distance)) & As<U64>(Constant<Mask>::Get());
   }
 
+  template <int apart = 1>
   static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    static_assert(apart == 1);
     std::uint64_t first = 0, second = 0;
     std::memcpy(&first, p, kLoad);
     std::memcpy(&second, p + kGroup, kLoad);
@@ -68,7 +73,11 @@ struct Spread {
 #else
   static constexpr int kPerLane = kGroup * 16 / kResult;  ///< bytes that a lane of 16 result bytes takes
   static constexpr int kLoad = kPerLane > 8 ? 16 : kPerLane > 4 ? 8 : kPerLane;
+#if defined(__AVX2__)
+  static constexpr int kOverread = 0;
+#else
   static constexpr int kOverread = kLoad - kPerLane;
+#endif
 
   using Lane [[gnu::vector_size(16)]] = std::uint8_t;
 
@@ -85,14 +94,28 @@ struct Spread {
     }
   }
 
-  static ZR_INLINE U8 Read(const std::uint8_t* p) {
 #if defined(__AVX2__)
-    const Native x = _mm256_set_m128i(As<__m128i>(ReadLane(p + kPerLane)), As<__m128i>(ReadLane(p)));
-    return ShuffleLanes<FromGroups>(As<U8>(x));
-#else
-    return ShuffleLanes<FromGroups>(As<U8>(ReadLane(p)));
-#endif
+  /// The second lane is loaded so that it ends with its groups, so that nothing behind them is read.
+  struct FromLanes {
+    static constexpr int At(int i) {
+      const int from = FromGroups::At(i % 16);
+      return from < 0 ? 0xFF : i < 16 ? from : from + kLoad - kPerLane;
+    }
+  };
+
+  template <int apart = 1>
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    const Lane low = ReadLane(p), high = ReadLane(p + (apart + 1) * kPerLane - kLoad);
+    const Native x = _mm256_set_m128i(As<__m128i>(high), As<__m128i>(low));
+    return ShuffleBytes(As<U8>(x), Constant<FromLanes>::Get());
   }
+#else
+  template <int apart = 1>
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    static_assert(apart == 1);
+    return ShuffleLanes<FromGroups>(As<U8>(ReadLane(p)));
+  }
+#endif
 #endif
 };
 

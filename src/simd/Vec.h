@@ -129,14 +129,10 @@ struct Constant {
   static ZR_INLINE U8 Get() { return Load(kBytes.at); }
 };
 
-/// Shifts by a count known only at run time.
+/// Shifts by a count known only at run time, 0 to 15.
 ZR_INLINE U16 ShiftLeft(U16 x, std::uint32_t count) {
-#if defined(__AVX512VBMI__)
-  return As<U16>(_mm512_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
-#elif defined(__AVX2__)
-  return As<U16>(_mm256_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
-#elif defined(__x86_64__)
-  return As<U16>(_mm_sll_epi16(As<Native>(x), _mm_cvtsi32_si128(static_cast<int>(count))));
+#if defined(__x86_64__)
+  return x * Splat16(1U << count);  // half of the work of a shift by a register
 #elif defined(__wasm_simd128__)
   return As<U16>(wasm_i16x8_shl(As<Native>(x), count));
 #else
@@ -159,6 +155,15 @@ ZR_INLINE U16 ShiftRight(U16 x, std::uint32_t count) {
 #endif
 }
 
+/// 0xFF in each byte where Mask::At(i) is true, else 0.
+template <class Mask>
+ZR_INLINE U8 Where() {
+  struct Bytes {
+    static constexpr int At(int i) { return Mask::At(i) ? 0xFF : 0; }
+  };
+  return Constant<Bytes>::Get();
+}
+
 /// Where Mask::At(i) is true byte i of b, else of a.
 template <class Mask>
 ZR_INLINE U8 Blend(U8 a, U8 b) {
@@ -170,10 +175,7 @@ ZR_INLINE U8 Blend(U8 a, U8 b) {
   }();
   return As<U8>(_mm512_mask_blend_epi8(kBits, As<Native>(a), As<Native>(b)));
 #else
-  struct Bytes {
-    static constexpr int At(int i) { return Mask::At(i) ? 0xFF : 0; }
-  };
-  const U8 mask = Constant<Bytes>::Get();
+  const U8 mask = Where<Mask>();
 #if defined(__AVX2__)
   return As<U8>(_mm256_blendv_epi8(As<Native>(a), As<Native>(b), As<Native>(mask)));
 #elif defined(__SSE4_1__)

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <concepts>
+#include <type_traits>
 
 #include "simd/Blocks.h"
 #include "simd/Interleave.h"
 #include "simd/Lookup.h"
+#include "simd/PixelLayout.h"
 
 /// The sixteen writers: four shapes. A writer is made from the arguments of a call and stores blocks; kStep
-/// is the bytes from a pixel to the next (in each plane), Channel the form of block it takes.
+/// is the bytes from a pixel to the next (in each plane), Channel the form of block it takes. Pixel is how
+/// pixels lie in memory where readers may move them there: then Alike says whether all bytes are mapped
+/// alike, and Mapped maps them.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -25,31 +29,49 @@ class FilterTables<false> {
   ZR_INLINE const Block& operator()(const Block& block) const {
     return block;
   }
+
+  ZR_INLINE bool AreOne() const { return true; }
+
+  template <int n>
+  ZR_INLINE const Vectors<n>& OfAll(const Vectors<n>& x) const {
+    return x;
+  }
 };
 
 template <>
 class FilterTables<true> {
  public:
   explicit ZR_INLINE FilterTables(const KernelArgs& args)
-      : mRed(args.tables[0]),
-        mGreen(args.tables[1]),
-        mBlue(args.tables[2]),
-        mGrey(args.tables[0] == args.tables[1] && args.tables[0] == args.tables[2]) {}
+      : mTables(args.tables), mAreOne(args.tables[0] == args.tables[1] && args.tables[0] == args.tables[2]) {}
 
   ZR_INLINE Colour<U8> operator()(const Colour<U8>& block) const {
-    return {mRed(block.red), mGreen(block.green), mBlue(block.blue)};
+    U8 x[] = {block.red, block.green, block.blue};
+    mTables(x);
+    return {x[0], x[1], x[2]};
   }
 
   /// Grey stays grey where all channels have one table.
   ZR_INLINE Colour<U8> operator()(const Grey<U8>& block) const {
-    const U8 red = mRed(block.value);
-    if (mGrey) return {red, red, red};
-    return {red, mGreen(block.value), mBlue(block.value)};
+    if (mAreOne) {
+      const U8 grey = mTables.First(block.value);
+      return {grey, grey, grey};
+    }
+    U8 x[3];
+    mTables(block.value, x);
+    return {x[0], x[1], x[2]};
+  }
+
+  /// Whether all channels have one table, so that they need not be told apart.
+  ZR_INLINE bool AreOne() const { return mAreOne; }
+
+  template <int n>
+  ZR_INLINE Vectors<n> OfAll(const Vectors<n>& x) const {
+    return mTables.First(x);
   }
 
  private:
-  Lookup mRed, mGreen, mBlue;
-  bool mGrey;
+  Lookups mTables;
+  bool mAreOne;
 };
 
 /// Stores one channel at `depth` bits: a byte, or the low bits of a 16-bit word.
@@ -72,9 +94,23 @@ struct Sample<8> {
   static ZR_INLINE void Put(std::uint8_t* p, U8 x) { Store(p, x); }
 };
 
+/// What writers without tables do with pixels that are moved.
+struct Unmapped {
+  static constexpr bool kMaps = false;
+
+  ZR_INLINE bool Alike() const { return true; }
+
+  template <int n>
+  ZR_INLINE const Vectors<n>& Mapped(const Vectors<n>& x) const {
+    return x;
+  }
+};
+
 /// Mono: the green channel.
 template <int depth>
-struct MonoWriter : Sample<depth> {
+struct MonoWriter : Sample<depth>, Unmapped {
+  using Pixel = std::conditional_t<depth % 8 == 0, PixelLayout<depth / 8, 1, false>, void>;
+
   explicit ZR_INLINE MonoWriter(const KernelArgs&) {}
 
   template <class Block>
@@ -121,6 +157,11 @@ ZR_INLINE void StoreThree(std::uint8_t* p, const Grey<U8>& block) {
   Store3Equal<size>(p, block.value);
 }
 
+/// Pixels of four bytes with an alpha of 0xFF.
+ZR_INLINE Vectors<4> OpaqueVectors(const Vectors<4>& x) {
+  return ForEach<4>([&](auto i) ZR_ALWAYS { return Opaque<PixelLayout<1, 4, false>>(x.v[i]); });
+}
+
 /// Bytes, three a pixel and an alpha of 0xFF.
 template <bool blueFirst>
 ZR_INLINE void StoreFour(std::uint8_t* p, const Colour<U8>& block) {
@@ -136,6 +177,7 @@ ZR_INLINE void StoreFour(std::uint8_t* p, const Grey<U8>& block) {
 template <bool blueFirst, bool filtered = false>
 struct ThreeBytesWriter {
   using Channel = U8;
+  using Pixel = PixelLayout<1, 3, blueFirst>;
   static constexpr int kStep = 3;
 
   explicit ZR_INLINE ThreeBytesWriter(const KernelArgs& args) : mTables(args) {}
@@ -145,14 +187,21 @@ struct ThreeBytesWriter {
     StoreThree<blueFirst, 1>(p, mTables(block));
   }
 
+  static constexpr bool kMaps = filtered;
+
+  ZR_INLINE bool Alike() const { return mTables.AreOne(); }
+
+  ZR_INLINE auto Mapped(const Vectors<kStep>& x) const { return mTables.OfAll(x); }
+
  private:
   FilterTables<filtered> mTables;
 };
 
 /// Three 16-bit words a pixel.
 template <bool blueFirst>
-struct ThreeWordsWriter {
+struct ThreeWordsWriter : Unmapped {
   using Channel = Words;
+  using Pixel = PixelLayout<2, 3, blueFirst>;
   static constexpr int kStep = 6;
 
   explicit ZR_INLINE ThreeWordsWriter(const KernelArgs&) {}
@@ -168,6 +217,7 @@ struct ThreeWordsWriter {
 template <bool blueFirst, bool filtered = false>
 struct FourBytesWriter {
   using Channel = U8;
+  using Pixel = PixelLayout<1, 4, blueFirst>;
   static constexpr int kStep = 4;
 
   explicit ZR_INLINE FourBytesWriter(const KernelArgs& args) : mTables(args) {}
@@ -176,6 +226,12 @@ struct FourBytesWriter {
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
     StoreFour<blueFirst>(p, mTables(block));
   }
+
+  static constexpr bool kMaps = filtered;
+
+  ZR_INLINE bool Alike() const { return mTables.AreOne(); }
+
+  ZR_INLINE auto Mapped(const Vectors<kStep>& x) const { return OpaqueVectors(mTables.OfAll(x)); }
 
  private:
   FilterTables<filtered> mTables;
