@@ -49,70 +49,80 @@ struct Gathering {
     return places;
   }
 
-  /// The loads in the order of their places, and what byte i of the vector is in the load that gives it.
+  /// Loads, and what byte i of the vector is in the load that gives it.
   struct Plan {
     int loads = 0;
     Places at[kMostLoads]{};
     std::uint8_t index[kMostLoads][kWidth]{};
-    bool complete = true;
-
-    constexpr bool Gives(int load, int i) const { return index[load][i] != kNone; }
-  };
-
-  /// Plans `count` loads; each begins at the latest with the first byte that those before it do not give.
-  static constexpr Plan Try(int count) {
-    Plan plan;
     bool given[kWidth]{};
-    for (int i = 0; i < kWidth; ++i) given[i] = Map::At(i) < 0;
-    for (; plan.loads < count; ++plan.loads) {
-      Range free[kLanes]{};
-      for (int lane = 0; lane < kLanes; ++lane) {
-        int first = Map::kBytes, last = -1;
-        for (int i = lane * kLane; i < (lane + 1) * kLane; ++i) {
-          if (given[i]) continue;
-          first = Map::At(i) < first ? Map::At(i) : first;
-          last = Map::At(i) > last ? Map::At(i) : last;
-        }
-        const int reach = last + 1 - (count - plan.loads) * kLane, limit = Map::kBytes - kLane;
-        free[lane] = {reach > 0 ? reach : 0, first < limit ? first : limit};
-        if (last < 0) free[lane] = {0, limit};
-        if (free[lane].first < first + 1 - kLane) free[lane].first = first + 1 - kLane;
-        if (free[lane].first > free[lane].last) free[lane].first = free[lane].last;
-      }
-      const Places places = plan.at[plan.loads] = Choose(free);
+
+    constexpr Plan() {
+      for (int i = 0; i < kWidth; ++i) given[i] = Map::At(i) < 0;
+    }
+
+    constexpr void Add(const Places& places) {
       for (int i = 0; i < kWidth; ++i) {
         const int within = Map::At(i) - places.of[i / kLane];
         const bool gives = !given[i] && within >= 0 && within < kLane;
-        plan.index[plan.loads][i] = gives ? static_cast<std::uint8_t>(within) : kNone;
+        index[loads][i] = gives ? static_cast<std::uint8_t>(within) : kNone;
         given[i] = given[i] || gives;
       }
+      at[loads++] = places;
     }
-    for (const bool one : given) plan.complete = plan.complete && one;
+
+    constexpr bool Gives(int load, int i) const { return index[load][i] != kNone; }
+
+    constexpr bool IsComplete() const {
+      for (const bool one : given)
+        if (!one) return false;
+      return true;
+    }
+  };
+
+  /// The first and the last byte of memory that a lane still needs; none if they are the other way round.
+  static constexpr Range Missing(const Plan& plan, int lane) {
+    Range missing{Map::kBytes, -1};
+    for (int i = lane * kLane; i < (lane + 1) * kLane; ++i) {
+      if (plan.given[i]) continue;
+      missing.first = Map::At(i) < missing.first ? Map::At(i) : missing.first;
+      missing.last = Map::At(i) > missing.last ? Map::At(i) : missing.last;
+    }
+    return missing;
+  }
+
+  /// Where the first of `left` more loads of a lane may begin: not after the first byte that it needs, and so
+  /// that those left reach the last one.
+  static constexpr Range Free(const Range& missing, int left) {
+    constexpr int kLimit = Map::kBytes - kLane;
+    if (missing.last < 0) return {0, kLimit};
+    const int last = missing.first < kLimit ? missing.first : kLimit;
+    int first = missing.first + 1 - kLane;
+    if (first < missing.last + 1 - left * kLane) first = missing.last + 1 - left * kLane;
+    if (first < 0) first = 0;
+    return {first < last ? first : last, last};
+  }
+
+  static constexpr Plan Try(int count) {
+    Plan plan;
+    while (plan.loads < count) {
+      Range free[kLanes]{};
+      for (int lane = 0; lane < kLanes; ++lane) free[lane] = Free(Missing(plan, lane), count - plan.loads);
+      plan.Add(Choose(free));
+    }
     return plan;
   }
 
   /// Loads of whole vectors one after another, which the vectors of a block share: where a vector is as long
   /// as a cache line, most other loads would cross one.
-  static constexpr Plan Line() {
+  static constexpr Plan WholeVectors() {
     Plan plan;
-    int first = Map::kBytes;
-    for (int i = 0; i < kWidth; ++i)
-      if (Map::At(i) >= 0 && Map::At(i) < first) first = Map::At(i);
-    for (int i = 0; i < kWidth; ++i) {
-      for (int load = 0; load < kMostLoads; ++load) {
-        plan.at[load].of[0] = (first / kWidth + load) * kWidth;
-        const int within = Map::At(i) - plan.at[load].of[0];
-        const bool gives = within >= 0 && within < kWidth;
-        plan.index[load][i] = gives ? static_cast<std::uint8_t>(within) : kNone;
-        if (gives && load >= plan.loads) plan.loads = load + 1;
-      }
-      plan.complete = plan.complete && Map::At(i) < (first / kWidth + kMostLoads) * kWidth;
-    }
+    const int first = Missing(plan, 0).first / kWidth * kWidth;
+    while (plan.loads < kMostLoads && !plan.IsComplete()) plan.Add({{first + plan.loads * kWidth}});
     return plan;
   }
 
-  static constexpr Plan kPlan = Try(1).complete ? Try(1) : kLane == 64 ? Line() : Try(kMostLoads);
-  static constexpr bool kPossible = kPlan.complete;
+  static constexpr Plan kPlan = Try(1).IsComplete() ? Try(1) : kLane == 64 ? WholeVectors() : Try(kMostLoads);
+  static constexpr bool kPossible = kPlan.IsComplete();
 
   static constexpr bool kAsInMemory = [] {
     for (int i = 0; i < kWidth; ++i)
@@ -153,7 +163,7 @@ struct Gathering {
       for (int i = 0; i < kWidth; ++i) bits |= static_cast<std::uint64_t>(kPlan.Gives(load, i)) << i;
       return bits;
     }();
-    const auto index = As<Native>(Constant<Index<load>>::Get());
+    const auto index = As<Native>(Constant<Index<load> >::Get());
     if constexpr (kGiven == ~std::uint64_t{0})
       return As<U8>(_mm512_permutexvar_epi8(index, As<Native>(x)));
     else
@@ -164,7 +174,7 @@ struct Gathering {
     };
     return ShuffleTwo<OrBefore>(x, before);
 #else
-    return before | ShuffleBytes(x, Constant<Index<load>>::Get());
+    return before | ShuffleBytes(x, Constant<Index<load> >::Get());
 #endif
   }
 

@@ -16,7 +16,7 @@ struct PixelLayout {
 };
 
 template <class A, class B>
-concept SameOrder = A::kChannels == B::kChannels && A::kBlueFirst == B::kBlueFirst;
+concept SameOrder = A::kChannels == B::kChannels&& A::kBlueFirst == B::kBlueFirst;
 
 /// Byte of vector `vector` of a block as To -> byte of the block as From, or -1. Grey goes to all colours and
 /// comes from green. Bytes become the upper bytes of words. Alpha comes from alpha or nowhere.
@@ -39,18 +39,18 @@ struct MovedByte {
   }
 };
 
-/// Whether pixels are to be moved from one layout to the other. Where one shuffle reaches a whole vector, grey
-/// is as cheap to store and to read by channels.
+/// Whether pixels are to be moved from one layout to the other. Where one shuffle reaches a whole vector,
+/// grey is as cheap to store and to read by channels.
 template <class From, class To>
 concept Moves = kGathers && From::kSize <= To::kSize &&
-    ((From::kChannels > 1 && To::kChannels > 1) || kLane == 16) &&
-    Gathering<MovedByte<From, To, 0>>::kPossible;
+                ((From::kChannels > 1 && To::kChannels > 1) || kLane == 16) &&
+                Gathering<MovedByte<From, To, 0>>::kPossible;
 
-/// Whether words are to be narrowed as they are moved. Where one shuffle reaches a whole vector, another order
-/// is cheaper made of the bytes.
+/// Whether words are to be narrowed as they are moved. Where one shuffle reaches a whole vector, another
+/// order is cheaper made of the bytes.
 template <class From, class To>
 concept MovesNarrowed = Moves<From, PixelLayout<2, To::kChannels, To::kBlueFirst>> && To::kSize == 1 &&
-    (From::kBlueFirst == To::kBlueFirst || kLane == 16);
+                        (From::kBlueFirst == To::kBlueFirst || kLane == 16);
 
 /// True for the bytes of any vector as To that come from pixels as From.
 template <class From, class To>
