@@ -79,6 +79,7 @@ const std::vector<Nonsense> cNonsense{
     {"MatrixOfTwo", cRight + "--color-matrix 1,2", 2, {"1,2", "nine"}},
     {"MeasureNothing", "info in.raw --measure", 2, {"--format", "--size"}},
     {"GammaOfZero", cRight + "--gamma 0", 2, {"--gamma", "above 0"}},
+    {"CurveThatTurnsBack", cRight + "--curve 0:0,0.5:1,0.5:0", 2, {"--curve", "rising"}},
     {"GainBelowZero", cRight + "--gain 1,-1,1", 2, {"--gain", "0 or more"}},
     {"OffsetOfWords", cRight + "--offset x", 2, {"--offset", "RED,GREEN,BLUE"}},
     {"GainOfTwo", cRight + "--gain 1,2", 2, {"1,2", "RED,GREEN,BLUE"}},
@@ -180,6 +181,14 @@ TEST_F(CommandLineTest, PairsOfOneFormat) {
   EXPECT_NE(pairs.find("Mono8 -> RGB8\n"), std::string::npos);
   EXPECT_NE(pairs.find("Mono12p -> Mono8\n"), std::string::npos);
   EXPECT_EQ(pairs.find("Mono12p -> RGB8\n"), std::string::npos);
+}
+
+TEST_F(CommandLineTest, CurveGoesThroughItsPoints) {
+  RunWell("chart in.raw -f Mono8 -s 64x48");
+  RunWell("convert in.raw out.raw -f Mono8 -s 64x48 --curve 0:1,0.5:0.5,1:0");
+  std::vector<std::uint8_t> expected = Read("in.raw");
+  for (std::uint8_t& sample : expected) sample = static_cast<std::uint8_t>(255 - sample);
+  EXPECT_EQ(Read("out.raw"), expected);
 }
 
 TEST_F(CommandLineTest, InfoFindsSizeAndFormat) {

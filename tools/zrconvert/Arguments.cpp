@@ -55,6 +55,10 @@ bool ReadFinite(const std::string& text, double& number) {
   return Parse(text, number) && std::isfinite(number);
 }
 
+bool ReadShare(const std::string& text, double& number) {
+  return Parse(text, number) && number >= 0 && number <= 1;
+}
+
 bool IsIn(NumberRange range, double number) {
   return range == NumberRange::Any || number > 0 || (number == 0 && range == NumberRange::NotNegative);
 }
@@ -160,11 +164,24 @@ std::array<double, 9> ReadColorMatrix(const std::string& text) {
   throw UsageError("--color-matrix takes nine numbers, row by row, not '" + text + "'");
 }
 
-zr::ToneCurve ReadCurve(const std::string& text) {
+Curve ReadCurve(const std::string& text) {
   using enum zr::ToneCurve;
-  return Choose(
-      "curve", text,
-      std::to_array<std::pair<std::string_view, zr::ToneCurve>>({{"linear", Linear}, {"srgb", Srgb}}));
+  if (EqualsIgnoringCase(text, "linear")) return {Linear, {}};
+  if (EqualsIgnoringCase(text, "srgb")) return {Srgb, {}};
+  Curve curve{Points, {}};
+  bool right = true;
+  for (const std::string& part : Split(text, ',')) {
+    const std::vector<std::string> sides = Split(part, ':');
+    zr::CurvePoint point;
+    right = right && sides.size() == 2 && ReadShare(sides[0], point.input) &&
+            ReadShare(sides[1], point.output) &&
+            (curve.points.empty() || point.input > curve.points.back().input);
+    curve.points.push_back(point);
+  }
+  if (right) return curve;
+  throw UsageError(
+      "--curve takes srgb, linear or points INPUT:OUTPUT,... from 0 to 1 with rising inputs, not '" + text +
+      "'");
 }
 
 std::string ToText(Size size) {

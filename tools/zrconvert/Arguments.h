@@ -2,12 +2,14 @@
 // wrong and what would be right.
 #pragma once
 
+#include <ZrConvertersLib/Development.h>
 #include <ZrConvertersLib/FrameConverter.h>
 #include <ZrConvertersLib/ToneSettings.h>
 
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zrconvert {
 
@@ -39,7 +41,12 @@ ZrConvertersLib::ToneSettings::Channels ReadChannels(const std::string& option, 
                                                      NumberRange range);
 
 std::array<double, 9> ReadColorMatrix(const std::string& text);  // row by row
-ZrConvertersLib::ToneCurve ReadCurve(const std::string& text);
+
+struct Curve {
+  ZrConvertersLib::ToneCurve kind = ZrConvertersLib::ToneCurve::Linear;
+  std::vector<ZrConvertersLib::CurvePoint> points;  // of ToneCurve::Points
+};
+Curve ReadCurve(const std::string& text);  // a name, or "0:0,0.2:0.5,1:1"
 
 std::string ToText(Size size);  // "640x480"
 

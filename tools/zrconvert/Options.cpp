@@ -11,8 +11,6 @@
 namespace zrconvert {
 namespace {
 
-namespace zr = ZrConvertersLib;
-
 constexpr std::uint64_t cMostThreads = 256;
 constexpr std::uint64_t cMostLineBytes = 1U << 30;
 
@@ -98,7 +96,9 @@ void AddTones(CLI::App& app, ToneOptions& tone) {
           "What red, then green, then blue takes of the three")
       ->group(cToneGroup);
   AddTone(app, "--gamma", "G", tone.gamma, ReadNumber, Positive, "Gamma; 2.2 suits linear frames");
-  AddWord(app, "--curve", "CURVE", tone.curve, ReadCurve, "srgb or linear")->group(cToneGroup);
+  AddWord(app, "--curve", "CURVE", tone.curve, ReadCurve,
+          "srgb, linear, or points joined by lines: INPUT:OUTPUT,... from 0 to 1")
+      ->group(cToneGroup);
   AddTone(app, "--offset", "R,G,B", tone.offset, ReadChannels, Any,
           "Added at the end, of 255; 8-bit colour only");
 }

@@ -34,7 +34,8 @@ Size PictureSize(const ConvertOptions& options) {
 
 void AddTone(const ConvertOptions& options, const FrameFit& fit, ToneTables& tables,
              zr::FrameOptions& frame) {
-  ToneOptions tone = options.tone;
+  ToneOptions& tone = tables.tone;
+  tone = options.tone;
   if (tone.automatic) {
     FrameFit loose = fit;
     loose.ignoreRest = true;

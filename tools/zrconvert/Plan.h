@@ -23,6 +23,7 @@ struct Plan {
 
 // What the options of a frame point to: the tone options in the library's terms.
 struct ToneTables {
+  ToneOptions tone;
   ZrConvertersLib::RGBFilter filter;
   ZrConvertersLib::Development development;
 };

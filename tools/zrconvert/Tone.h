@@ -9,6 +9,8 @@
 #include <array>
 #include <optional>
 
+#include "Arguments.h"
+
 namespace zrconvert {
 
 // What was given of each; levels are in counts of the source's samples.
@@ -20,7 +22,7 @@ struct ToneOptions {
   std::optional<ZrConvertersLib::ToneSettings::Channels> gain;
   std::optional<std::array<double, 9>> matrix;
   std::optional<double> gamma;
-  std::optional<ZrConvertersLib::ToneCurve> curve;
+  std::optional<Curve> curve;
   std::optional<ZrConvertersLib::ToneSettings::Channels> offset;
 
   // Whether something acts at full depth.
@@ -30,6 +32,7 @@ struct ToneOptions {
 // Levels and, for colour, the white balance that a frame asks for, where nothing is given.
 void ChooseTone(ToneOptions& tone, const ZrConvertersLib::FrameStatistics& statistics);
 
+// The points of a curve stay in the options.
 ZrConvertersLib::Development DevelopmentOf(const ToneOptions& tone);
 
 // The offset, which acts on 8-bit colour at the end.
