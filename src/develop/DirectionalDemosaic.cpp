@@ -14,6 +14,9 @@ using Buffers = MosaicTileBuffers;
 /// Columns to each side of a tile that its pixels depend on by their neighbours' green.
 constexpr std::int64_t kSide = 2;
 
+/// From bytes to the scale of 14 bits.
+constexpr std::uint32_t kByteShift = 6;
+
 /// Pixels of a tile where a line needs more than one.
 constexpr std::int64_t kTile = simd::kTilePixels - 64;
 static_assert(kTile + 2 * kSide + 1 <= static_cast<std::int64_t>(simd::kTilePixels));
@@ -121,13 +124,14 @@ void DirectionalDemosaic::SplitBytes(const std::uint8_t* bytes, std::int64_t lin
   const std::int64_t whole = RoundDown(pixels, kBlock);
   const std::uint8_t* const from = bytes + mBase + outside;
   std::uint8_t *const even = Samples(line, 0) + outside, *const odd = Samples(line, 1) + outside;
-  mKernels.splitBytes({from, even, odd, static_cast<std::size_t>(whole), 0});
+  mKernels.splitBytes({from, even, odd, static_cast<std::size_t>(whole), kByteShift});
   if (pixels != whole) {
     std::memcpy(mBuffers.words, from + whole, static_cast<std::size_t>(pixels - whole));
-    mKernels.splitBytes({mBuffers.words, even + whole, odd + whole, static_cast<std::size_t>(kBlock), 0});
+    mKernels.splitBytes(
+        {mBuffers.words, even + whole, odd + whole, static_cast<std::size_t>(kBlock), kByteShift});
   }
   Surround(line, mBase + outside,
-           [&](std::int64_t column) { return static_cast<std::uint16_t>(bytes[column] << 6); });
+           [&](std::int64_t column) { return static_cast<std::uint16_t>(bytes[column] << kByteShift); });
 }
 
 /// Adds the columns before `begin` and after those that are computed, outside the frame by their reflections.

@@ -133,6 +133,7 @@ ZrUtilsLib::Result CheckDevelopment(const Development& development, const Format
 Grading::Grading(const Development& development, const ChannelScale& scale, bool grey, bool greenOnly) {
   mKind = greenOnly ? unsigned{simd::kGradeGreenOnly} : 0U;
   SetFactors(development, scale, grey);
+  if (grey && KeepsGrey()) mKind |= simd::kGradeGreenOnly;
   if (development.curve != ToneCurve::Linear) SetCurve(development);
 }
 
@@ -155,6 +156,14 @@ void Grading::SetFactors(const Development& development, const ChannelScale& sca
     row[to] = row[0] + row[1] + row[2];
   }
   mKind &= ~unsigned{simd::kGradeMixes};
+}
+
+/// Whether equal channels stay equal.
+bool Grading::KeepsGrey() const {
+  const auto sameAsGreen = [&](int i) {
+    return mArgs.factors[i][i] == mArgs.factors[1][1] && mArgs.offset[i] == mArgs.offset[1];
+  };
+  return !Mixes() && sameAsGreen(0) && sameAsGreen(2);
 }
 
 void Grading::SetCurve(const Development& development) {

@@ -37,11 +37,15 @@ class Grading {
   /// Whether results depend on other channels than their own.
   bool Mixes() const { return (mKind & simd::kGradeMixes) != 0; }
 
+  /// Whether only the green plane is graded: the other planes do not matter or are the same.
+  bool IsGreenOnly() const { return (mKind & simd::kGradeGreenOnly) != 0; }
+
   /// Grades the first `pairs` columns of both halves of some lines in place.
   void Apply(PlaneBuffers& buffers, std::int64_t lines, std::int64_t pairs) const;
 
  private:
   void SetFactors(const Development& development, const ChannelScale& scale, bool grey);
+  bool KeepsGrey() const;
   void SetCurve(const Development& development);
 
   unsigned mKind = 0;

@@ -27,6 +27,9 @@ class PlaneStrips {
   /// Planes that there are: 1 or 3.
   std::int64_t Planes() const { return mPlanes; }
 
+  /// Bytes of a pixel in a plane: 1 or 2.
+  std::int64_t PixelBytes() const { return mPlan.pixelBytes; }
+
   /// Replaces the strip by `count` lines of the region from the frame's line `y` on.
   ZrUtilsLib::Result Make(const SourceLines& source, std::int64_t y, std::int64_t count);
 

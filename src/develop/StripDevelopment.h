@@ -18,8 +18,9 @@ namespace ZrConvertersLib {
 /// region at a time become planes of words; these are graded and written.
 class StripDevelopment {
  public:
-  /// Takes all memory; throws std::bad_alloc. `planes` is the plan of the frame's conversion to words: to
-  /// RGB16_Planar, or to Mono16 where all channels are equal or only green matters.
+  /// Takes all memory; throws std::bad_alloc. `planes` is the plan of the frame's conversion to planar
+  /// colour, or to grey where all channels are equal or only green matters: of words, or of bytes if these
+  /// hold all there is.
   StripDevelopment(const FramePlan& planes, bool yCbCrDepth);
 
   /// Converts the columns of the region in some of its lines. `grading` may be null.
@@ -28,7 +29,9 @@ class StripDevelopment {
 
  private:
   void WriteStrip(const Grading* grading, const PictureLines& picture, std::int64_t y, std::int64_t count);
-  void SplitLine(std::int64_t line, std::int64_t x, std::int64_t width, std::int64_t slot);
+  void MakeTile(const Grading* grading, const Rect& tile);
+  void Split(std::int64_t plane, const Rect& tile);
+  void CopyGreen(const Rect& tile);
 
   Rect mRegion;
   PlaneStrips mStrips;

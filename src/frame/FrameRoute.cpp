@@ -21,6 +21,13 @@ bool IsDeepYCbCr(const FormatRow& source) {
   return source.family == Family::YCbCr && source.depth > 8;
 }
 
+/// What development begins with: bytes, if these hold all that a conversion makes of a source of 8 bits.
+long PlanesOf(const FormatRow& source, bool onePlane) {
+  if (source.depth == 8 && !IsMosaic(source.family))
+    return onePlane ? PixelTypeIds::Mono8 : PixelTypeIds::RGB8_Planar;
+  return onePlane ? PixelTypeIds::Mono16 : PixelTypeIds::RGB16_Planar;
+}
+
 }  // namespace
 
 Result FrameRoute::Take(const FramePlan& plan, const FrameOptions& options) {
@@ -59,9 +66,9 @@ Result FrameRoute::TakeStrips(const FramePlan& plan, const FrameOptions& options
   toPlanes.filter = nullptr;
   toPlanes.flipVertical = toPlanes.flipHorizontal = false;
   FramePlan planes;
-  const Result result = MakeFramePlan(
-      plan.source->id, onePlane ? PixelTypeIds::Mono16 : PixelTypeIds::RGB16_Planar,
-      static_cast<std::uint32_t>(plan.width), static_cast<std::uint32_t>(plan.height), toPlanes, planes);
+  const Result result =
+      MakeFramePlan(plan.source->id, PlanesOf(*plan.source, onePlane), static_cast<std::uint32_t>(plan.width),
+                    static_cast<std::uint32_t>(plan.height), toPlanes, planes);
   if (result.IsSuccess()) mStrips = std::make_unique<StripDevelopment>(planes, yCbCrDepth);
   return result;
 }

@@ -23,12 +23,12 @@ void Split(const SplitArgs& args) {
   }
 }
 
-/// The same from bytes, to a scale of 14 bits.
+/// The same from bytes.
 void SplitBytes(const SplitArgs& args) {
   for (std::size_t x = 0; x < args.pixels; x += kWidth) {
     const U16 both = As<U16>(Load(args.samples + x));
-    Store(args.even + x, (both & Splat16(0xFF)) << 6);
-    Store(args.odd + x, (both >> 8) << 6);
+    Store(args.even + x, ShiftLeft(both & Splat16(0xFF), args.shift));
+    Store(args.odd + x, ShiftLeft(both >> 8, args.shift));
   }
 }
 

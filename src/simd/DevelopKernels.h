@@ -18,13 +18,13 @@ inline constexpr std::size_t kHalfBytes = kTilePixels + 2 * kHalfMargin;  ///< f
 inline constexpr std::size_t kPlaneBytes = 2 * kHalfBytes;      ///< from a plane of such a line to the next
 inline constexpr std::size_t kDevelopedLine = 3 * kPlaneBytes;  ///< from a line of three planes to the next
 
-/// Words of a line to its halves, or bytes to halves of words on the scale of 14 bits.
+/// Words of a line to its halves, or bytes to halves of words.
 struct SplitArgs {
   const std::uint8_t* samples;
   std::uint8_t* even;
   std::uint8_t* odd;
   std::size_t pixels;   ///< rounded up to whole blocks, which both sides can hold
-  std::uint32_t shift;  ///< of words, to the right
+  std::uint32_t shift;  ///< of words to the right, of bytes to the left
 };
 
 /// The sites of a line that are not green, and the halves around them, each from the first site's column or
