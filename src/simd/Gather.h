@@ -55,9 +55,13 @@ struct Gathering {
     Places at[kMostLoads]{};
     std::uint8_t index[kMostLoads][kWidth]{};
     bool given[kWidth]{};
+    int missing = 0;  ///< bytes not given
 
     constexpr Plan() {
-      for (int i = 0; i < kWidth; ++i) given[i] = Map::At(i) < 0;
+      for (int i = 0; i < kWidth; ++i) {
+        given[i] = Map::At(i) < 0;
+        missing += given[i] ? 0 : 1;
+      }
     }
 
     constexpr void Add(const Places& places) {
@@ -66,17 +70,14 @@ struct Gathering {
         const bool gives = !given[i] && within >= 0 && within < kLane;
         index[loads][i] = gives ? static_cast<std::uint8_t>(within) : kNone;
         given[i] = given[i] || gives;
+        missing -= gives ? 1 : 0;
       }
       at[loads++] = places;
     }
 
     constexpr bool Gives(int load, int i) const { return index[load][i] != kNone; }
 
-    constexpr bool IsComplete() const {
-      for (const bool one : given)
-        if (!one) return false;
-      return true;
-    }
+    constexpr bool IsComplete() const { return missing == 0; }
   };
 
   /// The first and the last byte of memory that a lane still needs; none if they are the other way round.
