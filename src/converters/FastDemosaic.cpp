@@ -43,7 +43,6 @@ FastDemosaic::FastDemosaic(const PixelConverterContext& context, const MosaicRec
 }
 
 void FastDemosaic::Run(const PixelConverterContext& context, const MosaicPairs& pairs) {
-  if (pairs.width < 2) return;
   mTiles.Args().redAtEvenColumn = !TileOf(context).redRight;
   if (!mSamples) {
     RunDirect(context, pairs);

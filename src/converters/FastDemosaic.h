@@ -10,7 +10,7 @@ class FastDemosaic {
  public:
   FastDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe, std::uint32_t width);
 
-  /// Pairs of the width that was named; the context is that of the first one.
+  /// Pairs of the width that was named, at least 2; the context is that of the first one.
   void Run(const PixelConverterContext& context, const MosaicPairs& pairs);
 
  private:

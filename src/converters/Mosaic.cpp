@@ -13,12 +13,15 @@ using ZrUtilsLib::ResultCode;
 
 namespace {
 
+/// A mosaic of one column or of no pair has no tile, and no plan is made for it.
 void RunFast(const PixelConverterContext& context, const MosaicRecipe& recipe, const MosaicPairs& pairs) {
+  if (pairs.width < 2 || pairs.count == 0) return;
   FastDemosaic(context, recipe, pairs.width).Run(context, pairs);
 }
 
 void RunInterpolating(const PixelConverterContext& context, const MosaicRecipe& recipe,
                       const MosaicPairs& pairs) {
+  if (pairs.count == 0) return;
   BilinearDemosaic(context, recipe).Run(context, pairs);
 }
 
