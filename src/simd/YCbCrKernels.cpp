@@ -1,5 +1,8 @@
+#include <type_traits>
+
 #include "simd/Line.h"
 #include "simd/Packed.h"
+#include "simd/Products.h"
 
 /// Readers of YCbCr. All arithmetic is on 8-bit samples, in 32 bits and exact.
 
@@ -41,36 +44,6 @@ class Matrix {
   S32 mRedFirst, mBlueFirst, mGreenFirst;
 };
 
-/// The matrix for chroma shared by two pixels. A 32-bit element takes both: products of luma apart, those of
-/// chroma added to either. Samples come 6 bits up, so that results are the high halves of the sums.
-class SharedMatrix {
- public:
-  explicit ZR_INLINE SharedMatrix(const YCbCrMatrix& m)
-      : mEven(Pair(m.y, 0)),
-        mOdd(Pair(0, m.y)),
-        mRed(Pair(0, m.redV)),
-        mGreen(Pair(m.greenU, m.greenV)),
-        mBlue(Pair(m.blueU, 0)),
-        mFirst(First(m, 0, 64)),
-        mRedOffset(As<S32>(Splat32(static_cast<std::uint32_t>(-128 * 64 * m.redV)))),
-        mGreenOffset(As<S32>(Splat32(static_cast<std::uint32_t>(-128 * 64 * (m.greenU + m.greenV))))),
-        mBlueOffset(As<S32>(Splat32(static_cast<std::uint32_t>(-128 * 64 * m.blueU)))) {}
-
-  /// Of kWidth / 2 pixels, as words that are not clipped yet, from words of luma and of cb and cr in turn.
-  ZR_INLINE Colour<S16> Convert(S16 luma, S16 chroma) const {
-    const S32 even = MultiplyAddPairs(mFirst, luma, mEven), odd = MultiplyAddPairs(mFirst, luma, mOdd);
-    const auto channel = [&](S32 offset, S16 factors) ZR_ALWAYS {
-      const S32 share = MultiplyAddPairs(offset, chroma, factors);
-      return As<S16>(JoinUpper(even + share, odd + share));
-    };
-    return {channel(mRedOffset, mRed), channel(mGreenOffset, mGreen), channel(mBlueOffset, mBlue)};
-  }
-
- private:
-  S16 mEven, mOdd, mRed, mGreen, mBlue;
-  S32 mFirst, mRedOffset, mGreenOffset, mBlueOffset;
-};
-
 /// Four vectors of 32-bit values to one of bytes, clipped to 0..255, natural order.
 ZR_INLINE U8 Clip(S32 a, S32 b, S32 c, S32 d) {
   return JoinQuarters(PackClipped(PackSigned(a, b), PackSigned(c, d)));
@@ -108,104 +81,308 @@ struct Pairs {
   }
 };
 
-/// Luma and chroma in turn, with cb and cr in turn, to colours: what 4:2:2 is, and what 4:1:1 is brought to.
-template <bool lumaFirst>
-class SharedConverter {
- public:
-  explicit ZR_INLINE SharedConverter(const KernelArgs& args) : mMatrix(*args.matrix) {}
+/// A channel of a block whose pixels share chroma: words with 128 * (value - 128) and a fraction, which clip
+/// to values from 0 to 255. `spread` is the order of SpreadHalves, else the pixels stand in natural order.
+template <bool spread>
+struct Sums {
+  static constexpr bool kSpread = spread;
+  S16 a, b;
+};
 
-  ZR_INLINE Colour<U8> Convert(U8 a, U8 b) const {
-    const Colour<S16> first = Half(As<U16>(a)), second = Half(As<U16>(b));
-    const auto clip = [](S16 low, S16 high) ZR_ALWAYS { return JoinHalves(PackClipped(low, high)); };
-    return {clip(first.red, second.red), clip(first.green, second.green), clip(first.blue, second.blue)};
+template <bool spread>
+struct Cast<Sums<spread>> {
+  static ZR_INLINE Sums<spread> From(const Sums<spread>& x) { return x; }
+};
+
+/// A channel less 128 in the upper bytes of words, the fraction in the lower.
+ZR_INLINE U16 Doubled(S16 sum) {
+  return As<U16>(AddClipped(sum, sum));
+}
+
+template <class Matrix, bool spread>
+ZR_INLINE U8 Bytes(const Sums<spread>& x) {
+  const U8 packed = Matrix::Pack(x.a, x.b);
+  return spread ? JoinQuarters(packed) : JoinHalves(packed);
+}
+
+ZR_INLINE Words WordsOf(const Sums<false>& x) {
+  const auto word = [](S16 sum) ZR_ALWAYS { return (Doubled(sum) & Splat16(0xFF00)) ^ Splat16(0x8000); };
+  return {word(x.a), word(x.b)};
+}
+
+/// The matrix for chroma shared by two pixels, in words. Every factor of luma is 8 times an integer, so the
+/// lowest 3 bits of products with chroma do not matter beyond rounding down. Of what exceeds 16 bits only the
+/// sign matters, so the last addition of a channel saturates. Two additions are needed because chroma
+/// products themselves may take 17 bits.
+class SharedMatrix {
+ public:
+  explicit ZR_INLINE SharedMatrix(const YCbCrMatrix& m)
+      : mLuma(static_cast<unsigned>(m.y) / 8),
+        mOffset(As<S16>(Splat16(static_cast<unsigned>((512 + (128 - m.yOffset) * m.y) / 8 - 128 * 128)))),
+        mRed(Factor(32 * m.redV - 65536)),
+        mBlue(Factor(32 * m.blueU - 65536)),
+        mGreen(Pair(32 * m.greenU, 32 * m.greenV)) {}
+
+  /// Of kWidth / 2 pixels, in the order of the samples: luma and chroma in turn, with cb and cr in turn.
+  template <bool lumaFirst>
+  ZR_INLINE Colour<S16> Convert(U8 samples) const {
+    const U8 centred = samples ^ Splat8(0x80);
+    const S16 luma = MultiplyBytes<lumaFirst>(centred, mLuma) + mOffset;
+    const S16 chroma = As<S16>(lumaFirst ? As<U16>(centred) & Splat16(0xFF00) : As<U16>(centred) << 8);
+    const S16 cb = Twice<true>(chroma), cr = Twice<false>(chroma);
+    const S16 green = Twice<false>(As<S16>(MultiplyAddPairs(S32{}, chroma, mGreen)));
+    return {AddClipped(luma + MultiplyUpper(cr, mRed), cr), AddClipped(luma, green),
+            AddClipped(luma + MultiplyUpper(cb, mBlue), cb)};
+  }
+
+  /// Two vectors of a channel to bytes, each lane of a followed by the same lane of b.
+  static ZR_INLINE U8 Pack(S16 a, S16 b) { return PackMiddle(a, b) ^ Splat8(0x80); }
+
+ private:
+  unsigned mLuma;
+  S16 mOffset, mRed, mBlue, mGreen;
+};
+
+#if defined(__AVX512VBMI__)
+/// The same in 32-bit sums, which take fewer instructions for bytes where one instruction adds two products
+/// to a sum. An element takes both pixels: products of luma apart, those of chroma added to either. Samples
+/// come 6 bits up, so that results are the high halves of the sums.
+class SharedSumMatrix {
+ public:
+  explicit ZR_INLINE SharedSumMatrix(const YCbCrMatrix& m)
+      : mEven(Pair(m.y, 0)),
+        mOdd(Pair(0, m.y)),
+        mRed(Pair(0, m.redV)),
+        mGreen(Pair(m.greenU, m.greenV)),
+        mBlue(Pair(m.blueU, 0)),
+        mFirst(First(m, 0, 64)),
+        mRedOffset(ChromaOffset(m.redV)),
+        mGreenOffset(ChromaOffset(m.greenU + m.greenV)),
+        mBlueOffset(ChromaOffset(m.blueU)) {}
+
+  /// Of kWidth / 2 pixels, as words that are not clipped yet.
+  template <bool lumaFirst>
+  ZR_INLINE Colour<S16> Convert(U8 samples) const {
+    const U16 x = As<U16>(samples);
+    const S16 low = As<S16>((x << 6) & Splat16(0xFF << 6)), high = As<S16>((x >> 2) & Splat16(0xFF << 6));
+    const S16 luma = lumaFirst ? low : high, chroma = lumaFirst ? high : low;
+    const S32 even = MultiplyAddPairs(mFirst, luma, mEven), odd = MultiplyAddPairs(mFirst, luma, mOdd);
+    const auto channel = [&](S32 offset, S16 factors) ZR_ALWAYS {
+      const S32 share = MultiplyAddPairs(offset, chroma, factors);
+      return As<S16>(JoinUpper(even + share, odd + share));
+    };
+    return {channel(mRedOffset, mRed), channel(mGreenOffset, mGreen), channel(mBlueOffset, mBlue)};
+  }
+
+  static ZR_INLINE U8 Pack(S16 a, S16 b) { return PackClipped(a, b); }
+
+ private:
+  static ZR_INLINE S32 ChromaOffset(int factors) {
+    return As<S32>(Splat32(static_cast<std::uint32_t>(-128 * 64 * factors)));
+  }
+
+  S16 mEven, mOdd, mRed, mGreen, mBlue;
+  S32 mFirst, mRedOffset, mGreenOffset, mBlueOffset;
+};
+
+using SharedByteMatrix = SharedSumMatrix;
+#else
+using SharedByteMatrix = SharedMatrix;
+#endif
+
+/// Reads pixels that share chroma. Samples::Half<spread>(p) gives half a block as 4:2:2 has it, in the order
+/// of SpreadHalves or in natural order; kSpread is the order that takes fewer instructions.
+template <class Samples, bool lumaFirst>
+class SharedReader : Samples {
+ public:
+  using Samples::kGroupBytes, Samples::kGroupPixels, Samples::kOverread;
+
+  explicit ZR_INLINE SharedReader(const KernelArgs& args)
+      : Samples(args), mMatrix(*args.matrix), mByteMatrix(*args.matrix) {}
+
+  template <class Channel>
+  ZR_INLINE Colour<Channel> Read(const std::uint8_t* p) const {
+    if constexpr (std::is_same_v<Channel, U8>) {
+      const auto sums = Convert<Samples::kSpread>(mByteMatrix, p);
+      return {Bytes<SharedByteMatrix>(sums.red), Bytes<SharedByteMatrix>(sums.green),
+              Bytes<SharedByteMatrix>(sums.blue)};
+    } else if constexpr (std::is_same_v<Channel, Words>) {
+      const auto sums = Convert<false>(mMatrix, p);
+      return {WordsOf(sums.red), WordsOf(sums.green), WordsOf(sums.blue)};
+    } else {
+      return Convert<Channel::kSpread>(mMatrix, p);
+    }
   }
 
  private:
-  /// Words with a sample in either byte: the samples 6 bits up.
-  ZR_INLINE Colour<S16> Half(U16 x) const {
-    const S16 low = As<S16>((x << 6) & Splat16(0xFF << 6)), high = As<S16>((x >> 2) & Splat16(0xFF << 6));
-    if constexpr (lumaFirst)
-      return mMatrix.Convert(low, high);
-    else
-      return mMatrix.Convert(high, low);
+  template <bool spread, class Matrix>
+  ZR_INLINE Colour<Sums<spread>> Convert(const Matrix& matrix, const std::uint8_t* p) const {
+    const auto half = [&](int i) ZR_ALWAYS {
+      return matrix.template Convert<lumaFirst>(this->template Half<spread>(p + i * Samples::kHalf));
+    };
+    const Colour<S16> a = half(0), b = half(1);
+    return {{a.red, b.red}, {a.green, b.green}, {a.blue, b.blue}};
   }
 
   SharedMatrix mMatrix;
+  SharedByteMatrix mByteMatrix;
 };
 
 /// 4:2:2 with samples in bytes.
-template <bool lumaFirst>
-struct YCbCr422Reader {
-  static constexpr int kGroupPixels = 2, kGroupBytes = 4, kOverread = 0;
+struct Samples8 {
+  static constexpr int kGroupPixels = 2, kGroupBytes = 4, kOverread = 0, kHalf = kWidth;
+  static constexpr bool kSpread = false;
 
-  explicit ZR_INLINE YCbCr422Reader(const KernelArgs& args) : mConverter(args) {}
+  explicit ZR_INLINE Samples8(const KernelArgs&) {}
 
-  template <class Channel>
-  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
-    return mConverter.Convert(Load(p), Load(p + kWidth));
+  template <bool spread>
+  ZR_INLINE U8 Half(const std::uint8_t* p) const {
+    return spread ? SpreadHalves(Load(p)) : Load(p);
   }
-
- private:
-  SharedConverter<lumaFirst> mConverter;
 };
 
 /// 4:2:2 with samples in words, which are cut to their upper 8 bits.
-template <bool lumaFirst>
-struct YCbCr422WordsReader {
-  static constexpr int kGroupPixels = 2, kGroupBytes = 8, kOverread = 0;
+struct Samples16 {
+  static constexpr int kGroupPixels = 2, kGroupBytes = 8, kOverread = 0, kHalf = 2 * kWidth;
+  static constexpr bool kSpread = true;
 
-  explicit ZR_INLINE YCbCr422WordsReader(const KernelArgs& args) : mConverter(args), mShift(args.shift) {}
+  explicit ZR_INLINE Samples16(const KernelArgs& args) : mShift(args.shift) {}
 
-  template <class Channel>
-  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
-    return mConverter.Convert(Reduced(p), Reduced(p + 2 * kWidth));
+  template <bool spread>
+  ZR_INLINE U8 Half(const std::uint8_t* p) const {
+    const Words x = LoadWords(p);
+    const Words shifted{ShiftRight(x.a, mShift), ShiftRight(x.b, mShift)};
+    return spread ? PackClipped(As<S16>(shifted.a & Splat16(0xFF)), As<S16>(shifted.b & Splat16(0xFF)))
+                  : NarrowLow(shifted);
   }
 
  private:
-  ZR_INLINE U8 Reduced(const std::uint8_t* p) const {
-    const Words x = LoadWords(p);
-    return NarrowLow({ShiftRight(x.a, mShift), ShiftRight(x.b, mShift)});
-  }
-
-  SharedConverter<lumaFirst> mConverter;
   std::uint32_t mShift;
 };
 
 /// 4:2:2 with packed samples, which are cut to their upper 8 bits.
-template <bool lumaFirst, class Form>
-struct YCbCr422PackedReader {
+template <class Form>
+struct SamplesPacked {
   static constexpr int kGroupPixels = 2, kGroupBytes = 4 / Form::kPixels * Form::kBytes;
-  static constexpr int kOverread = Packed<Form>::kOverread;
+  static constexpr int kOverread = Packed<Form>::kOverread, kHalf = Packed<Form>::kTaken;
+  static constexpr bool kSpread = false;
 
-  explicit ZR_INLINE YCbCr422PackedReader(const KernelArgs& args) : mConverter(args), mForm{args.shift} {}
+  explicit ZR_INLINE SamplesPacked(const KernelArgs& args) : mForm{args.shift} {}
 
-  template <class Channel>
-  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
-    return mConverter.Convert(Reduced(p), Reduced(p + Packed<Form>::kTaken));
+  template <bool spread>
+  ZR_INLINE U8 Half(const std::uint8_t* p) const {
+    const U8 samples = Packed<Form>::ReadHigh(mForm, p);
+    return spread ? SpreadHalves(samples) : samples;
   }
 
  private:
-  ZR_INLINE U8 Reduced(const std::uint8_t* p) const { return Packed<Form>::ReadHigh(mForm, p); }
-
-  SharedConverter<lumaFirst> mConverter;
   Form mForm;
 };
 
 /// 4:1:1: six bytes of four pixels are spread to luma and chroma in turn, as 4:2:2 has them.
 template <class Order>
-struct YCbCr411Reader {
+struct Samples411 {
   static constexpr int kGroupPixels = 4, kGroupBytes = 6;
-  static constexpr int kOverread = Spread<Order>::kOverread;
+  static constexpr int kOverread = Spread<Order>::kOverread, kHalf = kWidth / 8 * 6;
+  static constexpr bool kSpread = false;
 
-  explicit ZR_INLINE YCbCr411Reader(const KernelArgs& args) : mConverter(args) {}
+  explicit ZR_INLINE Samples411(const KernelArgs&) {}
 
-  template <class Channel>
-  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
-    return mConverter.Convert(Spread<Order>::Read(p), Spread<Order>::Read(p + kWidth / 8 * 6));
+  template <bool spread>
+  ZR_INLINE U8 Half(const std::uint8_t* p) const {
+    const U8 samples = Spread<Order>::Read(p);
+    return spread ? SpreadHalves(samples) : samples;
+  }
+};
+
+/// Three bytes and an alpha of 0xFF from sums.
+template <bool blueFirst>
+struct SumsToFourBytes {
+  using Channel = Sums<true>;
+  static constexpr int kStep = 4;
+
+  explicit ZR_INLINE SumsToFourBytes(const KernelArgs&) {}
+
+  template <class Block>
+  ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
+    const Channel first = First<blueFirst>(block), third = First<!blueFirst>(block);
+    Put(p, first.a, block.Green().a, third.a);
+    Put(p + 2 * kWidth, first.b, block.Green().b, third.b);
   }
 
  private:
-  SharedConverter<true> mConverter;
+  static ZR_INLINE void Put(std::uint8_t* p, S16 first, S16 second, S16 third) {
+    const U16 low = (Doubled(first) >> 8 | (Doubled(second) & Splat16(0xFF00))) ^ Splat16(0x8080);
+    const U16 high = Doubled(third) >> 8 ^ Splat16(0xFF80);
+    Store(p, UnpackLow16(As<U8>(low), As<U8>(high)));
+    Store(p + kWidth, UnpackHigh16(As<U8>(low), As<U8>(high)));
+  }
+};
+
+/// The words of RGB565p from sums.
+struct SumsTo565 {
+  using Channel = Sums<false>;
+  static constexpr int kStep = 2;
+
+  explicit ZR_INLINE SumsTo565(const KernelArgs&) {}
+
+  template <class Block>
+  ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
+    Store(p, Word(block.Red().a, block.Green().a, block.Blue().a));
+    Store(p + kWidth, Word(block.Red().b, block.Green().b, block.Blue().b));
+  }
+
+ private:
+  static ZR_INLINE U16 Word(S16 red, S16 green, S16 blue) {
+    return ((Doubled(red) & Splat16(0xF800)) | ((Doubled(green) >> 5) & Splat16(0x07E0)) |
+            Doubled(blue) >> 11) ^
+           Splat16(0x8410);
+  }
+};
+
+#if defined(__AVX512VBMI__)
+/// Only green is converted, for which words take fewer instructions.
+struct SumsToMono8 {
+  using Channel = Sums<false>;
+  static constexpr int kStep = 1;
+
+  explicit ZR_INLINE SumsToMono8(const KernelArgs&) {}
+
+  template <class Block>
+  ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
+    Store(p, JoinHalves(SharedMatrix::Pack(block.Green().a, block.Green().b)));
+  }
+};
+#endif
+
+/// The writer that takes the place of another where pixels share chroma.
+template <class Writer>
+struct SharedWriter {
+  using Type = Writer;
+};
+template <bool blueFirst>
+struct SharedWriter<FourBytesWriter<blueFirst, false>> {
+  using Type = SumsToFourBytes<blueFirst>;
+};
+#if defined(__AVX512VBMI__)
+template <>
+struct SharedWriter<MonoWriter<8>> {
+  using Type = SumsToMono8;
+};
+#endif
+template <>
+struct SharedWriter<RGB565Writer<false>> {
+  using Type = SumsTo565;
+};
+
+template <class Samples, bool lumaFirst = true>
+struct SharedLines {
+  using Source = SharedReader<Samples, lumaFirst>;
+
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    Lines<Source>::template Run<typename SharedWriter<Writer>::Type>(args);
+  }
 };
 
 struct YYCbYYCr {
@@ -227,18 +404,18 @@ struct CbYYCrYY {
 constexpr KernelRow kRows[] = {
     Row<SourceReader::YCbCr, Lines<YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>>>>(),
     Row<SourceReader::CbYCr, Lines<YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>>>>(),
-    Row<SourceReader::YCbYCr8, Lines<YCbCr422Reader<true>>>(),
-    Row<SourceReader::YCbYCr16, Lines<YCbCr422WordsReader<true>>>(),
-    Row<SourceReader::YCbYCr10p, Lines<YCbCr422PackedReader<true, Form10p>>>(),
-    Row<SourceReader::YCbYCr12p, Lines<YCbCr422PackedReader<true, Form12p>>>(),
-    Row<SourceReader::YCbYCr10pCsi2, Lines<YCbCr422PackedReader<true, Form10pCsi2>>>(),
-    Row<SourceReader::CbYCrY8, Lines<YCbCr422Reader<false>>>(),
-    Row<SourceReader::CbYCrY16, Lines<YCbCr422WordsReader<false>>>(),
-    Row<SourceReader::CbYCrY10p, Lines<YCbCr422PackedReader<false, Form10p>>>(),
-    Row<SourceReader::CbYCrY12p, Lines<YCbCr422PackedReader<false, Form12p>>>(),
-    Row<SourceReader::CbYCrY10pCsi2, Lines<YCbCr422PackedReader<false, Form10pCsi2>>>(),
-    Row<SourceReader::YYCbYYCr, Lines<YCbCr411Reader<YYCbYYCr>>>(),
-    Row<SourceReader::CbYYCrYY, Lines<YCbCr411Reader<CbYYCrYY>>>(),
+    Row<SourceReader::YCbYCr8, SharedLines<Samples8, true>>(),
+    Row<SourceReader::YCbYCr16, SharedLines<Samples16, true>>(),
+    Row<SourceReader::YCbYCr10p, SharedLines<SamplesPacked<Form10p>, true>>(),
+    Row<SourceReader::YCbYCr12p, SharedLines<SamplesPacked<Form12p>, true>>(),
+    Row<SourceReader::YCbYCr10pCsi2, SharedLines<SamplesPacked<Form10pCsi2>, true>>(),
+    Row<SourceReader::CbYCrY8, SharedLines<Samples8, false>>(),
+    Row<SourceReader::CbYCrY16, SharedLines<Samples16, false>>(),
+    Row<SourceReader::CbYCrY10p, SharedLines<SamplesPacked<Form10p>, false>>(),
+    Row<SourceReader::CbYCrY12p, SharedLines<SamplesPacked<Form12p>, false>>(),
+    Row<SourceReader::CbYCrY10pCsi2, SharedLines<SamplesPacked<Form10pCsi2>, false>>(),
+    Row<SourceReader::YYCbYYCr, SharedLines<Samples411<YYCbYYCr>>>(),
+    Row<SourceReader::CbYYCrYY, SharedLines<Samples411<CbYYCrYY>>>(),
 };
 
 }  // namespace
