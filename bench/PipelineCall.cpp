@@ -1,7 +1,8 @@
 // Times pipelines for bench/bindings.py: zrpipeline CAPS BYTES ELEMENTS CALLS
-// For each line of standard input it sends CALLS frames of that many bytes through the elements, which run in one
-// thread, and prints the least seconds from the end of one frame to the end of the next. Pads are watched from here,
-// since a callback into Python after megabytes of pixels finds its code in no cache and takes 30 microseconds.
+// For each line of standard input it sends CALLS frames of that many bytes through the elements, which run in
+// one thread, and prints the least seconds from the end of one frame to the end of the next. Pads are watched
+// from here, since a callback into Python after megabytes of pixels finds its code in no cache and takes 30
+// microseconds.
 #include <gst/gst.h>
 
 #include <algorithm>

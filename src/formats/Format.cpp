@@ -49,8 +49,12 @@ constexpr auto kLayouts = [] {
   return words;
 }();
 
+constexpr bool TakesFilter(long id) {
+  return std::any_of(kDestinations.begin(), kDestinations.end(),
+                     [id](const DestinationRow& row) { return row.id == id && row.filtered; });
+}
+
 constexpr FormatInfo InfoOf(const FormatRow& row, std::string_view layout) {
-  const DestinationRow* destination = FindDestination(row.id);
   return {.id = row.id,
           .name = row.name,
           .family = FamilyOf(row.family),
@@ -65,7 +69,7 @@ constexpr FormatInfo InfoOf(const FormatRow& row, std::string_view layout) {
           .planes = row.planes,
           .widthMultiple = UnitOf(row.order).pixels,
           .layout = layout,
-          .takesFilter = destination != nullptr && destination->filtered};
+          .takesFilter = TakesFilter(row.id)};
 }
 
 /// Has no destructor, so that destructors of a program's static objects may still ask for formats.

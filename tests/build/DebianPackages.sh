@@ -20,9 +20,10 @@ holds libzrconverterslib-dev 'ZrConvertersLibConfig\.cmake$'
 holds libzrconverterslib-dev 'ZrConvertersLib\.pc$'
 holds libzrconverterslib-dev "libZrConvertersLib\.so -> libZrConvertersLib\.so\.$VERSION\$"
 depends libzrconverterslib-dev "$library (= $VERSION)"
+# A compiled Python module needs Python from one version on and below the next.
 for package in "$work"/packages/*.deb; do
   dpkg-deb --extract "$package" "$work/root"
-  twice=$(dpkg-deb --field "$package" Depends | tr ',' '\n' | awk '{ print $1 }' | sort | uniq -d)
+  twice=$(dpkg-deb --field "$package" Depends | tr ',' '\n' | awk '$1 != "python3" { print $1 }' | sort | uniq -d)
   [ -z "$twice" ] || { echo "$package depends twice on $twice"; exit 1; }
 done
 if find "$work/root" -type f -perm /o+w | grep .; then echo "writable by everybody"; exit 1; fi
@@ -33,6 +34,18 @@ if command -v lintian >/dev/null; then
   [ -z "$found" ] || { echo "$found"; exit 1; }
 else
   echo "lintian is not installed: skipped"
+fi
+
+if [ -e "$build/bindings/python" ]; then
+  holds python3-zrconverters 'dist-packages/zrconverters/_zrconverters\..*\.so$'
+  holds python3-zrconverters 'dist-packages/zrconverters/py\.typed$'
+  depends python3-zrconverters "$library (= $VERSION)"
+  depends python3-zrconverters python3-numpy
+fi
+if [ -e "$build/bindings/gstreamer" ]; then
+  holds gstreamer1.0-zrconverters 'gstreamer-1\.0/libgstzrconverters\.so$'
+  depends gstreamer1.0-zrconverters "$library (= $VERSION)"
+  depends gstreamer1.0-zrconverters libgstreamer1.0-0
 fi
 
 if [ -x "$build/tools/zrconvert/zrconvert" ]; then

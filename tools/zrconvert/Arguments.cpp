@@ -5,12 +5,12 @@
 #include <charconv>
 #include <cmath>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "Error.h"
 #include "FormatNames.h"
 #include "Names.h"
+#include "common/Words.h"
 
 namespace zrconvert {
 namespace {
@@ -40,15 +40,21 @@ bool Parse(const std::string& text, Number& number) {
   return error == std::errc() && rest == end && !text.empty();
 }
 
-template <typename Value, std::size_t Count>
-Value Choose(const std::string& what, const std::string& text,
-             const std::array<std::pair<std::string_view, Value>, Count>& choices) {
-  std::vector<std::string_view> names;
-  for (const auto& [name, value] : choices) {
-    if (EqualsIgnoringCase(name, text)) return value;
-    names.push_back(name);
+// Index of the name that the text is, whatever its case.
+std::size_t Choose(const std::string& what, const std::string& text,
+                   const std::vector<std::string_view>& names) {
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (EqualsIgnoringCase(names[i], text)) return i;
   }
   throw UsageError("unknown " + what + " '" + text + "': it is one of " + Join(names, ", "));
+}
+
+template <typename Value, std::size_t Count>
+Value Choose(const std::string& what, const std::string& text,
+             const std::array<zrcommon::Word<Value>, Count>& choices) {
+  std::vector<std::string_view> names;
+  for (const auto& choice : choices) names.emplace_back(choice.text);
+  return choices[Choose(what, text, names)].value;
 }
 
 bool ReadFinite(const std::string& text, double& number) {
@@ -96,34 +102,19 @@ zr::Region ReadRegion(const std::string& text) {
 }
 
 zr::MosaicPattern ReadPattern(const std::string& text) {
-  std::array<std::pair<std::string_view, zr::MosaicPattern>, 12> patterns;
-  for (std::size_t i = 0; i < patterns.size(); ++i) {
-    const auto pattern = static_cast<zr::MosaicPattern>(i);
-    patterns[i] = {zr::PatternName(pattern), pattern};
-  }
-  return Choose("pattern", text, patterns);
+  return zr::MosaicPattern(Choose("pattern", text, zrcommon::PatternNames()));
 }
 
 zr::ColourMatrix ReadMatrix(const std::string& text) {
-  using enum zr::ColourMatrix;
-  return Choose("matrix", text,
-                std::to_array<std::pair<std::string_view, zr::ColourMatrix>>(
-                    {{"601", Bt601}, {"709", Bt709}, {"jpeg", Jpeg}}));
+  return Choose("matrix", text, zrcommon::kMatrices);
 }
 
 zr::Demosaic ReadDemosaic(const std::string& text) {
-  using enum zr::Demosaic;
-  return Choose("demosaic method", text,
-                std::to_array<std::pair<std::string_view, zr::Demosaic>>(
-                    {{"fast", Fast}, {"interpolate", Interpolate}, {"directional", Directional}}));
+  return Choose("demosaic method", text, zrcommon::kDemosaics);
 }
 
 zr::PackingOrder ReadPacking(const std::string& text) {
-  using enum zr::PackingOrder;
-  return Choose(
-      "packing", text,
-      std::to_array<std::pair<std::string_view, zr::PackingOrder>>(
-          {{PackingName(Type), Type}, {PackingName(GigEVision), GigEVision}, {PackingName(Csi2), Csi2}}));
+  return Choose("packing", text, zrcommon::kPackings);
 }
 
 std::uint64_t ReadCount(const std::string& option, const std::string& text, CountRange range) {

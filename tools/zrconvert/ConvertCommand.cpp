@@ -1,3 +1,5 @@
+#include <ZrConvertersLib/FrameErrors.h>
+
 #include <chrono>
 #include <cstdio>
 
@@ -8,6 +10,7 @@
 #include "Plan.h"
 #include "Progress.h"
 #include "WriterThreads.h"
+#include "common/Refusal.h"
 
 namespace zrconvert {
 namespace {
@@ -19,11 +22,20 @@ void Note(const ConvertOptions& options, const std::string& text) {
 }
 
 // A mosaic keeps its sites when it is flipped or cut, so its first site may be another.
-void TellPattern(const ConvertOptions& options, const Plan& plan, const BandConverter& converter) {
+void TellPattern(const ConvertOptions& options, const Plan& plan, zr::MosaicPattern pattern) {
   if (plan.target->family != zr::FormatFamily::Bayer) return;
-  const zr::MosaicPattern pattern = converter.PicturePattern();
   if (pattern == plan.job.options.pattern) return;
   Note(options, "the pattern of the mosaic is now " + std::string(zr::PatternName(pattern)));
+}
+
+zrcommon::BandedConverter ConverterOf(const zrcommon::Conversion& job) {
+  try {
+    return zrcommon::BandedConverter(job);
+  } catch (const zrcommon::Refusal& refusal) {
+    if (refusal.Result().GetCode() != zr::FrameError::InvalidTone) throw UsageError(refusal.what());
+    throw UsageError(
+        "tone out of range: --gamma is above 0, factors are 0 or more, and --black is less than --white");
+  }
 }
 
 // The loop over the frames.
@@ -32,7 +44,9 @@ class Conversion {
   Conversion(const ConvertOptions& options, const Plan& plan)
       : mOptions(options),
         mLayout(FindPictureLayout(plan.target->name)),
-        mConverter(plan.job),
+        mSize(options.size),
+        mStride(static_cast<std::size_t>(plan.fit.layout.stride)),
+        mConverter(ConverterOf(plan.job)),
         mReader(plan.inputs, plan.fit, options.frames),
         mGuard(plan.inputs, options.existing),
         mWriter(options.files.back(), plan.container, options.encoder, mGuard),
@@ -42,7 +56,7 @@ class Conversion {
         mThreads(mWriter.WritesManyFiles() ? options.threads : 1,
                  [this](const auto& picture, std::uint64_t number) { Write(picture, number); }) {}
 
-  const BandConverter& Converter() const { return mConverter; }
+  zr::MosaicPattern PicturePattern() const { return Facts().DestinationPattern(); }
 
   // Throws, before anything is written, if an input or output cannot be used.
   void CheckFiles() const {
@@ -64,18 +78,29 @@ class Conversion {
   }
 
  private:
+  const zr::FrameConverter& Facts() const { return mConverter.Facts(); }
+
   void ConvertFrame(std::uint64_t number) {
     WriterThreads::Bytes picture = mThreads.TakeBuffer();
-    picture.resize(mConverter.PictureBytes());
+    picture.resize(Facts().DestinationLayout().frameBytes);
     const auto begin = std::chrono::steady_clock::now();
-    mConverter.Convert(mFrame, picture);
+    ConvertInto(picture);
     mProgress.AddConversion(std::chrono::steady_clock::now() - begin);
     mThreads.Add(std::move(picture), number);
     mProgress.FrameDone();
   }
 
+  void ConvertInto(WriterThreads::Bytes& picture) {
+    try {
+      mConverter.Convert(zr::SourceView::Of(mFrame, mSize.width, mSize.height, mStride),
+                         zr::DestinationView::Of(picture, Facts().Width(), Facts().Height()));
+    } catch (const zrcommon::Refusal& refusal) {
+      throw Failure(std::string("the conversion failed: ") + refusal.what());
+    }
+  }
+
   void Write(const WriterThreads::Bytes& picture, std::uint64_t number) {
-    mWriter.Write({mLayout, mConverter.Width(), mConverter.Height(), picture}, number);
+    mWriter.Write({mLayout, Facts().Width(), Facts().Height(), picture}, number);
   }
 
   void TellWhatIsLeft() const {
@@ -90,7 +115,9 @@ class Conversion {
 
   const ConvertOptions& mOptions;
   const PictureLayout* mLayout;
-  BandConverter mConverter;
+  Size mSize;
+  std::size_t mStride;
+  zrcommon::BandedConverter mConverter;
   FrameReader mReader;
   OverwriteGuard mGuard;
   PictureWriter mWriter;
@@ -104,14 +131,14 @@ class Conversion {
 }  // namespace
 
 void Convert(const ConvertOptions& options) {
-  ToneTables tables;
-  const Plan plan = PlanOf(options, tables);
+  zr::RGBFilter filter;
+  const Plan plan = PlanOf(options, filter);
   Conversion conversion(options, plan);
-  RequireTrueName(options, plan, conversion.Converter());
+  RequireTrueName(options, plan, conversion.PicturePattern());
   conversion.CheckFiles();
   for (const std::string& note : plan.notes) Note(options, note);
   conversion.Run();
-  TellPattern(options, plan, conversion.Converter());
+  TellPattern(options, plan, conversion.PicturePattern());
 }
 
 }  // namespace zrconvert

@@ -8,6 +8,7 @@
 
 #include "Error.h"
 #include "Names.h"
+#include "common/Words.h"
 
 namespace zrconvert {
 namespace {
@@ -65,14 +66,7 @@ std::string FourccText(std::uint32_t fourcc) {
 }
 
 std::string_view PackingName(zr::PackingOrder order) {
-  switch (order) {
-    case zr::PackingOrder::GigEVision:
-      return "gige-vision";
-    case zr::PackingOrder::Csi2:
-      return "csi2";
-    default:
-      return "type";
-  }
+  return std::ranges::find(zrcommon::kPackings, order, &zrcommon::Word<zr::PackingOrder>::value)->text;
 }
 
 zr::PackingOrder PackingOfFlags(unsigned flags) {

@@ -32,33 +32,28 @@ Size PictureSize(const ConvertOptions& options) {
   return region.width > 0 ? Size{region.width, region.height} : options.size;
 }
 
-void AddTone(const ConvertOptions& options, const FrameFit& fit, ToneTables& tables,
-             zr::FrameOptions& frame) {
-  ToneOptions& tone = tables.tone;
-  tone = options.tone;
+void AddTone(const ConvertOptions& options, const FrameFit& fit, zr::RGBFilter& filter,
+             zrcommon::Conversion& job) {
+  ToneOptions tone = options.tone;
   if (tone.automatic) {
     FrameFit loose = fit;
     loose.ignoreRest = true;
-    ChooseTone(tone, MeasureFirstFrame(options.files.front(), loose, MeasureOptionsOf(frame)));
+    ChooseTone(tone, MeasureFirstFrame(options.files.front(), loose, MeasureOptionsOf(job.options)));
   }
-  if (tone.Develops()) {
-    tables.development = DevelopmentOf(tone);
-    frame.development = &tables.development;
-  }
+  if (tone.Develops()) job.development = DevelopmentOf(tone);
+  if (tone.curve) job.points = tone.curve->points;
   if (!tone.offset) return;
-  SetOffset(tables.filter, *tone.offset);
-  frame.filter = &tables.filter;
+  SetOffset(filter, *tone.offset);
+  job.options.filter = &filter;
 }
 
-zr::FrameOptions FrameOptionsOf(const ConvertOptions& options, const Plan& plan, ToneTables& tables) {
+zr::FrameOptions FrameOptionsOf(const ConvertOptions& options) {
   zr::FrameOptions frame = ColourOptions(options.source, options.pattern, options.matrix);
   frame.packing = PackingFor(options.source, options.size, options.packing);
   frame.demosaic = options.demosaic.value_or(zr::Demosaic::Directional);
   frame.flipVertical = options.flipVertical;
   frame.flipHorizontal = options.flipHorizontal;
   frame.region = options.region;
-  AddTone(options, plan.fit, tables, frame);
-  frame.fullDepth = plan.target->depth > 8 || frame.development != nullptr;
   return frame;
 }
 
@@ -106,21 +101,22 @@ std::vector<std::string> NotesOn(const ConvertOptions& options, const Plan& plan
   return notes;
 }
 
-BandConverter::Job JobOf(const ConvertOptions& options, const Plan& plan, ToneTables& tables) {
-  BandConverter::Job job;
+zrcommon::Conversion JobOf(const ConvertOptions& options, const Plan& plan, zr::RGBFilter& filter) {
+  zrcommon::Conversion job;
   job.source = options.source.info->id;
   job.destination = plan.target->id;
   job.width = options.size.width;
   job.height = options.size.height;
-  job.stride = static_cast<std::size_t>(plan.fit.layout.stride);
   job.threads = options.threads;
-  job.options = FrameOptionsOf(options, plan, tables);
+  job.options = FrameOptionsOf(options);
+  AddTone(options, plan.fit, filter, job);
+  job.options.fullDepth = plan.target->depth > 8 || job.development.has_value();
   return job;
 }
 
 }  // namespace
 
-Plan PlanOf(const ConvertOptions& options, ToneTables& tables) {
+Plan PlanOf(const ConvertOptions& options, zr::RGBFilter& filter) {
   RequireInputs(options);
   RequireRegion(options);
   Plan plan;
@@ -132,17 +128,16 @@ Plan PlanOf(const ConvertOptions& options, ToneTables& tables) {
   const Size picture = PictureSize(options);
   plan.target = &TargetOf(options, plan.container, picture);
   RequireDemosaic(options, *plan.target);
-  plan.job = JobOf(options, plan, tables);
+  plan.job = JobOf(options, plan, filter);
   plan.notes = NotesOn(options, plan, picture.width);
   return plan;
 }
 
-void RequireTrueName(const ConvertOptions& options, const Plan& plan, const BandConverter& converter) {
+void RequireTrueName(const ConvertOptions& options, const Plan& plan, zr::MosaicPattern pattern) {
   if (!options.destination || !options.destination->settled) return;
   const std::string quoted = "'" + options.destination->word + "'";
   zr::FrameOptions said;
   said.SetFlags(options.destination->flags);
-  const zr::MosaicPattern pattern = converter.PicturePattern();
   if (IsMosaic(*plan.target) && said.pattern != pattern) {
     throw UsageError(quoted + " would be a wrong name: the picture's pattern is " +
                      std::string(zr::PatternName(pattern)));

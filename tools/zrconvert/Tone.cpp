@@ -34,10 +34,7 @@ zr::Development DevelopmentOf(const ToneOptions& tone) {
   development.gain = Product(tone.balance.value_or(zr::ToneSettings::Channels{}),
                              tone.gain.value_or(zr::ToneSettings::Channels{}));
   if (tone.matrix) development.matrix = *tone.matrix;
-  if (tone.curve) {
-    development.curve = tone.curve->kind;
-    development.points = tone.curve->points;
-  }
+  if (tone.curve) development.curve = tone.curve->kind;
   if (tone.gamma) {
     development.curve = zr::ToneCurve::Gamma;
     development.gamma = *tone.gamma;

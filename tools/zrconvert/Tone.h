@@ -32,7 +32,7 @@ struct ToneOptions {
 // Levels and, for colour, the white balance that a frame asks for, where nothing is given.
 void ChooseTone(ToneOptions& tone, const ZrConvertersLib::FrameStatistics& statistics);
 
-// The points of a curve stay in the options.
+// Without the points of a curve, which stay in the options.
 ZrConvertersLib::Development DevelopmentOf(const ToneOptions& tone);
 
 // The offset, which acts on 8-bit colour at the end.

@@ -7,7 +7,7 @@
 namespace zrgstreamer {
 
 namespace zr = ZrConvertersLib;
-using zrbindings::Refusal;
+using zrcommon::Refusal;
 
 namespace {
 

@@ -13,8 +13,8 @@
 namespace zrgstreamer {
 
 namespace zr = ZrConvertersLib;
-using zrbindings::Refusal;
-using zrbindings::Require;
+using zrcommon::Refusal;
+using zrcommon::Require;
 
 namespace {
 

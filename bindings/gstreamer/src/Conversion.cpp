@@ -3,6 +3,7 @@
 #include <ZrConvertersLib/FrameErrors.h>
 #include <ZrConvertersLib/Measure.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "Buffers.h"
@@ -12,7 +13,8 @@
 namespace zrgstreamer {
 
 namespace zr = ZrConvertersLib;
-using zrbindings::Require;
+using zrcommon::Refusal;
+using zrcommon::Require;
 
 namespace {
 
@@ -23,14 +25,28 @@ zr::Development DevelopmentOf(const Settings& settings) {
   development.gain = {settings.redGain, settings.greenGain, settings.blueGain};
   development.curve = settings.curve;
   development.gamma = settings.gamma;
+  if (!settings.curvePoints.empty()) development.curve = zr::ToneCurve::Points;
+  if (settings.colorMatrix.empty()) return development;
+  if (settings.colorMatrix.size() != development.matrix.size())
+    throw Refusal("color-matrix takes nine numbers");
+  std::ranges::copy(settings.colorMatrix, development.matrix.begin());
   return development;
+}
+
+std::vector<zr::CurvePoint> PointsOf(const Settings& settings) {
+  const auto& numbers = settings.curvePoints;
+  if (numbers.size() % 2 != 0) throw Refusal("curve-points takes pairs of input and output");
+  std::vector<zr::CurvePoint> points;
+  for (std::size_t i = 0; i < numbers.size(); i += 2) points.push_back({numbers[i], numbers[i + 1]});
+  return points;
 }
 
 bool AsksForTone(const Settings& settings) {
   const Settings neutral;
   return settings.automatic || settings.black != neutral.black || settings.white != neutral.white ||
          settings.redGain != neutral.redGain || settings.greenGain != neutral.greenGain ||
-         settings.blueGain != neutral.blueGain || settings.curve != neutral.curve;
+         settings.blueGain != neutral.blueGain || settings.curve != neutral.curve ||
+         !settings.colorMatrix.empty() || !settings.curvePoints.empty();
 }
 
 }  // namespace
@@ -54,7 +70,9 @@ SourceFrame Conversion::SourceOf(const GstCaps* caps) const {
   frame.options.matrix = settings.matrix.value_or(frame.options.matrix);
   frame.options.packing = settings.packing.value_or(frame.options.packing);
   frame.options.demosaic = settings.demosaic;
-  zrbindings::RefuseContradiction(frame.choice, frame.options);
+  frame.options.flipHorizontal = settings.flipHorizontal;
+  frame.options.flipVertical = settings.flipVertical;
+  zrcommon::RefuseContradiction(frame.choice, frame.options);
   return frame;
 }
 
@@ -76,14 +94,15 @@ void Conversion::Configure() {
   if (!settings.automatic) mMeasured.reset();
   mSource = SourceOf(mSourceCaps.get());
   mSource.options.fullDepth = mFormat->Destination()->depth > 8 || AsksForTone(settings);
-  mConverter = std::make_unique<zrbindings::BandedConverter>(
-      zrbindings::Conversion{.source = mSource.format->id,
-                             .destination = mFormat->Destination()->id,
-                             .width = mSource.width,
-                             .height = mSource.height,
-                             .options = mSource.options,
-                             .development = mMeasured ? *mMeasured : DevelopmentOf(settings),
-                             .threads = settings.threads});
+  mConverter = std::make_unique<zrcommon::BandedConverter>(
+      zrcommon::Conversion{.source = mSource.format->id,
+                           .destination = mFormat->Destination()->id,
+                           .width = mSource.width,
+                           .height = mSource.height,
+                           .options = mSource.options,
+                           .development = mMeasured ? *mMeasured : DevelopmentOf(settings),
+                           .points = PointsOf(settings),
+                           .threads = settings.threads});
 }
 
 // The darkest and the lightest thousandth of the samples may be noise and reflections.

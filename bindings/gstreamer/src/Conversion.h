@@ -31,6 +31,10 @@ struct Settings {
   double blueGain = 1.0;
   ZrConvertersLib::ToneCurve curve = ZrConvertersLib::ToneCurve::Linear;
   double gamma = 2.2;
+  std::vector<double> colorMatrix;  ///< nine numbers, row by row, or none
+  std::vector<double> curvePoints;  ///< input and output of each point, or none: as curve says
+  bool flipHorizontal = false;
+  bool flipVertical = false;
   bool automatic = false;  ///< levels and gains from the first frame instead of the above
   unsigned threads = 1;
 };
@@ -65,7 +69,7 @@ class Conversion {
   std::optional<ZrConvertersLib::Development> mMeasured;  // what the first frame has told
   GstVideoInfo mPicture{};
   const RawFormat* mFormat = nullptr;
-  std::unique_ptr<zrbindings::BandedConverter> mConverter;
+  std::unique_ptr<zrcommon::BandedConverter> mConverter;
   std::vector<std::uint8_t> mScratch;  // a picture that cannot be written in place
 };
 

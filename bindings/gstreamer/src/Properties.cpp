@@ -28,6 +28,10 @@ enum Id : guint {
   kBlueGain,
   kCurve,
   kGamma,
+  kColorMatrix,
+  kCurvePoints,
+  kFlipHorizontal,
+  kFlipVertical,
   kAutomatic,
   kThreads
 };
@@ -36,30 +40,32 @@ constexpr gint kAuto = -1;
 
 // An enumeration type of words that live as long as the program. GLib keeps the array for ever.
 GType EnumType(const char* name, std::vector<GEnumValue> values) {
+  static auto& kept = *new std::vector<std::vector<GEnumValue>>;
   values.push_back({0, nullptr, nullptr});
-  return g_enum_register_static(name, (new std::vector<GEnumValue>(std::move(values)))->data());
+  kept.push_back(std::move(values));
+  return g_enum_register_static(name, kept.back().data());
 }
 
 template <typename Value, std::size_t kCount>
-std::vector<GEnumValue> ValuesOf(const std::array<zrbindings::Word<Value>, kCount>& words) {
+std::vector<GEnumValue> ValuesOf(const std::array<zrcommon::Word<Value>, kCount>& words) {
   std::vector<GEnumValue> values;
   for (const auto& word : words) values.push_back({static_cast<gint>(word.value), word.meaning, word.text});
   return values;
 }
 
 GType DemosaicType() {
-  static const GType type = EnumType("ZrConvertDemosaic", ValuesOf(zrbindings::kDemosaics));
+  static const GType type = EnumType("ZrConvertDemosaic", ValuesOf(zrcommon::kDemosaics));
   return type;
 }
 
 GType CurveType() {
-  static const GType type = EnumType("ZrConvertCurve", ValuesOf(zrbindings::kCurves));
+  static const GType type = EnumType("ZrConvertCurve", ValuesOf(zrcommon::kCurves));
   return type;
 }
 
 GType MatrixType() {
   static const GType type = [] {
-    auto values = ValuesOf(zrbindings::kMatrices);
+    auto values = ValuesOf(zrcommon::kMatrices);
     values.insert(values.begin(), {kAuto, "As caps or source-format say", "auto"});
     return EnumType("ZrConvertMatrix", values);
   }();
@@ -68,7 +74,7 @@ GType MatrixType() {
 
 GType PackingType() {
   static const GType type = [] {
-    auto values = ValuesOf(zrbindings::kPackings);
+    auto values = ValuesOf(zrcommon::kPackings);
     values.insert(values.begin(), {kAuto, "As source-format says", "auto"});
     return EnumType("ZrConvertPacking", values);
   }();
@@ -78,7 +84,7 @@ GType PackingType() {
 GType PatternType() {
   static const GType type = [] {
     std::vector<GEnumValue> values{{kAuto, "As caps or source-format say", "auto"}};
-    for (const std::string_view name : zrbindings::PatternNames()) {
+    for (const std::string_view name : zrcommon::PatternNames()) {
       const char* text = g_intern_string(std::string(name).c_str());
       values.push_back({static_cast<gint>(values.size()) - 1, text, text});
     }
@@ -121,6 +127,52 @@ double* FactorOf(Settings& settings, guint id) {
     default:
       return nullptr;
   }
+}
+
+// The list of numbers that an id stands for; null for the others.
+std::vector<double>* ListOf(Settings& settings, guint id) {
+  if (id == kColorMatrix) return &settings.colorMatrix;
+  return id == kCurvePoints ? &settings.curvePoints : nullptr;
+}
+
+void InstallList(GObjectClass* object, Id id, const char* name, const char* text) {
+  GParamSpec* number = g_param_spec_double("number", "number", "One of the numbers", -G_MAXDOUBLE,
+                                           G_MAXDOUBLE, 0.0, Flags(true));
+  g_object_class_install_property(object, id, gst_param_spec_array(name, name, text, number, Flags(true)));
+}
+
+std::vector<double> ListOf(const GValue* array) {
+  std::vector<double> numbers(gst_value_array_get_size(array));
+  for (guint i = 0; i < numbers.size(); ++i)
+    numbers[i] = g_value_get_double(gst_value_array_get_value(array, i));
+  return numbers;
+}
+
+void SetList(GValue* array, const std::vector<double>& numbers) {
+  for (const double number : numbers) {
+    GValue value = G_VALUE_INIT;
+    g_value_init(&value, G_TYPE_DOUBLE);
+    g_value_set_double(&value, number);
+    gst_value_array_append_and_take_value(array, &value);
+  }
+}
+
+// The switch that an id stands for; null for the others.
+bool* SwitchOf(Settings& settings, guint id) {
+  switch (id) {
+    case kFlipHorizontal:
+      return &settings.flipHorizontal;
+    case kFlipVertical:
+      return &settings.flipVertical;
+    case kAutomatic:
+      return &settings.automatic;
+    default:
+      return nullptr;
+  }
+}
+
+void InstallSwitch(GObjectClass* object, Id id, const char* name, const char* text) {
+  g_object_class_install_property(object, id, g_param_spec_boolean(name, name, text, FALSE, Flags(true)));
 }
 
 void InstallChoice(GObjectClass* object, Id id, const char* name, const char* text, GType type,
@@ -167,10 +219,13 @@ void InstallProperties(GObjectClass* object) {
   InstallFactor(object, kBlueGain, "blue-gain", "Factor of blue", 1.0);
   InstallChoice(object, kCurve, "curve", "From linear light to what is shown", CurveType(), 0);
   InstallFactor(object, kGamma, "gamma", "Exponent of curve=gamma", 2.2);
-  g_object_class_install_property(
-      object, kAutomatic,
-      g_param_spec_boolean("auto", "auto", "Levels, and gains of colour, from the first frame", FALSE,
-                           Flags(true)));
+  InstallList(object, kColorMatrix, "color-matrix",
+              "What red, then green, then blue takes of the three after the gains: nine numbers");
+  InstallList(object, kCurvePoints, "curve-points",
+              "Input and output of each point of a curve, from 0 to 1, which replaces the property curve");
+  InstallSwitch(object, kFlipHorizontal, "flip-horizontal", "Whether the last column comes first");
+  InstallSwitch(object, kFlipVertical, "flip-vertical", "Whether the last line comes first");
+  InstallSwitch(object, kAutomatic, "auto", "Levels, and gains of colour, from the first frame");
   InstallNumber(object, kThreads, "threads", "Threads that share each frame (0: one for each processor)",
                 1024, 1);
 }
@@ -178,6 +233,14 @@ void InstallProperties(GObjectClass* object) {
 bool WriteProperty(Settings& settings, guint id, const GValue* value) {
   if (double* factor = FactorOf(settings, id)) {
     *factor = g_value_get_double(value);
+    return true;
+  }
+  if (std::vector<double>* list = ListOf(settings, id)) {
+    *list = ListOf(value);
+    return true;
+  }
+  if (bool* on = SwitchOf(settings, id)) {
+    *on = g_value_get_boolean(value);
     return true;
   }
   switch (id) {
@@ -210,9 +273,6 @@ bool WriteProperty(Settings& settings, guint id, const GValue* value) {
     case kCurve:
       settings.curve = static_cast<zr::ToneCurve>(g_value_get_enum(value));
       return true;
-    case kAutomatic:
-      settings.automatic = g_value_get_boolean(value);
-      return true;
     case kThreads:
       settings.threads = g_value_get_uint(value);
       return true;
@@ -225,6 +285,14 @@ bool ReadProperty(const Settings& settings, guint id, GValue* value) {
   Settings copy = settings;
   if (const double* factor = FactorOf(copy, id)) {
     g_value_set_double(value, *factor);
+    return true;
+  }
+  if (const std::vector<double>* list = ListOf(copy, id)) {
+    SetList(value, *list);
+    return true;
+  }
+  if (const bool* on = SwitchOf(copy, id)) {
+    g_value_set_boolean(value, *on);
     return true;
   }
   switch (id) {
@@ -254,9 +322,6 @@ bool ReadProperty(const Settings& settings, guint id, GValue* value) {
       return true;
     case kCurve:
       g_value_set_enum(value, static_cast<gint>(settings.curve));
-      return true;
-    case kAutomatic:
-      g_value_set_boolean(value, settings.automatic);
       return true;
     case kThreads:
       g_value_set_uint(value, settings.threads);

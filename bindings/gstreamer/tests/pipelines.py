@@ -69,6 +69,10 @@ class Pipelines(unittest.TestCase):
         self.check(path, "BayerRG12p", WIDTH, HEIGHT,
                    options=["demosaic=directional", "black=20", "red-gain=1.5", "blue-gain=2", "curve=gamma"],
                    arguments=["-d", "directional", "--black", "20", "--gain", "1.5,1,2", "--gamma", "2.2"])
+        self.check(path, "BayerRG12p", WIDTH, HEIGHT,
+                   options=["color-matrix=<0,1,0,1,0,0,0.5,0,0.5>", "curve-points=<0,0,1,1>", "flip-vertical=true",
+                            "flip-horizontal=true"],
+                   arguments=["--color-matrix", "0,1,0,1,0,0,0.5,0,0.5", "--flip", "--flip-horizontal"])
         self.check(path, "BayerRG12p", WIDTH, HEIGHT, options=["demosaic=directional", "auto=true", "curve=srgb"],
                    arguments=["-d", "directional", "--auto", "--curve", "srgb"])
 

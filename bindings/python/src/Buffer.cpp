@@ -25,7 +25,7 @@ char ItemLetter(const Py_buffer& view) {
 
 zr::FrameLayout LayoutOf(const FrameKind& frame) {
   zr::FrameLayout layout;
-  zrbindings::Require(zr::DescribeFrame(frame.format->id, frame.width, frame.height, 0, layout));
+  zrcommon::Require(zr::DescribeFrame(frame.format->id, frame.width, frame.height, 0, layout));
   return layout;
 }
 

@@ -11,9 +11,9 @@ namespace zr = ZrConvertersLib;
 
 namespace {
 
-zrbindings::Conversion ConversionOf(const zr::FormatChoice& source, const zr::FormatChoice& destination,
-                                    std::uint32_t width, std::uint32_t height, const py::dict& keywords) {
-  zrbindings::Conversion conversion;
+zrcommon::Conversion ConversionOf(const zr::FormatChoice& source, const zr::FormatChoice& destination,
+                                  std::uint32_t width, std::uint32_t height, const py::dict& keywords) {
+  zrcommon::Conversion conversion;
   conversion.source = source.id;
   conversion.destination = destination.id;
   conversion.width = width;
@@ -27,6 +27,7 @@ zrbindings::Conversion ConversionOf(const zr::FormatChoice& source, const zr::Fo
 Converter::Converter(const zr::FormatChoice& source, const zr::FormatChoice& destination, std::uint32_t width,
                      std::uint32_t height, const py::dict& keywords)
     : mSource{&InfoOf(source.id), width, height},
+      mFilter(keywords.attr("get")("filter")),
       mConverter(ConversionOf(source, destination, width, height, keywords)) {
   mDestination = {&InfoOf(destination.id), Facts().Width(), Facts().Height()};
 }

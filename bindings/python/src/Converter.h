@@ -39,8 +39,9 @@ class Converter {
 
   FrameKind mSource;
   FrameKind mDestination;
-  std::mutex mMutex;  // one thread at a time uses mConverter
-  zrbindings::BandedConverter mConverter;
+  pybind11::object mFilter;  // keeps the tables that mConverter reads
+  std::mutex mMutex;         // one thread at a time uses mConverter
+  zrcommon::BandedConverter mConverter;
 };
 
 }  // namespace zrpython

@@ -3,10 +3,13 @@
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/FormatCodes.h>
 #include <ZrConvertersLib/Measure.h>
+#include <ZrConvertersLib/RGBFilter.h>
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 
@@ -24,7 +27,8 @@ namespace zr = ZrConvertersLib;
 constexpr const char* kConverterText = R"(Converts frames of one kind; made once and called at frame rate.
 
 Converter(source, destination, width, height, *, pattern=None, demosaic=None, matrix=None, packing=None,
-          black=None, white=None, gain=None, color_matrix=None, curve=None, gamma=None, full_depth=False, flip_vertical=False, flip_horizontal=False, region=None, threads=1)
+          black=None, white=None, gain=None, color_matrix=None, curve=None, gamma=None, filter=None, full_depth=False,
+          flip_vertical=False, flip_horizontal=False, region=None, threads=1)
 
 source, destination: formats. width, height: size of the frame in pixels.
 pattern: how a mosaic begins, 'RGGB' for instance; as the source's name or code says, else the family's first.
@@ -34,12 +38,25 @@ matrix: of YCbCr, '601' or '709' (video range) or 'jpeg' (full range); as the so
 packing: order of the low bits in packed samples, 'type', 'gige-vision' or 'csi2'; as the source says, else 'type'.
 black, white: samples that become black and white, in counts of the source's samples; black may be three numbers.
 gain: factors of red, green and blue, or one. color_matrix: three rows of three numbers, applied after the gains.
-curve: 'linear', 'srgb' or 'gamma'; gamma: exponent of the latter, which it chooses. All of these act in this order at
-    the full depth of the source, on any destination.
+curve: 'linear', 'srgb' or 'gamma', or points (input, output) from 0 to 1, inputs ascending, with straight lines
+    between them; gamma: exponent of 'gamma', which it chooses. All of these act in this order at the full depth of the
+    source, on any destination.
+filter: an RGBFilter, for destinations of 8-bit colour.
 full_depth: keep the depth of YCbCr of 10 and 12 bits, which is cut to 8 otherwise.
 flip_vertical, flip_horizontal: the last line, or column, of the picture comes first.
 region: (x, y, width, height) of the frame to convert, in pixels; width or height 0 reach to the edge.
 threads: threads that share each frame, 0 for one per processor. Pictures do not depend on it.)";
+
+constexpr const char* kFilterText =
+    R"(Tables for the channels of 8-bit colour, which are applied to it after the conversion.
+
+RGBFilter(*, gamma=1.0, black=0.0, balance=1.0, gain=1.0, offset=0.0)
+
+light = max(0, value - black) * 255 / (255 - black) * balance * gain
+output = 255 * (light / 255) ** (1 / gamma) + offset, rounded and cut to 0 to 255
+
+balance, gain and offset are one number or those of red, green and blue. Options such as black, gain and curve of a
+Converter act at the full depth of the source and suit every destination.)";
 
 constexpr const char* kConvertMethodText = R"(Converts a frame and returns the picture.
 
@@ -73,7 +90,7 @@ std::vector<const zr::FormatInfo*> DestinationsOf(const zr::FormatInfo& source) 
 zr::FrameLayout DescribeFrame(py::handle format, std::uint64_t width, std::uint64_t height,
                               std::uint64_t stride) {
   zr::FrameLayout layout;
-  zrbindings::Require(zr::DescribeFrame(FormatOf(format).id, width, height, stride, layout));
+  zrcommon::Require(zr::DescribeFrame(FormatOf(format).id, width, height, stride, layout));
   return layout;
 }
 
@@ -91,6 +108,8 @@ void BindFormats(py::module_& module) {
       .def_readonly("width_multiple", &FormatInfo::widthMultiple)
       .def_readonly("is_source", &FormatInfo::isSource)
       .def_readonly("is_destination", &FormatInfo::isDestination)
+      .def_readonly("takes_filter", &FormatInfo::takesFilter,
+                    "Whether, as a destination, it applies an RGBFilter.")
       .def_readonly("layout", &FormatInfo::layout)
       .def_property_readonly("destinations", &DestinationsOf, py::return_value_policy::reference,
                              "Formats that this one converts to.")
@@ -159,14 +178,14 @@ zr::FrameStatistics MeasureFrame(const py::object& frame, py::handle format, std
                                  std::uint32_t height, std::size_t stride, std::uint32_t lineStep,
                                  const py::kwargs& keywords) {
   const zr::FormatChoice choice = FormatOf(format);
-  zrbindings::Conversion conversion;
+  zrcommon::Conversion conversion;
   ReadOptions(choice, keywords, conversion);
   const Buffer buffer(frame, Buffer::Access::Read, "frame");
   const FrameMemory memory = SourceMemory(buffer, {&InfoOf(choice.id), width, height}, stride);
   const zr::FrameOptions& options = conversion.options;
   zr::FrameStatistics statistics;
   const py::gil_scoped_release released;
-  zrbindings::Require(zr::MeasureFrame(
+  zrcommon::Require(zr::MeasureFrame(
       choice.id, {memory.data, memory.size, memory.stride, width, height},
       {options.pattern, options.matrix, options.packing, options.region, lineStep}, statistics));
   return statistics;
@@ -218,10 +237,45 @@ void BindStatistics(py::module_& module) {
       "Measures a frame, or every n-th of its lines; pattern, matrix, packing and region as of Converter.");
 }
 
+std::unique_ptr<zr::RGBFilter> FilterOfTone(double gamma, double black, py::handle balance, py::handle gain,
+                                            py::handle offset) {
+  auto filter = std::make_unique<zr::RGBFilter>();
+  zrcommon::Require(filter->SetTone({gamma, black, ChannelsOf("balance", balance), ChannelsOf("gain", gain),
+                                     ChannelsOf("offset", offset)}));
+  return filter;
+}
+
+std::unique_ptr<zr::RGBFilter> FilterOfMultipliers(py::handle gain, std::array<int, 3> offset) {
+  auto filter = std::make_unique<zr::RGBFilter>();
+  const auto [red, green, blue] = ChannelsOf("gain", gain);
+  zrcommon::Require(filter->SetMultipliers(red, green, blue, offset[0], offset[1], offset[2]));
+  return filter;
+}
+
+py::array FilterTables(const zr::RGBFilter& filter) {
+  constexpr py::ssize_t kValues = 256;
+  py::array_t<std::uint8_t> tables({py::ssize_t{3}, kValues});
+  py::ssize_t channel = 0;
+  for (const unsigned char* table : {filter.GetRed(), filter.GetGreen(), filter.GetBlue()})
+    std::copy_n(table, kValues, tables.mutable_data(channel++, 0));
+  return tables;
+}
+
+void BindFilter(py::module_& module) {
+  py::class_<zr::RGBFilter>(module, "RGBFilter", kFilterText)
+      .def(py::init(&FilterOfTone), py::kw_only(), py::arg("gamma") = 1.0, py::arg("black") = 0.0,
+           py::arg("balance") = 1.0, py::arg("gain") = 1.0, py::arg("offset") = 0.0)
+      .def_static("multipliers", &FilterOfMultipliers, py::arg("gain") = 1.0,
+                  py::arg("offset") = std::array{0, 0, 0},
+                  "Tables of value x gain + offset, rounded and cut to 0 to 255.")
+      .def_property_readonly("tables", &FilterTables,
+                             "The tables of red, green and blue: a copy, (3, 256), uint8.");
+}
+
 void TranslateRefusal(std::exception_ptr pointer) {
   try {
     if (pointer) std::rethrow_exception(pointer);
-  } catch (const zrbindings::Refusal& refusal) {
+  } catch (const zrcommon::Refusal& refusal) {
     PyErr_SetString(PyExc_ValueError, refusal.what());
   }
 }
@@ -233,6 +287,7 @@ PYBIND11_MODULE(_zrconverters, module) {
   using namespace zrpython;
   py::register_exception_translator(&TranslateRefusal);
   BindFormats(module);
+  BindFilter(module);
   BindLayouts(module);
   BindConverter(module);
   BindStatistics(module);

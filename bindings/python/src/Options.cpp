@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include <ZrConvertersLib/RGBFilter.h>
 #include <pybind11/stl.h>
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace zrpython {
 
 namespace py = pybind11;
 namespace zr = ZrConvertersLib;
-using zrbindings::Conversion;
+using zrcommon::Conversion;
 
 namespace {
 
@@ -31,19 +32,22 @@ zr::Region RegionOf(py::handle value) {
   return {x, y, width, height};
 }
 
-zr::ToneSettings::Channels ChannelsOf(const char* name, py::handle value) {
-  if (!PySequence_Check(value.ptr())) {
-    const auto all = Cast<double>(name, value);
-    return {all, all, all};
-  }
-  const auto [red, green, blue] = Cast<std::array<double, 3>>(name, value);
-  return {red, green, blue};
-}
-
 // Asked for by the first of its keywords.
 zr::Development& DevelopmentOf(Conversion& conversion) {
   if (!conversion.development) conversion.development.emplace();
   return *conversion.development;
+}
+
+// A word, or the points of a curve.
+void ReadCurve(const char* name, py::handle value, Conversion& conversion) {
+  zr::Development& development = DevelopmentOf(conversion);
+  if (py::isinstance<py::str>(value)) {
+    development.curve = zrcommon::ValueOf(zrcommon::kCurves, name, Cast<std::string>(name, value));
+    return;
+  }
+  development.curve = zr::ToneCurve::Points;
+  for (const auto& [input, output] : Cast<std::vector<std::array<double, 2>>>(name, value))
+    conversion.points.push_back({input, output});
 }
 
 struct Keyword {
@@ -54,22 +58,22 @@ struct Keyword {
 constexpr std::array kKeywords{
     Keyword{"pattern",
             [](const char* name, py::handle value, Conversion& conversion) {
-              conversion.options.pattern = zrbindings::PatternOf(Cast<std::string>(name, value));
+              conversion.options.pattern = zrcommon::PatternOf(Cast<std::string>(name, value));
             }},
     Keyword{"demosaic",
             [](const char* name, py::handle value, Conversion& conversion) {
               conversion.options.demosaic =
-                  zrbindings::ValueOf(zrbindings::kDemosaics, name, Cast<std::string>(name, value));
+                  zrcommon::ValueOf(zrcommon::kDemosaics, name, Cast<std::string>(name, value));
             }},
     Keyword{"matrix",
             [](const char* name, py::handle value, Conversion& conversion) {
               conversion.options.matrix =
-                  zrbindings::ValueOf(zrbindings::kMatrices, name, Cast<std::string>(name, value));
+                  zrcommon::ValueOf(zrcommon::kMatrices, name, Cast<std::string>(name, value));
             }},
     Keyword{"packing",
             [](const char* name, py::handle value, Conversion& conversion) {
               conversion.options.packing =
-                  zrbindings::ValueOf(zrbindings::kPackings, name, Cast<std::string>(name, value));
+                  zrcommon::ValueOf(zrcommon::kPackings, name, Cast<std::string>(name, value));
             }},
     Keyword{"black",
             [](const char* name, py::handle value, Conversion& conversion) {
@@ -86,15 +90,15 @@ constexpr std::array kKeywords{
               const auto rows = Cast<std::array<std::array<double, 3>, 3>>(name, value);
               for (std::size_t i = 0; i < 9; ++i) DevelopmentOf(conversion).matrix[i] = rows[i / 3][i % 3];
             }},
-    Keyword{"curve",
-            [](const char* name, py::handle value, Conversion& conversion) {
-              DevelopmentOf(conversion).curve =
-                  zrbindings::ValueOf(zrbindings::kCurves, name, Cast<std::string>(name, value));
-            }},
+    Keyword{"curve", &ReadCurve},
     Keyword{"gamma",
             [](const char* name, py::handle value, Conversion& conversion) {
               DevelopmentOf(conversion).curve = zr::ToneCurve::Gamma;
               DevelopmentOf(conversion).gamma = Cast<double>(name, value);
+            }},
+    Keyword{"filter",
+            [](const char* name, py::handle value, Conversion& conversion) {
+              conversion.options.filter = Cast<const zr::RGBFilter*>(name, value);
             }},
     Keyword{"full_depth",
             [](const char* name, py::handle value, Conversion& conversion) {
@@ -116,13 +120,22 @@ constexpr std::array kKeywords{
 
 }  // namespace
 
+zr::ToneSettings::Channels ChannelsOf(const char* name, py::handle value) {
+  if (!PySequence_Check(value.ptr())) {
+    const auto all = Cast<double>(name, value);
+    return {all, all, all};
+  }
+  const auto [red, green, blue] = Cast<std::array<double, 3>>(name, value);
+  return {red, green, blue};
+}
+
 zr::FormatChoice FormatOf(py::handle word) {
   if (py::isinstance<zr::FormatInfo>(word)) return {word.cast<const zr::FormatInfo&>().id, 0, false};
   if (!py::isinstance<py::str>(word) && !py::isinstance<py::int_>(word))
     throw py::type_error("a format is a name, a code or a Format, not " + py::repr(word).cast<std::string>());
   zr::FormatChoice choice;
   const auto text = py::str(word).cast<std::string>();
-  zrbindings::Require(zr::ReadFormat(text, choice), "'" + text + "'");
+  zrcommon::Require(zr::ReadFormat(text, choice), "'" + text + "'");
   return choice;
 }
 
@@ -138,7 +151,7 @@ void ReadOptions(const zr::FormatChoice& settled, const py::dict& keywords, Conv
     if (found == kKeywords.end()) throw py::type_error("there is no option '" + name + "'");
     if (!value.is_none()) found->read(found->name, value, conversion);
   }
-  zrbindings::RefuseContradiction(settled, conversion.options);
+  zrcommon::RefuseContradiction(settled, conversion.options);
 }
 
 }  // namespace zrpython

@@ -28,7 +28,7 @@ Pictures
 
 Formats
     A format is a Format, a name or a code as text ("Bayer12p", "BayerRG12p", "0x010C0059") or the 32-bit code that a
-    camera reports, as a number. A name or code that says a mosaic's pattern or a YCbCr matrix sets that option.
+    camera or V4L2 reports, as a number. A name or code that says a mosaic's pattern or a YCbCr matrix sets that option.
 
 Development
     Levels, gains, a colour matrix and a tone curve act at the full depth of the source: see Converter. measure() counts
@@ -50,6 +50,7 @@ from ._zrconverters import (
     Format,
     FrameLayout,
     FrameStatistics,
+    RGBFilter,
     convert,
     describe_frame,
     find_format,
@@ -58,8 +59,8 @@ from ._zrconverters import (
 )
 
 __all__ = [
-    "ChannelStatistics", "Converter", "Format", "FrameLayout", "FrameStatistics", "automatic", "convert",
-    "describe_frame", "find_format", "formats", "measure",
+    "ChannelStatistics", "Converter", "Format", "FrameLayout", "FrameStatistics", "RGBFilter", "automatic",
+    "convert", "describe_frame", "find_format", "formats", "measure",
 ]
 
 

@@ -4,8 +4,8 @@ from _typeshed import ReadableBuffer, WriteableBuffer
 import numpy
 
 __all__ = [
-    "ChannelStatistics", "Converter", "Format", "FrameLayout", "FrameStatistics", "automatic", "convert",
-    "describe_frame", "find_format", "formats", "measure",
+    "ChannelStatistics", "Converter", "Format", "FrameLayout", "FrameStatistics", "RGBFilter", "automatic",
+    "convert", "describe_frame", "find_format", "formats", "measure",
 ]
 
 _Array = numpy.ndarray[Any, Any]
@@ -20,7 +20,7 @@ _Matrix = Literal["601", "709", "jpeg"]
 _Packing = Literal["type", "gige-vision", "csi2"]
 _Channels = Union[float, Tuple[float, float, float]]
 _ColorMatrix = Sequence[Sequence[float]]
-_Curve = Literal["linear", "srgb", "gamma"]
+_Curve = Union[Literal["linear", "srgb", "gamma"], Sequence[Tuple[float, float]], _Array]
 _Region = Tuple[int, int, int, int]
 
 class Format:
@@ -45,6 +45,8 @@ class Format:
     @property
     def is_destination(self) -> bool: ...
     @property
+    def takes_filter(self) -> bool: ...
+    @property
     def layout(self) -> str: ...
     @property
     def destinations(self) -> List[Format]: ...
@@ -68,6 +70,21 @@ class FrameLayout:
 
 def describe_frame(format: _Format, width: int, height: int, stride: int = 0) -> FrameLayout: ...
 
+class RGBFilter:
+    def __init__(
+        self,
+        *,
+        gamma: float = 1.0,
+        black: float = 0.0,
+        balance: _Channels = 1.0,
+        gain: _Channels = 1.0,
+        offset: _Channels = 0.0,
+    ) -> None: ...
+    @staticmethod
+    def multipliers(gain: _Channels = 1.0, offset: Tuple[int, int, int] = (0, 0, 0)) -> RGBFilter: ...
+    @property
+    def tables(self) -> _Array: ...
+
 class Converter:
     def __init__(
         self,
@@ -86,6 +103,7 @@ class Converter:
         color_matrix: Optional[_ColorMatrix] = None,
         curve: Optional[_Curve] = None,
         gamma: Optional[float] = None,
+        filter: Optional[RGBFilter] = None,
         full_depth: bool = False,
         flip_vertical: bool = False,
         flip_horizontal: bool = False,
@@ -173,6 +191,7 @@ def convert(
     color_matrix: Optional[_ColorMatrix] = None,
     curve: Optional[_Curve] = None,
     gamma: Optional[float] = None,
+    filter: Optional[RGBFilter] = None,
     full_depth: bool = False,
     flip_vertical: bool = False,
     flip_horizontal: bool = False,
@@ -199,6 +218,7 @@ def convert(
     color_matrix: Optional[_ColorMatrix] = None,
     curve: Optional[_Curve] = None,
     gamma: Optional[float] = None,
+    filter: Optional[RGBFilter] = None,
     full_depth: bool = False,
     flip_vertical: bool = False,
     flip_horizontal: bool = False,

@@ -1,6 +1,6 @@
 #include "Workers.h"
 
-namespace zrbindings {
+namespace zrcommon {
 
 Workers::Workers(unsigned count) {
   mThreads.reserve(count - 1);
@@ -45,4 +45,4 @@ const std::function<void(unsigned)>* Workers::WaitForJob(unsigned& seen) {
   return mJob;
 }
 
-}  // namespace zrbindings
+}  // namespace zrcommon

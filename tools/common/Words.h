@@ -1,4 +1,4 @@
-// The options that are chosen by a word, and their words, which are those of the tool zrconvert.
+// The options that are chosen by a word, and their words.
 #pragma once
 
 #include <ZrConvertersLib/Format.h>
@@ -13,7 +13,7 @@
 
 #include "Refusal.h"
 
-namespace zrbindings {
+namespace zrcommon {
 
 template <typename Value>
 struct Word {
@@ -90,4 +90,4 @@ inline void RefuseContradiction(const ZrConvertersLib::FormatChoice& source,
   throw Refusal("the source format's name or code says another pattern or matrix");
 }
 
-}  // namespace zrbindings
+}  // namespace zrcommon

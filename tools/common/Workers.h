@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-namespace zrbindings {
+namespace zrcommon {
 
 /// Threads are started once and wait between jobs, so that a job costs two wake-ups and no start.
 class Workers {
@@ -35,4 +35,4 @@ class Workers {
   std::vector<std::jthread> mThreads;
 };
 
-}  // namespace zrbindings
+}  // namespace zrcommon

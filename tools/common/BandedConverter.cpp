@@ -6,7 +6,7 @@
 
 #include "Refusal.h"
 
-namespace zrbindings {
+namespace zrcommon {
 
 namespace zr = ZrConvertersLib;
 
@@ -21,7 +21,9 @@ unsigned BandsOf(const Conversion& conversion) {
 
 BandedConverter::BandedConverter(const Conversion& conversion) : mConverters(BandsOf(conversion)) {
   zr::FrameOptions options = conversion.options;
-  options.development = conversion.development ? &*conversion.development : nullptr;
+  zr::Development development = conversion.development.value_or(zr::Development());
+  development.points = conversion.points;
+  options.development = conversion.development ? &development : nullptr;
   for (zr::FrameConverter& converter : mConverters) {
     Require(converter.Configure(conversion.source, conversion.destination, conversion.width,
                                 conversion.height, options));
@@ -57,4 +59,4 @@ Workers& BandedConverter::WorkersOfThisProcess() {
   return *mWorkers;
 }
 
-}  // namespace zrbindings
+}  // namespace zrcommon

@@ -12,7 +12,7 @@
 
 #include "Workers.h"
 
-namespace zrbindings {
+namespace zrcommon {
 
 /// What is converted into what.
 struct Conversion {
@@ -21,8 +21,9 @@ struct Conversion {
   std::uint32_t width = 0;   ///< of the source frame, in pixels
   std::uint32_t height = 0;  ///< of the source frame, in lines
   ZrConvertersLib::FrameOptions options;
-  std::optional<ZrConvertersLib::Development> development;  ///< its points must outlive the constructor
-  unsigned threads = 1;                                     ///< 0: one for each processor
+  std::optional<ZrConvertersLib::Development> development;
+  std::vector<ZrConvertersLib::CurvePoint> points;  ///< of ToneCurve::Points
+  unsigned threads = 1;                             ///< 0: one for each processor
 };
 
 /// One FrameConverter for each band. Serves one thread at a time.
@@ -50,4 +51,4 @@ class BandedConverter {
   pid_t mProcess = 0;  // the process that started them: a fork has none of its parent's threads
 };
 
-}  // namespace zrbindings
+}  // namespace zrcommon
