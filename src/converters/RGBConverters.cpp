@@ -46,12 +46,14 @@ ZR_CONVERTERS(RGB16_Planar, RGBPlanarWordsTo)
 
 /// Chains by way of the 8-bit and of the 16-bit type of the same channels. Their unpackers are no pairs of
 /// the registry: packed types convert to those types by chains.
+// NOLINTBEGIN(bugprone-macro-parentheses): the name of a template cannot stand in parentheses
 #define ZR_PACKED(source, unpacker, channels, samplesPerPixel)                                            \
   unpacker<OutputMono8> s##source##Samples8{FormatOf(PixelTypeIds::source), PixelTypeIds::channels##8,    \
                                             false, samplesPerPixel};                                      \
   unpacker<OutputMono16> s##source##Samples16{FormatOf(PixelTypeIds::source), PixelTypeIds::channels##16, \
                                               false, samplesPerPixel};                                    \
   ZR_DESTINATIONS(ZR_PACKED_CHAIN, source, channels)
+// NOLINTEND(bugprone-macro-parentheses)
 #define ZR_PACKED_CHAIN(name, type, chained, bytes, planes, depth, kind, path, source, channels) \
   FusedChain s##source##To##chained{&s##source##Samples##path, &s##channels##path##To##name};
 

@@ -98,11 +98,12 @@ SCF1Pixels::SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& r
 void SCF1Pixels::Write(SCF1Planes& planes, std::ptrdiff_t rowsApart, const MosaicColumns& columns,
                        std::uint32_t count, std::uint8_t* destination, std::ptrdiff_t destinationStep) const {
   LineBlock block{{planes.row[0].First(), planes.row[1].First(), planes.row[2].First()},
-                  {destination + mPlan.DestinationBytes(columns.first)},
+                  {},
                   columns.Count(),
                   count,
                   rowsApart,
                   destinationStep};
+  block.destination[0] = destination + mPlan.DestinationBytes(columns.first);
   if (mGreenOnly) block.source[0] = block.source[1];
   mPlan.Run(block);
 }

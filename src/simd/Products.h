@@ -25,8 +25,9 @@ ZR_INLINE S16 MultiplyUpper(S16 x, S16 factor) {
 #elif defined(__x86_64__)
   return As<S16>(_mm_mulhi_epi16(As<Native>(x), As<Native>(factor)));
 #elif defined(__wasm_simd128__)
-  return As<S16>(ShuffleTwo<EverySecond<2, 1>>(As<U8>(wasm_i32x4_extmul_low_i16x8(As<Native>(x), As<Native>(factor))),
-                                               As<U8>(wasm_i32x4_extmul_high_i16x8(As<Native>(x), As<Native>(factor)))));
+  return As<S16>(ShuffleTwo<EverySecond<2, 1> >(
+      As<U8>(wasm_i32x4_extmul_low_i16x8(As<Native>(x), As<Native>(factor))),
+      As<U8>(wasm_i32x4_extmul_high_i16x8(As<Native>(x), As<Native>(factor)))));
 #else
   return As<S16>(vqdmulhq_s16(As<int16x8_t>(x), As<int16x8_t>(factor)));
 #endif

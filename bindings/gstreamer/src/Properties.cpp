@@ -49,6 +49,7 @@ GType EnumType(const char* name, std::vector<GEnumValue> values) {
 template <typename Value, std::size_t kCount>
 std::vector<GEnumValue> ValuesOf(const std::array<zrcommon::Word<Value>, kCount>& words) {
   std::vector<GEnumValue> values;
+  values.reserve(kCount + 1);  // the list ends with a value of zeros
   for (const auto& word : words) values.push_back({static_cast<gint>(word.value), word.meaning, word.text});
   return values;
 }

@@ -32,7 +32,7 @@ Converter::Converter(const zr::FormatChoice& source, const zr::FormatChoice& des
   mDestination = {&InfoOf(destination.id), Facts().Width(), Facts().Height()};
 }
 
-py::object Converter::Convert(py::object frame, py::object out, std::size_t stride) {
+py::object Converter::Convert(const py::object& frame, py::object out, std::size_t stride) {
   return Convert(Buffer(frame, Buffer::Access::Read, "frame"), std::move(out), stride);
 }
 

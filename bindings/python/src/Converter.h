@@ -20,7 +20,7 @@ class Converter {
             std::uint32_t width, std::uint32_t height, const pybind11::dict& keywords);
 
   /// @param out  the array or buffer to write, or None for a new array; it is returned
-  pybind11::object Convert(pybind11::object frame, pybind11::object out, std::size_t stride);
+  pybind11::object Convert(const pybind11::object& frame, pybind11::object out, std::size_t stride);
 
   /// The same for a frame that is held already.
   pybind11::object Convert(const Buffer& frame, pybind11::object out, std::size_t stride);

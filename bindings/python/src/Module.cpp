@@ -272,6 +272,7 @@ void BindFilter(py::module_& module) {
                              "The tables of red, green and blue: a copy, (3, 256), uint8.");
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the type that pybind11 takes
 void TranslateRefusal(std::exception_ptr pointer) {
   try {
     if (pointer) std::rethrow_exception(pointer);
