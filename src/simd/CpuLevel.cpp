@@ -76,7 +76,7 @@ CpuFeatures ReadFeatures() {
   return found;
 }
 
-const CpuFeatures& Features() {
+[[maybe_unused]] const CpuFeatures& Features() {
   static const CpuFeatures sFeatures = ReadFeatures();
   return sFeatures;
 }
