@@ -132,7 +132,7 @@ void BilinearDemosaic::RunBeyond(const Work& work, std::uint32_t pair) {
 /// All upper lines are converted before the lower ones, unless planes overlap, where the order matters.
 void BilinearDemosaic::RunPairs(const Work& work, const Pairs& pairs, const ThreeRows& upper,
                                 const ThreeRows& lower) {
-  const std::size_t pixels = static_cast<std::size_t>(std::abs(pairs.count * work.pairs.destinationStep)) /
+  const std::size_t pixels = pairs.count * static_cast<std::size_t>(std::abs(work.pairs.destinationStep)) /
                              mLines.DestinationBytes(1);
   const std::uint32_t together = mLines.PlanesApart(pixels) ? pairs.count : 1;
   for (std::uint32_t i = 0; i < pairs.count; i += together) {
