@@ -85,13 +85,25 @@ void SetTone(double black, double white, double gamma, double red, double green,
   TheTone() = {development, isWanted};
 }
 
+// Levels and gains that the frame asks for.
+ZR_PAGE_EXPORT(automaticTone)
+const char* AutomaticTone(long format, std::uint32_t width, std::uint32_t height, std::uint32_t stride,
+                          unsigned pattern, unsigned matrix, unsigned packing) {
+  zr::MeasureOptions options;
+  options.pattern = static_cast<zr::MosaicPattern>(pattern);
+  options.matrix = static_cast<zr::ColourMatrix>(matrix);
+  options.packing = static_cast<zr::PackingOrder>(packing);
+  return Kept(page::AutomaticToneAsJson({format, width, height, stride}, options, TheFrame()));
+}
+
 ZR_PAGE_EXPORT(convert)
 std::uint32_t Convert(long format, std::uint32_t width, std::uint32_t height, std::uint32_t stride,
-                      unsigned pattern, unsigned demosaic, unsigned matrix) {
+                      unsigned pattern, unsigned demosaic, unsigned matrix, unsigned packing) {
   zr::FrameOptions options;
   options.pattern = static_cast<zr::MosaicPattern>(pattern);
   options.demosaic = static_cast<zr::Demosaic>(demosaic);
   options.matrix = static_cast<zr::ColourMatrix>(matrix);
+  options.packing = static_cast<zr::PackingOrder>(packing);
   options.development = TheTone().isWanted ? &TheTone().development : nullptr;
   options.fullDepth = TheTone().isWanted;
   return TheFrame().Convert({format, width, height, stride}, options).GetCode();

@@ -10,6 +10,8 @@
 
 #include "Json.h"
 #include "SizeGuess.h"
+#include "Tone.h"
+#include "common/Words.h"
 
 namespace page {
 namespace {
@@ -64,6 +66,23 @@ unsigned CountDemosaics(const zr::FormatInfo& format) {
   return count;
 }
 
+// Orders of packed samples, where there are several; what the format's name means comes first.
+std::string PackingsOf(const zr::FormatInfo& format) {
+  zr::FormatChoice choice;
+  zr::FrameOptions meant;
+  if (zr::ReadFormat(format.name, choice).IsSuccess()) meant.SetFlags(choice.flags);
+  std::vector<std::string> packings;
+  for (const auto& [name, order, meaning] : zrcommon::kPackings) {
+    const std::string_view layout = zr::PackingLayout(format.id, order);
+    if (layout.empty()) continue;
+    const std::string packing = Object({{"value", std::to_string(static_cast<unsigned>(order))},
+                                        {"name", Quoted(name)},
+                                        {"layout", Quoted(layout)}});
+    packings.insert(order == meant.packing ? packings.begin() : packings.end(), packing);
+  }
+  return Array(packings.size() > 1 ? packings : std::vector<std::string>());
+}
+
 std::string ToJson(const zr::FormatInfo& format) {
   return Object({{"id", std::to_string(format.id)},
                  {"name", Quoted(format.name)},
@@ -74,6 +93,7 @@ std::string ToJson(const zr::FormatInfo& format) {
                  {"widthMultiple", std::to_string(format.widthMultiple)},
                  {"patterns", PatternsOf(format)},
                  {"demosaics", std::to_string(CountDemosaics(format))},
+                 {"packings", PackingsOf(format)},
                  {"layout", Quoted(format.layout)},
                  {"codes", CodesOf(format)}});
 }
@@ -112,6 +132,19 @@ std::string LayoutAsJson(long format, std::uint32_t width, std::uint32_t height,
                  {"stride", std::to_string(layout.stride)},
                  {"frameBytes", std::to_string(layout.frameBytes)},
                  {"leastBytes", std::to_string(layout.leastBytes)}});
+}
+
+std::string AutomaticToneAsJson(const Geometry& geometry, const zr::MeasureOptions& options,
+                                const Frame& frame) {
+  zr::FrameStatistics statistics;
+  const auto result = zr::MeasureFrame(geometry.format, ViewOf(geometry, frame.Bytes()), options, statistics);
+  if (!result.IsSuccess()) return Object({{"error", Quoted(zr::ResultText(result))}});
+  zrconvert::ToneOptions tone;
+  zrconvert::ChooseTone(tone, statistics);
+  const auto& [red, green, blue] = *tone.balance;
+  return Object({{"black", std::to_string(*tone.black)},
+                 {"white", std::to_string(*tone.white)},
+                 {"balance", Array({std::to_string(red), std::to_string(green), std::to_string(blue)})}});
 }
 
 }  // namespace page

@@ -124,8 +124,9 @@ std::vector<std::string> SamplesOfPlanes(const Site& site, const Group& group) {
   return samples;
 }
 
-// A packed mosaic unpacked keeps its samples; grey has bit 15 for the samples' highest.
-std::vector<std::string> SamplesOfPair(const Site& site) {
+// As the library unpacks them. A packed mosaic unpacked keeps its samples; grey has bit 15 for the samples'
+// highest.
+std::vector<std::string> SamplesUnpacked(const Site& site) {
   const bool grey = site.format.family == zr::FormatFamily::Mono;
   const std::vector<long> ids = zr::DestinationsOf(site.format.id);
   const auto unpacked = std::find_if(ids.begin(), ids.end(), [&](long id) {
@@ -147,6 +148,7 @@ std::vector<std::string> SamplesOfPair(const Site& site) {
 }
 
 std::vector<std::string> SamplesOf(const Site& site, const Group& group) {
+  if (site.frame.Options().packing != zr::PackingOrder::Type) return SamplesUnpacked(site);
   switch (site.format.packing) {
     case Packing::Plain:
     case Packing::Dense:
@@ -154,7 +156,7 @@ std::vector<std::string> SamplesOf(const Site& site, const Group& group) {
     case Packing::Planar:
       return SamplesOfPlanes(site, group);
     case Packing::Pair:
-      return SamplesOfPair(site);
+      return SamplesUnpacked(site);
     default:
       return {};
   }

@@ -14,6 +14,7 @@ export function commandOf(frame, format, fileName) {
   if (frame.header > 0) add("--header-bytes", frame.header);
   if (frame.number > 0) add("--skip", frame.number);
   if (frame.rest > 0) words.push("--ignore-rest");
+  if (format.packings.length > 0) add("--packing", frame.packingName);
   if (format.isMosaic) {
     add("--pattern", frame.patternName);
     add("--demosaic", frame.demosaicName);

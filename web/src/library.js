@@ -69,11 +69,16 @@ export class Library {
   }
 
   // The picture of the frame, four bytes a pixel, in memory of its own. Throws an error that says why not.
-  convert({ format, width, height, stride, pattern, demosaic, matrix, tone }) {
+  convert({ format, width, height, stride, pattern, demosaic, matrix, packing, tone }) {
     this.exports.setTone(tone.black, tone.white, tone.gamma, ...tone.balance);
-    this.#check(this.exports.convert(format, width, height, stride, pattern, demosaic, matrix));
+    this.#check(this.exports.convert(format, width, height, stride, pattern, demosaic, matrix, packing));
     const address = this.exports.picture() >>> 0;
     return this.exports.memory.buffer.slice(address, address + 4 * width * height);
+  }
+
+  // Levels and white balance that the frame asks for.
+  automaticTone({ format, width, height, stride, pattern, matrix, packing }) {
+    return this.#json(this.exports.automaticTone(format, width, height, stride, pattern, matrix, packing));
   }
 
   #check(code) {

@@ -56,7 +56,7 @@ function settings() {
     format: format().id,
     width: whole("width"), height: whole("height"), stride: whole("stride"), header: whole("header"),
     number: whole("number"),
-    ...choice("pattern"), ...choice("demosaic"), ...choice("matrix"),
+    ...choice("pattern"), ...choice("demosaic"), ...choice("matrix"), ...choice("packing"),
     tone: { black: Math.max(0, real("black", 0)), white: Math.max(0, real("white", 0)), gamma: Math.max(0.01, real("gamma", 1)),
             balance: ["red", "green", "blue"].map((id) => Math.max(0, real(id, 1))) },
   };
@@ -69,6 +69,7 @@ function take(guess) {
   element("stride").value = 0;
   element("number").value = 0;
   offerChoices();
+  element("packing").selectedIndex = 0;
   if (guess.pattern !== undefined) element("pattern").value = guess.pattern;
   update();
 }
@@ -82,7 +83,8 @@ function refill(id, options) {
 }
 
 function offerChoices() {
-  const { patterns, demosaics, isMosaic } = format();
+  const { patterns, demosaics, packings, isMosaic } = format();
+  refill("packing", packings.map(({ value, name }) => [value, name]));
   if (!isMosaic) return;
   refill("pattern", patterns.map(({ value, name }) => [value, name]));
   refill("demosaic", DEMOSAICS.slice(0, demosaics).map((name, value) => [value, name]));
@@ -91,10 +93,10 @@ function offerChoices() {
 // What has a meaning for the format can be set, and no more.
 function enable() {
   offerChoices();
-  const { isMosaic, isYCbCr, widthMultiple, layout, codes } = format();
-  for (const row of document.querySelectorAll("[data-for]")) {
-    row.hidden = !(row.dataset.for === "mosaic" ? isMosaic : isYCbCr);
-  }
+  const { isMosaic, isYCbCr, widthMultiple, packings, codes } = format();
+  const uses = { mosaic: isMosaic, ycbcr: isYCbCr, packed: packings.length > 0 };
+  for (const row of document.querySelectorAll("[data-for]")) row.hidden = !uses[row.dataset.for];
+  const { layout } = packings.find(({ value }) => value === choice("packing").packing) ?? format();
   element("colour").hidden = !isMosaic && !isYCbCr;
   element("width").step = element("width").min = widthMultiple;
   element("layout").textContent = layout + (codes.length > 0 ? ` · ${codes.join(", ")}` : "");
@@ -266,6 +268,18 @@ function mirror(source, target) {
   element(source).addEventListener("input", () => (element(target).value = element(source).value));
 }
 
+// The tool's --auto, as numbers that can be changed.
+async function chooseTone() {
+  if (file === null) return;
+  try {
+    const { black, white, balance: [red, green, blue] } = await engine.call("tone", settings());
+    for (const [id, value] of Object.entries({ black, white, red, green, blue })) element(id).value = Number(value.toFixed(4));
+    update();
+  } catch (error) {
+    say(`${error.message[0].toUpperCase()}${error.message.slice(1)}.`, true);
+  }
+}
+
 function resetTone() {
   for (const id of ["black", "white", "gamma", "red", "green", "blue"]) element(id).value = element(id).defaultValue;
   update();
@@ -292,6 +306,7 @@ function wire() {
   element("file").addEventListener("change", (event) => open(event.target.files[0]));
   for (const button of document.querySelectorAll(".open")) button.addEventListener("click", () => element("file").click());
   element("again").addEventListener("click", guessAgain);
+  element("auto").addEventListener("click", chooseTone);
   element("reset").addEventListener("click", resetTone);
   element("save").addEventListener("click", savePng);
   element("copy").addEventListener("click", copyCommand);

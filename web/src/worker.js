@@ -67,6 +67,23 @@ function withPattern(library, guesses) {
   return isBayer ? [{ ...first, pattern: library.pattern({ ...first, stride: 0 }) }, ...others] : guesses;
 }
 
+function required(told) {
+  if (told.error) throw new Error(told.error);
+  return told;
+}
+
+// Gives the library the bytes of one of the file's frames, if it has any, and tells of them all.
+async function holdFrame(library, frame) {
+  const layout = required(library.layout(frame));
+  const available = Math.max(0, file.size - frame.header);
+  const frames = Math.floor(available / layout.frameBytes) + (available % layout.frameBytes >= layout.leastBytes ? 1 : 0);
+  const facts = { ...layout, frames, available, rest: Math.max(0, available - frames * layout.frameBytes) };
+  if (frames === 0) return facts;
+  const number = Math.min(frame.number, frames - 1);
+  await hold(frame.header + number * layout.frameBytes, Math.min(layout.frameBytes, available));
+  return { ...facts, number };
+}
+
 const actions = {
   async start() {
     const library = await ready;
@@ -84,15 +101,15 @@ const actions = {
 
   async convert(frame) {
     const library = await ready;
-    const layout = library.layout(frame);
-    if (layout.error) throw new Error(layout.error);
-    const available = Math.max(0, file.size - frame.header);
-    const frames = Math.floor(available / layout.frameBytes) + (available % layout.frameBytes >= layout.leastBytes ? 1 : 0);
-    const facts = { ...layout, frames, rest: Math.max(0, available - frames * layout.frameBytes) };
-    if (frames === 0) return { ...facts, available };
-    const number = Math.min(frame.number, frames - 1);
-    await hold(frame.header + number * layout.frameBytes, Math.min(layout.frameBytes, available));
-    return { ...facts, number, picture: library.convert(frame) };
+    const facts = await holdFrame(library, frame);
+    return facts.frames === 0 ? facts : { ...facts, picture: library.convert(frame) };
+  },
+
+  async tone(frame) {
+    const library = await ready;
+    const { frames } = await holdFrame(library, frame);
+    if (frames === 0) throw new Error("there is no whole frame to measure");
+    return required(library.automaticTone(frame));
   },
 
   async histogram() {

@@ -136,6 +136,41 @@ test("every setting does what the tool's option does", async () => {
   }
 });
 
+test("every order of packed samples is the tool's", async () => {
+  for (const [format, orders] of [["Bayer12p", ["type", "csi2"]], ["Mono12Packed", ["gige-vision", "type"]]]) {
+    const path = chart(format, "64x48");
+    await open(path);
+    await set({ format, width: 64, height: 48, gamma: 2.2, white: 300 }); // the low bits can be seen
+    assert.deepEqual(await page.$$eval("#packing option", (options) => options.map(({ text }) => text)), orders);
+    const pictures = [];
+    for (const packing of orders) {
+      await set({ packing });
+      assert.match(await text("command"), new RegExp(`--packing ${packing} `));
+      await assertSame(path, packing);
+      pictures.push(await canvasPixels());
+    }
+    assert.ok(!pictures[0].equals(pictures[1]));
+  }
+  await page.click("#reset");
+});
+
+test("automatic tone is the tool's", async () => {
+  const path = chart("Bayer12p", "640x480", "--pattern", "RGGB");
+  await open(path);
+  await set({ format: "Bayer12p", width: 640, height: 480, pattern: "RGGB", demosaic: "interpolate" });
+  const before = await canvasPixels();
+  const marks = await countPictures();
+  await page.click("#auto");
+  await page.waitForFunction((count) => performance.getEntriesByName("picture").length > count, {}, marks);
+  await assertSame(path, "numbers");
+  const written = inDirectory("automatic.ppm");
+  execFileSync(tool, ["convert", path, written, "-f", "Bayer12p", "-s", "640x480", "-p", "RGGB", "-d", "interpolate", "-t", "RGB8",
+                      "--auto", "-q"]);
+  const [shown, expected] = [await canvasPixels(), readFileSync(written).subarray(-3 * 640 * 480)];
+  assert.ok(!shown.equals(before) && shown.every((value, i) => Math.abs(value - expected[i]) <= 1));
+  await page.click("#reset");
+});
+
 // A chart's zone plate is as rough as a mosaic, so the first guess may be one.
 test("a chart's format and size are among the first guesses", async () => {
   for (const format of ["Mono8", "Mono12p", "Bayer8", "Mono16", "RGB8"]) {
