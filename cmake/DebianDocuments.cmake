@@ -1,5 +1,5 @@
 # Run by CPack over the files it is about to pack: adds each package's copyright file and change logs, compresses the
-# manual page, and takes the search path out of the tool, which finds the library without it.
+# manual page, and takes the search paths out of programs and modules, which find the library without them.
 set(work ${CPACK_TEMPORARY_DIRECTORY})
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 
@@ -34,7 +34,7 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   file(COPY_FILE ${CPACK_ZR_SOURCE_DIR}/CHANGELOG.md ${documents}/NEWS)
   file(GLOB compressed ${documents}/changelog ${documents}/NEWS ${root}/share/man/man*/*.1)
   execute_process(COMMAND gzip --best --no-name --force ${compressed} COMMAND_ERROR_IS_FATAL ANY)
-  file(GLOB programs ${root}/bin/*)
+  file(GLOB programs ${root}/bin/* ${root}/lib/*/gstreamer-1.0/*.so ${root}/lib/python3/dist-packages/*/*.so)
   foreach(program IN LISTS programs)
     file(RPATH_REMOVE FILE ${program})
   endforeach()
