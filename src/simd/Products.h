@@ -16,6 +16,12 @@ ZR_INLINE S16 Factor(int even) {
 #endif
 }
 
+/// What MultiplyAddPairs multiplies the lower and the upper word of every 32-bit element by.
+ZR_INLINE S16 Factors(int low, int high) {
+  return As<S16>(
+      Splat32((static_cast<std::uint32_t>(high) << 16) | (static_cast<std::uint32_t>(low) & 0xFFFF)));
+}
+
 /// The upper halves of 32-bit products.
 ZR_INLINE S16 MultiplyUpper(S16 x, S16 factor) {
 #if defined(__AVX512VBMI__)

@@ -1,6 +1,7 @@
 #include "simd/DevelopKernels.h"
 #include "simd/Interleave.h"
 #include "simd/Line.h"
+#include "simd/Products.h"
 #include "simd/Saturate.h"
 
 /// YCbCr at full depth: words of the 16-bit scale to three planes of words, in exact arithmetic.
@@ -12,11 +13,6 @@ constexpr int kHalfScale = 32768;
 
 /// Largest result: 255 in units of 256.
 constexpr unsigned kMost = 255U << 8;
-
-ZR_INLINE S16 Factors(int low, int high) {
-  return As<S16>(
-      Splat32((static_cast<std::uint32_t>(high) << 16) | (static_cast<std::uint32_t>(low) & 0xFFFF)));
-}
 
 ZR_INLINE S32 Summand(int x) {
   return S32{} + x;

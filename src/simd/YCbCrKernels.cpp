@@ -9,11 +9,6 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
-ZR_INLINE S16 Pair(int low, int high) {
-  return As<S16>(
-      Splat32((static_cast<std::uint32_t>(high) << 16) | (static_cast<std::uint32_t>(low) & 0xFFFF)));
-}
-
 /// What rounding and the offsets of luma and chroma add to every sum of products.
 ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
   return As<S32>(Splat32(static_cast<std::uint32_t>((512 - m.yOffset * m.y - 128 * chroma) * scale)));
@@ -24,10 +19,10 @@ ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
 class Matrix {
  public:
   explicit ZR_INLINE Matrix(const YCbCrMatrix& m)
-      : mRed(Pair(m.y, m.redV)),
-        mBlue(Pair(m.y, m.blueU)),
-        mGreenCr(Pair(m.y, m.greenV)),
-        mGreenCb(Pair(0, m.greenU)),
+      : mRed(Factors(m.y, m.redV)),
+        mBlue(Factors(m.y, m.blueU)),
+        mGreenCr(Factors(m.y, m.greenV)),
+        mGreenCb(Factors(0, m.greenU)),
         mRedFirst(First(m, m.redV, 1)),
         mBlueFirst(First(m, m.blueU, 1)),
         mGreenFirst(First(m, m.greenU + m.greenV, 1)) {}
@@ -121,7 +116,7 @@ class SharedMatrix {
         mOffset(As<S16>(Splat16(static_cast<unsigned>((512 + (128 - m.yOffset) * m.y) / 8 - 128 * 128)))),
         mRed(Factor(32 * m.redV - 65536)),
         mBlue(Factor(32 * m.blueU - 65536)),
-        mGreen(Pair(32 * m.greenU, 32 * m.greenV)) {}
+        mGreen(Factors(32 * m.greenU, 32 * m.greenV)) {}
 
   /// Of kWidth / 2 pixels, in the order of the samples: luma and chroma in turn, with cb and cr in turn.
   template <bool lumaFirst>
@@ -150,11 +145,11 @@ class SharedMatrix {
 class SharedSumMatrix {
  public:
   explicit ZR_INLINE SharedSumMatrix(const YCbCrMatrix& m)
-      : mEven(Pair(m.y, 0)),
-        mOdd(Pair(0, m.y)),
-        mRed(Pair(0, m.redV)),
-        mGreen(Pair(m.greenU, m.greenV)),
-        mBlue(Pair(m.blueU, 0)),
+      : mEven(Factors(m.y, 0)),
+        mOdd(Factors(0, m.y)),
+        mRed(Factors(0, m.redV)),
+        mGreen(Factors(m.greenU, m.greenV)),
+        mBlue(Factors(m.blueU, 0)),
         mFirst(First(m, 0, 64)),
         mRedOffset(ChromaOffset(m.redV)),
         mGreenOffset(ChromaOffset(m.greenU + m.greenV)),
