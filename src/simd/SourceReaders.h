@@ -10,10 +10,10 @@
 /// Calls row(name, pixels, bytes, lines [, of, unpacker [, deeper]]) for each reader:
 ///  pixels, bytes  of its smallest group that fills whole bytes
 ///  lines          source and destination lines of one step, see ReaderLines
-///  of, unpacker   for a reader that unpacks samples itself: the reader of bytes, and the unpacker before
-///  that,
-///                 which it replaces
-///  deeper         the reader of words that it replaces as well
+///  of, unpacker   for a reader that unpacks samples itself, so that a line is gone through once: the two
+///                 readers whose work it does. The unpacker writes bytes to a buffer, and `of` reads them
+///                 from there.
+///  deeper         the reader of words that it stands for as well
 /// BayerBilinear takes the rows that the Split readers make of mosaic lines; these write Mono8 only.
 // clang-format off
 #define ZR_SOURCE_READERS(row) \
