@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
-#include <limits>
 
 namespace Bench {
 
@@ -21,13 +20,14 @@ inline double ThreadNow() {
 
 /// Seconds of one call, taken over `calls` in a row. By the clock on the wall when they are done sooner than
 /// a processor is taken away. Longer ones by the thread's time, or they could not be timed on a busy machine;
-/// for short ones that clock does not do, since a virtual machine corrects it by some microseconds at a time.
+/// for short ones that clock does not do, since a virtual machine corrects it by some microseconds at a time,
+/// and reading it takes longer than a small frame.
 template <class F>
 double TimeOf(F& call, unsigned calls) {
   constexpr double kLong = 1e-3;
-  const double begin = Now(), threadBegin = ThreadNow();
+  const double threadBegin = ThreadNow(), begin = Now();
   for (unsigned i = 0; i < calls; ++i) call();
-  const double ran = ThreadNow() - threadBegin, passed = Now() - begin;
+  const double passed = Now() - begin, ran = ThreadNow() - threadBegin;
   return (ran < kLong ? passed : ran) / calls;
 }
 
@@ -43,9 +43,9 @@ template <class F>
 double FastestOf(F&& call, const Burst& burst) {
   constexpr double kLongEnough = 20e-6;
   const double begin = Now();
-  double fastest = TimeOf(call, 1);
-  const auto calls = static_cast<unsigned>(std::clamp(kLongEnough / std::max(fastest, 1e-9), 1.0, 1000.0));
-  if (calls > 1) fastest = std::numeric_limits<double>::infinity();
+  unsigned calls = 1;
+  double fastest = TimeOf(call, calls);
+  while (fastest * calls < kLongEnough && calls < 1024) fastest = TimeOf(call, calls *= 4);
   for (unsigned n = 0; n < burst.least || Now() - begin < burst.seconds; ++n)
     fastest = std::min(fastest, TimeOf(call, calls));
   return fastest;
