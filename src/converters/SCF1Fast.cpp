@@ -10,20 +10,13 @@ namespace {
 
 constexpr std::uint32_t kTile = 4;
 
-/// Of bytes for destinations of bytes nothing is made of the samples.
-LineRecipe SamplesRecipe(const SCF1Recipe& recipe) {
-  LineRecipe samples = recipe.samples;
-  if (recipe.FromBytes() && recipe.ToBytes()) samples.writer = simd::PixelWriter::Mono8;
-  return samples;
-}
-
 }  // namespace
 
 SCF1Fast::SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recipe)
     : mContext(context),
       mFromBytes(recipe.FromBytes() && recipe.ToBytes()),
       mToBytes(recipe.ToBytes()),
-      mSamples(context, SamplesRecipe(recipe)),
+      mSamples(context, recipe.Samples(recipe.ToBytes())),
       mPixels(context, recipe, recipe.ToBytes()) {}
 
 void SCF1Fast::Run(const SCF1Lines& lines) const {
@@ -56,13 +49,13 @@ void SCF1Fast::MakeTiles(const SourceLines& lines, const MosaicColumns& columns,
   args.pixels = whole;
   args.greenFirst = tile.greenFirst;
   const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
-  if (mFromBytes && whole >= simd::kScf1Beyond) {
+  if (mFromBytes && whole >= simd::kScf1Vector) {
     for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = lines.At(std::ptrdiff_t{i}) + columns.first;
     args.prefetch = mSamples.Prefetch();
   } else {
     mSamples.Read(lines, kTile, {columns.first, columns.first + whole}, rows[0].First());
     for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = rows[i].First();
-    args.pixels = std::max<std::size_t>(whole, simd::kScf1Beyond);
+    args.pixels = std::max<std::size_t>(whole, simd::kScf1Vector);
   }
   (mFromBytes ? kernels.byteTiles : mToBytes ? kernels.tilesToBytes : kernels.tiles)(args);
   for (SCF1Row& row : planes.row) {

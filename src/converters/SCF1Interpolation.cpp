@@ -22,7 +22,26 @@ std::ptrdiff_t RowOfValues(const PixelConverterContext& context, std::ptrdiff_t 
   return 2 * row + 1 < height ? row : row - 2;
 }
 
+/// The scale of lines that are taken apart.
+int ApartDepth(const SCF1Recipe& recipe) {
+  if (recipe.FromBytes()) return 8;
+  return recipe.samples.shift >= 16 - 12 ? 12 : 0;
+}
+
+simd::Scf1CellRowFunction CellRowKernel(bool apart, bool toBytes) {
+  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
+  return !apart ? kernels.cellRow : toBytes ? kernels.apartToBytes : kernels.apartToWords;
+}
+
 }  // namespace
+
+SCF1Interpolation::SCF1Interpolation(const PixelConverterContext& context, const SCF1Recipe& recipe)
+    : mContext(context),
+      mApartDepth(ApartDepth(recipe)),
+      mToBytes(mApartDepth != 0 && recipe.ToBytes()),
+      mCellRow(CellRowKernel(mApartDepth != 0, mToBytes)),
+      mSamples(context, recipe.Samples(true)),
+      mPixels(context, recipe, mToBytes) {}
 
 class SCF1Interpolation::Work {
  public:
@@ -36,16 +55,24 @@ class SCF1Interpolation::Work {
   void Run();
 
  private:
-  /// The two lines of a row of cells, and the cells' values.
+  /// The two lines of a row of cells, and the cells' values: means, or sums if lines are taken apart.
   struct CellRow {
     SCF1Row line[2], colour, white;
   };
 
+  bool AtFirstColumn() const { return mRead.first == mColumns.first; }
+  bool AtLastColumn() const { return mRead.end == mLines.width; }
+  std::ptrdiff_t ColumnsToEdge() const {
+    return std::ptrdiff_t{mLines.width} - std::ptrdiff_t{mColumns.first};
+  }
   CellRow& At(std::ptrdiff_t row) { return mRows[static_cast<std::size_t>(row + 3) % 3]; }
   void Make(std::ptrdiff_t row);
-  void ReadPair(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& to) const;
-  void MakeCells(CellRow& row) const;
-  void Complete(SCF1Row& cells) const;
+  void MakeCells(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellRow& values);
+  void Read(std::ptrdiff_t upper, std::ptrdiff_t lower, std::ptrdiff_t pixelBytes, SCF1Row (&to)[2]) const;
+  void MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellRow& values) const;
+  void TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellRow& values);
+  template <class Element>
+  void Complete(CellRow& row) const;
   void Interpolate(std::ptrdiff_t row);
   void Write(std::ptrdiff_t line, std::uint32_t count);
 
@@ -53,7 +80,8 @@ class SCF1Interpolation::Work {
   const SCF1Lines& mLines;
   MosaicColumns mColumns, mRead;
   SCF1Tile mTile;
-  CellRow mRows[3];
+  SCF1Row mSamples[2];  ///< before they are taken apart
+  CellRow mRows[3], mUnused;
   SCF1Planes mPlanes[2];
 };
 
@@ -79,48 +107,81 @@ void SCF1Interpolation::Work::Run() {
 
 /// Lines and cells of a row; of one that reaches past the image the lines and the cells that stand for them.
 void SCF1Interpolation::Work::Make(std::ptrdiff_t row) {
+  const PixelConverterContext& context = mDemosaic.mContext;
+  const std::ptrdiff_t values = RowOfValues(context, row);
   CellRow& to = At(row);
-  const std::ptrdiff_t values = RowOfValues(mDemosaic.mContext, row);
-  ReadPair(2 * values, 2 * values + 1, to);
-  MakeCells(to);
-  if (values == row) return;
-  ReadPair(NeighbourLine(mDemosaic.mContext, 2 * row), NeighbourLine(mDemosaic.mContext, 2 * row + 1), to);
+  MakeCells(2 * values, 2 * values + 1, to, to);
+  if (values != row)
+    MakeCells(NeighbourLine(context, 2 * row), NeighbourLine(context, 2 * row + 1), to, mUnused);
 }
 
-/// Two lines with the neighbours of their columns, mirrored about the edge columns.
-void SCF1Interpolation::Work::ReadPair(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& to) const {
+/// The two lines go to `row`, the values of the cells that they make to `values`.
+void SCF1Interpolation::Work::MakeCells(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
+                                        CellRow& values) {
+  if (mDemosaic.mApartDepth != 0)
+    TakeApart(upper, lower, row, values);
+  else
+    MakeMeans(upper, lower, row, values);
+}
+
+/// Two lines with the neighbours of their columns.
+void SCF1Interpolation::Work::Read(std::ptrdiff_t upper, std::ptrdiff_t lower, std::ptrdiff_t pixelBytes,
+                                   SCF1Row (&to)[2]) const {
   const SourceLines& image = mLines.lines;
   const std::ptrdiff_t before = std::ptrdiff_t{mColumns.first} - std::ptrdiff_t{mRead.first};
   mDemosaic.mSamples.Read({image.At(upper), (lower - upper) * image.step}, 2, mRead,
-                          to.line[0].First() - 2 * before);
-  const std::ptrdiff_t end = std::ptrdiff_t{mLines.width} - std::ptrdiff_t{mColumns.first};
-  for (SCF1Row& line : to.line) {
-    if (mRead.first == mColumns.first) line.Copy<std::uint16_t>(-1, 1);
-    if (mRead.end == mLines.width) line.Copy<std::uint16_t>(end, end - 2);
-  }
+                          to[0].First() - pixelBytes * before);
 }
 
-/// Up to the cell after the last column, and from that before the first one: a whole vector more, as stores
-/// then stay aligned.
-void SCF1Interpolation::Work::MakeCells(CellRow& row) const {
-  constexpr std::size_t kBefore = simd::kScf1Beyond;
+/// Lines are mirrored about the edge columns. Cells are made up to that after the last column and from that
+/// before the first one: a whole vector more, as stores then stay aligned.
+void SCF1Interpolation::Work::MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
+                                        CellRow& values) const {
+  Read(upper, lower, sizeof(std::uint16_t), row.line);
+  for (SCF1Row& line : row.line) {
+    if (AtFirstColumn()) line.Copy<std::uint16_t>(-1, 1);
+    if (AtLastColumn()) line.Copy<std::uint16_t>(ColumnsToEdge(), ColumnsToEdge() - 2);
+  }
+  constexpr std::size_t kBefore = simd::kScf1Vector;
   const simd::Scf1Cells args{{row.line[0].First() - kBefore, row.line[1].First() - kBefore},
-                             row.colour.First() - kBefore,
-                             row.white.First() - kBefore,
+                             values.colour.First() - kBefore,
+                             values.white.First() - kBefore,
                              kBefore / sizeof(std::uint32_t) + mColumns.Count() / 2 + 2};
   simd::CurrentLevel().scf1->cells(args);
-  Complete(row.colour);
-  Complete(row.white);
+  Complete<std::uint32_t>(values);
+}
+
+/// As MakeMeans. What mirroring takes from the lines is white: in the lower one before the first column,
+/// after the last one in that where the column is white.
+void SCF1Interpolation::Work::TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
+                                        CellRow& values) {
+  const bool bytes = mDemosaic.mApartDepth == 8;
+  constexpr std::size_t kBefore = simd::kScf1Vector;
+  const std::size_t pixelsBefore = bytes ? kBefore : 2 * kBefore;
+  Read(upper, lower, bytes ? 1 : 2, mSamples);
+  const simd::Scf1Apart args{{mSamples[0].First() - pixelsBefore, mSamples[1].First() - pixelsBefore},
+                             {row.line[0].First() - kBefore, row.line[1].First() - kBefore},
+                             {values.colour.First() - kBefore, values.white.First() - kBefore},
+                             kBefore / sizeof(std::uint16_t) + mColumns.Count() / 2 + 2};
+  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
+  (bytes ? kernels.bytesApart : kernels.wordsApart)(args);
+  const std::ptrdiff_t end = ColumnsToEdge() / 2;
+  if (AtFirstColumn()) row.line[1].Copy<std::uint16_t>(-1, 0);
+  if (AtLastColumn()) row.line[ColumnsToEdge() % 2].Copy<std::uint16_t>(end, end - 1);
+  Complete<std::uint16_t>(values);
 }
 
 /// A cell that the right edge cuts becomes a copy of the cell two to its left; then the cells are mirrored.
-void SCF1Interpolation::Work::Complete(SCF1Row& cells) const {
-  if (mRead.end == mLines.width) {
-    const auto end = static_cast<std::ptrdiff_t>((mLines.width - mColumns.first + 1) / 2);
-    if (mLines.width % 2 != 0) cells.Copy<std::uint32_t>(end - 1, end - 3);
-    cells.Copy<std::uint32_t>(end, end - 2);
+template <class Element>
+void SCF1Interpolation::Work::Complete(CellRow& row) const {
+  for (SCF1Row* cells : {&row.colour, &row.white}) {
+    if (AtLastColumn()) {
+      const std::ptrdiff_t end = (ColumnsToEdge() + 1) / 2;
+      if (ColumnsToEdge() % 2 != 0) cells->Copy<Element>(end - 1, end - 3);
+      cells->Copy<Element>(end, end - 2);
+    }
+    if (AtFirstColumn()) cells->Copy<Element>(-1, 1);
   }
-  if (mRead.first == mColumns.first) cells.Copy<std::uint32_t>(-1, 1);
 }
 
 /// Both lines of a row of cells.
@@ -133,10 +194,11 @@ void SCF1Interpolation::Work::Interpolate(std::ptrdiff_t row) {
       {above.white.First(), own.white.First(), below.white.First()},
       {},
       (std::size_t{mColumns.Count()} + 1) / 2,
+      mDemosaic.mApartDepth,
       mTile.greenFirst != isLower,
       mDemosaic.mPixels.GreenOnly()};
   for (std::size_t i = 0; i < 2; ++i) mPlanes[i].List(args.plane[i], mTile.redAbove != isLower);
-  simd::CurrentLevel().scf1->cellRow(args);
+  mDemosaic.mCellRow(args);
 }
 
 /// One or two lines of a row of cells, `line` being the first of them.

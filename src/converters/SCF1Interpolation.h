@@ -9,8 +9,7 @@ namespace ZrConvertersLib {
 /// between the cells as in a Bayer mosaic.
 class SCF1Interpolation {
  public:
-  SCF1Interpolation(const PixelConverterContext& context, const SCF1Recipe& recipe)
-      : mContext(context), mSamples(context, recipe.samples), mPixels(context, recipe, false) {}
+  SCF1Interpolation(const PixelConverterContext& context, const SCF1Recipe& recipe);
 
   void Run(const SCF1Lines& lines) const;
 
@@ -19,6 +18,9 @@ class SCF1Interpolation {
   class Work;
 
   const PixelConverterContext& mContext;
+  int mApartDepth;  ///< scale of lines that are taken apart; 0 for samples of more than 12 bits
+  bool mToBytes;    ///< the planes of colours hold bytes
+  simd::Scf1CellRowFunction mCellRow;
   SCF1Samples mSamples;
   SCF1Pixels mPixels;
 };

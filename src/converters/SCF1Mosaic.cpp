@@ -70,6 +70,12 @@ bool SCF1Recipe::ToBytes() const {
   return kDestinations[static_cast<std::size_t>(writer)].depth == 8;
 }
 
+LineRecipe SCF1Recipe::Samples(bool keepBytes) const {
+  LineRecipe recipe = samples;
+  if (keepBytes && FromBytes()) recipe.writer = simd::PixelWriter::Mono8;
+  return recipe;
+}
+
 SCF1Samples::SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe)
     : mPlan(context, recipe) {
   // A line is read piece by piece, so what follows in memory is not what is read next.

@@ -14,7 +14,7 @@
 /// sites of each 2x2 cell have the same colour. All arithmetic is on the 16-bit scale. Samples are converted
 /// to rows of words, the kernels of simd/Scf1Kernels.cpp turn these into rows of red, green and blue words,
 /// and the reader of planar words converts those to any destination: some columns at a time, in the
-/// first-level cache.
+/// first-level cache. Samples and colours are rows of bytes where these give the same result.
 
 namespace ZrConvertersLib {
 
@@ -27,6 +27,8 @@ struct SCF1Recipe {
   bool ToBytes() const;
   /// Whether samples are bytes.
   bool FromBytes() const { return samples.reader == simd::SourceReader::Mono8; }
+  /// The recipe of rows of samples: of bytes if samples are bytes and `keepBytes`, else of words.
+  LineRecipe Samples(bool keepBytes) const;
 };
 
 /// Lines that follow one another, of which the first is a context's.
@@ -60,7 +62,7 @@ MosaicColumns SCF1ColumnsFrom(std::uint32_t first, std::uint32_t width);
 class SCF1Row {
  public:
   static constexpr std::size_t kBytes =
-      2 * (kSCF1Columns + kSCF1MoreColumns) + std::size_t{3} * simd::kScf1Beyond;
+      2 * (kSCF1Columns + kSCF1MoreColumns) + std::size_t{2} * simd::kScf1Beyond;
 
   std::uint8_t* First() { return mBytes + simd::kScf1Beyond; }
 

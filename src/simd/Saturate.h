@@ -51,6 +51,23 @@ ZR_INLINE U16 Max16(U16 a, U16 b) {
 #endif
 #undef ZR_WORDS
 
+/// Elements of 0 to 2^31 - 1 to words of at most 65535, each lane of a followed by the same lane of b.
+ZR_INLINE U16 PackUnsigned(S32 a, S32 b) {
+#if defined(__AVX512VBMI__)
+  return As<U16>(_mm512_packus_epi32(As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
+  return As<U16>(_mm256_packus_epi32(As<Native>(a), As<Native>(b)));
+#elif defined(__SSE4_1__)
+  return As<U16>(_mm_packus_epi32(As<Native>(a), As<Native>(b)));
+#elif defined(__x86_64__)
+  return As<U16>(PackSigned(a - 0x8000, b - 0x8000)) ^ Splat16(0x8000);
+#elif defined(__wasm_simd128__)
+  return As<U16>(wasm_u16x8_narrow_i32x4(As<Native>(a), As<Native>(b)));
+#else
+  return As<U16>(vcombine_u16(vqmovun_s32(As<int32x4_t>(a)), vqmovun_s32(As<int32x4_t>(b))));
+#endif
+}
+
 /// |a - b|.
 ZR_INLINE U16 Distance(U16 a, U16 b) {
   return Max16(a, b) - Min16(a, b);

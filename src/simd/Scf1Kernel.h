@@ -8,15 +8,18 @@
 ///
 /// They work on rows of 16-bit words on the 16-bit scale, or of bytes where eight bits are enough. A cell is
 /// two sites of two lines: white and a colour above, the colour and white below. Rows are read and written by
-/// whole vectors, up to 64 bytes past what is asked for.
+/// one or two whole vectors at a time, up to 128 bytes past what is asked for.
 
 namespace ZrConvertersLib::simd {
 
+/// Bytes of the widest vector.
+inline constexpr std::size_t kScf1Vector = 64;
+
 /// Bytes that a kernel may read or write past the end of a row, and read before its beginning.
-inline constexpr std::size_t kScf1Beyond = 64;
+inline constexpr std::size_t kScf1Beyond = 2 * kScf1Vector;
 
 /// One colour for each tile of 2x2 cells. Bytes are read and written without going beyond the pixels, of
-/// which there are kScf1Beyond or more.
+/// which there are kScf1Vector or more.
 struct Scf1Tiles {
   const std::uint8_t* line[4];
   std::uint8_t*
@@ -34,23 +37,40 @@ struct Scf1Cells {
   std::size_t cells;
 };
 
-/// The pixels of a row of cells. Each row has elements before its first and after its last one.
+/// Two lines taken apart, for samples of up to 12 bits: words for each cell, on the 8-bit scale if lines are
+/// of bytes, on the 12-bit scale if they are of words.
+struct Scf1Apart {
+  const std::uint8_t* line[2];
+  std::uint8_t* white[2];  ///< sites of the upper and of the lower line
+  std::uint8_t* sum[2];    ///< of the two coloured sites and of the two white ones
+  std::size_t cells;
+};
+
+/// The pixels of a row of cells. Each row has elements before its first and after its last one. Of lines
+/// taken apart, `line` has the white sites: `colour` and `white` are sums.
 struct Scf1CellRow {
   const std::uint8_t* line[4];    ///< the two lines of the cells between the one above and the one below
   const std::uint8_t* colour[3];  ///< of the cells above, of these and of those below
   const std::uint8_t* white[3];
   std::uint8_t* plane[2][3];  ///< of the upper and of the lower line, in the order of Scf1Tiles
   std::size_t cells;
+  int depth;        ///< scale of lines taken apart, 8 or 12 bits
   bool greenFirst;  ///< the first cell is a green one
   bool greenOnly;   ///< only the planes of green are written
 };
+
+using Scf1CellRowFunction = void (*)(const Scf1CellRow&);
 
 struct Scf1Kernels {
   void (*tiles)(const Scf1Tiles&);         ///< words to words
   void (*tilesToBytes)(const Scf1Tiles&);  ///< words to bytes
   void (*byteTiles)(const Scf1Tiles&);     ///< bytes to bytes
   void (*cells)(const Scf1Cells&);
-  void (*cellRow)(const Scf1CellRow&);
+  Scf1CellRowFunction cellRow;
+  void (*bytesApart)(const Scf1Apart&);
+  void (*wordsApart)(const Scf1Apart&);
+  Scf1CellRowFunction apartToBytes;
+  Scf1CellRowFunction apartToWords;
 };
 
 }  // namespace ZrConvertersLib::simd

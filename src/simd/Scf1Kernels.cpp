@@ -2,10 +2,15 @@
 
 #include "simd/Floats.h"
 #include "simd/Line.h"
+#include "simd/Saturate.h"
 
 /// Kernels of SCF1 mosaics. A 32-bit element of a row of words is what a cell has in one line: the site of
 /// the even column in the lower half, that of the odd one in the upper half. Both are widened where they are,
 /// computed and put back without a shuffle.
+///
+/// The sums of eight samples of up to 12 bits fit words, so the cells of these are summed in words, even and
+/// odd columns apart. Such sums lose no bit; means on the 16-bit scale do not either, and the quotient of two
+/// sums is that of the two means.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -229,9 +234,222 @@ void CellRow(const Scf1CellRow& row) {
     row.greenFirst ? RunCellRow<true, false>(row) : RunCellRow<false, false>(row);
 }
 
+ZR_INLINE U16 LoadWord(const std::uint8_t* p) {
+  return As<U16>(Load(p));
+}
+
+void BytesApart(const Scf1Apart& apart) {
+  const Scf1Apart row = apart;  // so that no store can change it
+  for (std::size_t at = 0; at < 2 * row.cells; at += kWidth) {
+    const U16 upper = LoadWord(row.line[0] + at), lower = LoadWord(row.line[1] + at);
+    const U16 white[] = {upper & Splat16(0xFF), lower >> 8};
+    Store(row.white[0] + at, white[0]);
+    Store(row.white[1] + at, white[1]);
+    Store(row.sum[0] + at, (upper >> 8) + (lower & Splat16(0xFF)));
+    Store(row.sum[1] + at, white[0] + white[1]);
+  }
+}
+
+/// The sites of kElements cells in one line, as 32-bit elements on the 12-bit scale.
+struct Sites {
+  U32 even, odd;
+
+  explicit ZR_INLINE Sites(const std::uint8_t* p) {
+    const U32 both = As<U32>(LoadWord(p) >> 4);
+    even = Even(both);
+    odd = Odd(both);
+  }
+};
+
+ZR_INLINE U16 JoinWords(U32 a, U32 b) {
+  return As<U16>(JoinHalves(As<U8>(PackSigned(As<S32>(a), As<S32>(b)))));
+}
+
+void WordsApart(const Scf1Apart& apart) {
+  const Scf1Apart row = apart;  // so that no store can change it
+  for (std::size_t at = 0; at < 2 * row.cells; at += kWidth) {
+    const Sites upper[] = {Sites(row.line[0] + 2 * at), Sites(row.line[0] + 2 * at + kWidth)};
+    const Sites lower[] = {Sites(row.line[1] + 2 * at), Sites(row.line[1] + 2 * at + kWidth)};
+    const U16 white[] = {JoinWords(upper[0].even, upper[1].even), JoinWords(lower[0].odd, lower[1].odd)};
+    Store(row.white[0] + at, white[0]);
+    Store(row.white[1] + at, white[1]);
+    Store(row.sum[0] + at, JoinWords(upper[0].odd + lower[0].even, upper[1].odd + lower[1].even));
+    Store(row.sum[1] + at, white[0] + white[1]);
+  }
+}
+
+template <bool greenFirst>
+ZR_INLINE U16 AlternatingWords(U16 atGreen, U16 elsewhere) {
+  return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {
+    return __builtin_shufflevector(atGreen, elsewhere, ((i % 2 == 0) == greenFirst ? i : i + kWidth / 2)...);
+  }
+  (std::make_integer_sequence<int, kWidth / 2>());
+}
+
+/// The bilinear sums of a row of cells from it and its neighbours: of one, of two or of four cells.
+template <bool greenFirst>
+ZR_INLINE Three<U16> BilinearSums(const std::uint8_t* const (&row)[3], std::size_t at) {
+  constexpr int kCell = 2;
+  const std::uint8_t *const above = row[0] + at, *const own = row[1] + at, *const below = row[2] + at;
+  const auto vertical = [&](int cell) ZR_ALWAYS {
+    return LoadWord(above + kCell * cell) + LoadWord(below + kCell * cell);
+  };
+  const U16 centre = LoadWord(own), beside = LoadWord(own - kCell) + LoadWord(own + kCell);
+  const U16 middle = vertical(0), corners = vertical(-1) + vertical(1);
+  return {{AlternatingWords<greenFirst>(beside, centre),
+           AlternatingWords<greenFirst>(centre, beside + middle),
+           AlternatingWords<greenFirst>(middle, corners)}};
+}
+
+/// The words of the lower and of the upper half of each lane.
+struct Halves {
+  F32 low, high;
+};
+
+/// Turns words into floating-point numbers, times a power of two: a word is the lower half of the mantissa
+/// of a number whose upper half is taken away again.
+class WordScale {
+ public:
+  explicit ZR_INLINE WordScale(int power)
+      : mExponent(Splat16(static_cast<unsigned>(127 + 23 + power) << 7)),
+        mOffset(As<F32>(As<U32>(mExponent) & Splat32(0xFFFF0000))) {}
+
+  ZR_INLINE Halves operator()(U16 x) const {
+    return {As<F32>(UnpackLow16(As<U8>(x), As<U8>(mExponent))) - mOffset,
+            As<F32>(UnpackHigh16(As<U8>(x), As<U8>(mExponent))) - mOffset};
+  }
+
+ private:
+  U16 mExponent;
+  F32 mOffset;
+};
+
+/// 2^power.
+ZR_INLINE F32 PowerOfTwo(int power) {
+  return As<F32>(Splat32(static_cast<unsigned>(127 + power) << 23));
+}
+
+/// The sums of white that stand for 1 on the 16-bit scale.
+template <bool greenFirst>
+ZR_INLINE Three<F32> LeastWhite(int depth) {
+  const auto least = [depth](int greenCells, int otherCells) ZR_ALWAYS {
+    const int shift = depth - 16 + 1;
+    return As<F32>(Alternating<greenFirst>(As<U32>(PowerOfTwo(shift + greenCells)),
+                                           As<U32>(PowerOfTwo(shift + otherCells))));
+  };
+  return {{least(1, 0), least(0, 2), least(1, 2)}};
+}
+
+/// How much of white each colour is.
+template <class To, bool greenFirst>
+ZR_INLINE Three<Halves> ApartQuotients(const Scf1CellRow& row, const Three<F32>& least, std::size_t at) {
+  const WordScale unscaled(0);
+  const Three<U16> colour = BilinearSums<greenFirst>(row.colour, at);
+  const Three<U16> white = BilinearSums<greenFirst>(row.white, at);
+  Three<Halves> quotient;
+  Unrolled<3>([&](auto i) ZR_ALWAYS {
+    const Halves c = unscaled(colour.v[i]), w = unscaled(white.v[i]);
+    quotient.v[i] = {To::Limited(c.low / Larger(w.low, least.v[i])),
+                     To::Limited(c.high / Larger(w.high, least.v[i]))};
+  });
+  return quotient;
+}
+
+/// Four times the white of the pixels of even and of odd columns.
+struct FourWhites {
+  U16 even, odd;
+};
+
+/// Of the upper (0) or of the lower line (1). A coloured site of the upper line has white ones in its own
+/// cell and in the next one, and in the lines above and below.
+template <int line>
+ZR_INLINE FourWhites FourWhitesOf(const Scf1CellRow& row, std::size_t at) {
+  constexpr int kNext = line == 0 ? 2 : -2;
+  const U16 own = LoadWord(row.line[1 + line] + at);
+  const U16 sum = own + LoadWord(row.line[1 + line] + at + kNext) + LoadWord(row.line[line] + at) +
+                  LoadWord(row.line[line + 2] + at);
+  if constexpr (line == 0) return {own << 2, sum};
+  return {sum, own << 2};
+}
+
+ZR_INLINE S32 Product(F32 quotient, F32 white) {
+  return As<S32>(CutToIntegers(quotient * white));
+}
+
+/// Words limited to bytes, even[0], odd[0], even[1], odd[1], ...
+ZR_INLINE U8 InterleaveClipped(S16 even, S16 odd) {
+#if !defined(__x86_64__) || defined(__SSSE3__)
+  struct Order {
+    static constexpr int At(int i) { return i / 16 * 16 + i % 2 * 8 + i % 16 / 2; }
+  };
+  return ShuffleLanes<Order>(PackClipped(even, odd));
+#else
+  const U8 low = UnpackLow16(As<U8>(even), As<U8>(odd)), high = UnpackHigh16(As<U8>(even), As<U8>(odd));
+  return PackClipped(As<S16>(low), As<S16>(high));
+#endif
+}
+
+/// Even and odd columns of a colour put together again, limited to what an element of a plane holds.
+struct ToBytes {
+  static constexpr int kScale = -8;  ///< from the 16-bit scale, as a power of two
+
+  /// Products stay below 2^24.
+  static ZR_INLINE F32 Limited(F32 quotient) { return quotient; }
+
+  static ZR_INLINE void Put(std::uint8_t* plane, std::size_t at, const Halves& quotient, const Halves& even,
+                            const Halves& odd) {
+    const S16 evens = PackSigned(Product(quotient.low, even.low), Product(quotient.high, even.high));
+    const S16 odds = PackSigned(Product(quotient.low, odd.low), Product(quotient.high, odd.high));
+    Store(plane + at, InterleaveClipped(evens, odds));
+  }
+};
+
+struct ToWords {
+  static constexpr int kScale = 0;
+
+  /// So that products stay below 2^31. White is at least 4 unless it is 0: what this limits exceeds 65535.
+  static ZR_INLINE F32 Limited(F32 quotient) { return Smaller(quotient, F32{} + 32767.0F); }
+
+  static ZR_INLINE void Put(std::uint8_t* plane, std::size_t at, const Halves& quotient, const Halves& even,
+                            const Halves& odd) {
+    const U16 evens = PackUnsigned(Product(quotient.low, even.low), Product(quotient.high, even.high));
+    const U16 odds = PackUnsigned(Product(quotient.low, odd.low), Product(quotient.high, odd.high));
+    const Words pixels = InterleaveWords(evens, odds);
+    Store(plane + 2 * at, pixels.a);
+    Store(plane + 2 * at + kWidth, pixels.b);
+  }
+};
+
+template <class To, bool greenFirst, bool greenOnly>
+void RunApartRow(const Scf1CellRow& apart) {
+  const Scf1CellRow row = apart;  // so that no store can change it
+  const Three<F32> least = LeastWhite<greenFirst>(row.depth);
+  const WordScale scale(16 - 2 - row.depth + To::kScale);
+  for (std::size_t at = 0; at < 2 * row.cells; at += kWidth) {
+    const Three<Halves> quotient = ApartQuotients<To, greenFirst>(row, least, at);
+    Unrolled<2>([&](auto line) ZR_ALWAYS {
+      const FourWhites white = FourWhitesOf<line>(row, at);
+      const Halves even = scale(white.even), odd = scale(white.odd);
+      Unrolled<3>([&](auto i) ZR_ALWAYS {
+        if constexpr (!greenOnly || i == 1) To::Put(row.plane[line][i], at, quotient.v[i], even, odd);
+      });
+    });
+  }
+}
+
+template <class To>
+void ApartRow(const Scf1CellRow& row) {
+  if (row.greenOnly)
+    row.greenFirst ? RunApartRow<To, true, true>(row) : RunApartRow<To, false, true>(row);
+  else
+    row.greenFirst ? RunApartRow<To, true, false>(row) : RunApartRow<To, false, false>(row);
+}
+
 }  // namespace
 
 extern const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels);
-constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {Tiles, TilesToBytes, ByteTiles, Cells, CellRow};
+constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {Tiles,      TilesToBytes,      ByteTiles,
+                                                         Cells,      CellRow,           BytesApart,
+                                                         WordsApart, ApartRow<ToBytes>, ApartRow<ToWords>};
 
 }  // namespace ZrConvertersLib::simd
