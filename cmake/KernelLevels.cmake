@@ -17,7 +17,8 @@ function(zr_add_kernel_levels target)
     set(levels Wasm)
     set(flags_Wasm -msimd128)
   else()
-    set(levels Default)
+    message(FATAL_ERROR "Vector kernels exist for x86-64, 64-bit Arm and WebAssembly, not for "
+                        "'${CMAKE_SYSTEM_PROCESSOR}'.")
   endif()
   # For coverage: lines that are optimised away would not count as executed.
   set(optimisation $<IF:$<BOOL:${ZR_COVERAGE}>,-O0,-O2>)

@@ -117,14 +117,6 @@ namespace {
 constinit const std::array kLevels = {ZR_LEVEL_ROW(Wasm, "wasm-simd128", Always, 16)};
 }
 
-#else
-
-ZR_DECLARE_LEVEL(Default)
-
-namespace {
-constinit const std::array kLevels = {ZR_LEVEL_ROW(Default, "default", Always, 16)};
-}
-
 #endif
 
 namespace {
