@@ -10,7 +10,8 @@ namespace {
 /// Map::kBytes is the size of a group; byte j of its Map::kResult result bytes is byte Map::At(j) of the
 /// group, or 0 where that is negative. A vector takes kWidth / kResult groups from p; up to kOverread bytes
 /// beyond them are read (and not used). With AVX2 the groups of the second lane may lie further on: `apart`
-/// times the bytes of a lane after those of the first.
+/// times the bytes of a lane after those of the first. LoadGroups and Index are the two steps of Read, for
+/// callers that choose between several maps of groups of one size.
 template <class Map>
 struct Spread {
   static constexpr int kGroup = Map::kBytes, kResult = Map::kResult;
@@ -27,11 +28,18 @@ struct Spread {
 #if defined(__AVX512VBMI__)
   static constexpr int kOverread = 0;
 
+  static ZR_INLINE U8 LoadGroups(const std::uint8_t* p) {
+    constexpr std::uint64_t kMask = ~std::uint64_t{0} >> (kWidth - kTaken);
+    return As<U8>(_mm512_maskz_loadu_epi8(kMask, p));
+  }
+  static ZR_INLINE U8 Index() {
+    return Constant<FromGroups>::Get();
+  }
+
   template <int apart = 1>
   static ZR_INLINE U8 Read(const std::uint8_t* p) {
     static_assert(apart == 1);
-    constexpr std::uint64_t kMask = ~std::uint64_t{0} >> (kWidth - kTaken);
-    return ShuffleLanes<FromGroups>(As<U8>(_mm512_maskz_loadu_epi8(kMask, p)));
+    return ShuffleLanes<FromGroups>(LoadGroups(p));
   }
 #elif defined(__x86_64__) && !defined(__SSSE3__)
   static constexpr int kLoad = kGroup > 4 ? 8 : kGroup;
@@ -104,10 +112,17 @@ struct Spread {
   };
 
   template <int apart = 1>
-  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+  static ZR_INLINE U8 LoadGroups(const std::uint8_t* p) {
     const Lane low = ReadLane(p), high = ReadLane(p + (apart + 1) * kPerLane - kLoad);
-    const Native x = _mm256_set_m128i(As<__m128i>(high), As<__m128i>(low));
-    return ShuffleBytes(As<U8>(x), Constant<FromLanes>::Get());
+    return As<U8>(_mm256_set_m128i(As<__m128i>(high), As<__m128i>(low)));
+  }
+  static ZR_INLINE U8 Index() {
+    return Constant<FromLanes>::Get();
+  }
+
+  template <int apart = 1>
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    return ShuffleBytes(LoadGroups<apart>(p), Index());
   }
 #else
   template <int apart = 1>
