@@ -1,5 +1,6 @@
 #include <type_traits>
 
+#include "simd/ColourPairs.h"
 #include "simd/Line.h"
 #include "simd/Packed.h"
 #include "simd/Products.h"
@@ -44,16 +45,47 @@ ZR_INLINE U8 Clip(S32 a, S32 b, S32 c, S32 d) {
   return JoinQuarters(PackClipped(PackSigned(a, b), PackSigned(c, d)));
 }
 
-/// 4:4:4; LumaCb and LumaCr spread pixels to words of luma and chroma in turn.
-template <class LumaCb, class LumaCr>
+/// 4:4:4; LumaCb and LumaCr spread pixels to words of luma and chroma in turn, LumaTwice to bytes of luma,
+/// cb, luma and cr.
+template <class LumaCb, class LumaCr, class LumaTwice>
 struct YCbCr444Reader {
   static constexpr int kGroupPixels = 1, kGroupBytes = 3;
   static constexpr int kOverread = Spread<LumaCb>::kOverread;
 
-  explicit ZR_INLINE YCbCr444Reader(const KernelArgs& args) : mMatrix(*args.matrix) {}
+  explicit ZR_INLINE YCbCr444Reader(const KernelArgs& args) : mMatrix(*args.matrix), mPairs(*args.matrix) {}
 
   template <class Channel>
-  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
+  ZR_INLINE auto Read(const std::uint8_t* p) const {
+#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
+    if constexpr (requires { Channel::kPlacing; })
+      return ReadPairs<Channel::kPlacing>(p);
+    else
+#endif
+      return Sums(p);
+  }
+
+ private:
+#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
+  /// Lumas with both chroma samples of four pixels at each of one or two places, counted in fours.
+  template <int low, int high>
+  static ZR_INLINE U8 Fours(const std::uint8_t* p) {
+    return Spread<LumaTwice>::template Read<high - low>(p + 12 * low);
+  }
+
+  template <Placing placing>
+  ZR_INLINE ColourPairs<LanesOfPixels> ReadPairs(const std::uint8_t* p) const {
+    if constexpr (kWidth == 16)
+      return {mPairs.Single(Fours<0, 1>(p), Fours<1, 2>(p)), mPairs.Single(Fours<2, 3>(p), Fours<3, 4>(p))};
+    else if constexpr (placing == Placing::Strips)
+      return {mPairs.Single(Fours<0, 4>(p), Fours<1, 5>(p)), mPairs.Single(Fours<2, 6>(p), Fours<3, 7>(p))};
+    else if constexpr (placing == Placing::Quarters)
+      return {mPairs.Single(Fours<0, 1>(p), Fours<2, 3>(p)), mPairs.Single(Fours<4, 5>(p), Fours<6, 7>(p))};
+    else
+      return {mPairs.Single(Fours<0, 2>(p), Fours<1, 3>(p)), mPairs.Single(Fours<4, 6>(p), Fours<5, 7>(p))};
+  }
+#endif
+
+  ZR_INLINE Colour<U8> Sums(const std::uint8_t* p) const {
     const auto quarter = [&](int i) ZR_ALWAYS {
       const std::uint8_t* const at = p + i * (kWidth / 4 * kGroupBytes);
       return mMatrix.Convert(As<S16>(Spread<LumaCb>::Read(at)), As<S16>(Spread<LumaCr>::Read(at)));
@@ -63,8 +95,8 @@ struct YCbCr444Reader {
             Clip(a.blue, b.blue, c.blue, d.blue)};
   }
 
- private:
   Matrix mMatrix;
+  PairMatrix<true> mPairs;
 };
 
 /// Two pixels of 4:4:4, luma and one of the chroma samples each.
@@ -74,6 +106,13 @@ struct Pairs {
   static constexpr int At(int j) {
     return j % 4 == 0 ? j / 4 * 3 + luma : j % 4 == 2 ? j / 4 * 3 + chroma : -1;
   }
+};
+
+/// A pixel of 4:4:4, its luma with each of the chroma samples.
+template <int luma, int cb, int cr>
+struct Twofold {
+  static constexpr int kBytes = 3, kResult = 4;
+  static constexpr int At(int j) { return j % 2 == 0 ? luma : j == 1 ? cb : cr; }
 };
 
 /// A channel of a block whose pixels share chroma: words with 128 * (value - 128) and a fraction, which clip
@@ -185,6 +224,14 @@ using SharedByteMatrix = SharedSumMatrix;
 using SharedByteMatrix = SharedMatrix;
 #endif
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+/// From lanes in natural order to strips.
+ZR_INLINE Vectors<2> StripsOf(const Vectors<2>& x) {
+  const auto a = As<Native>(x.v[0]), b = As<Native>(x.v[1]);
+  return {{As<U8>(_mm256_permute2x128_si256(a, b, 0x20)), As<U8>(_mm256_permute2x128_si256(a, b, 0x31))}};
+}
+#endif
+
 /// Reads pixels that share chroma. Samples::Half<spread>(p) gives half a block as 4:2:2 has it, in the order
 /// of SpreadHalves or in natural order; kSpread is the order that takes fewer instructions.
 template <class Samples, bool lumaFirst>
@@ -193,34 +240,59 @@ class SharedReader : Samples {
   using Samples::kGroupBytes, Samples::kGroupPixels, Samples::kOverread;
 
   explicit ZR_INLINE SharedReader(const KernelArgs& args)
-      : Samples(args), mMatrix(*args.matrix), mByteMatrix(*args.matrix) {}
+      : Samples(args), mMatrix(*args.matrix), mByteMatrix(*args.matrix), mPairs(*args.matrix) {}
 
   template <class Channel>
-  ZR_INLINE Colour<Channel> Read(const std::uint8_t* p) const {
-    if constexpr (std::is_same_v<Channel, U8>) {
+  ZR_INLINE auto Read(const std::uint8_t* p) const {
+#if defined(__SSSE3__)
+    if constexpr (requires { Channel::kPlacing; }) {
+      const Vectors<2> x = Placed<Channel::kPlacing>(p);
+      return ColourPairs<LanesOfGroups>{mPairs.Shared(x.v[0]), mPairs.Shared(x.v[1])};
+    } else
+#endif
+        if constexpr (std::is_same_v<Channel, U8>) {
       const auto sums = Convert<Samples::kSpread>(mByteMatrix, p);
-      return {Bytes<SharedByteMatrix>(sums.red), Bytes<SharedByteMatrix>(sums.green),
-              Bytes<SharedByteMatrix>(sums.blue)};
+      return Colour<U8>{Bytes<SharedByteMatrix>(sums.red), Bytes<SharedByteMatrix>(sums.green),
+                        Bytes<SharedByteMatrix>(sums.blue)};
     } else if constexpr (std::is_same_v<Channel, Words>) {
       const auto sums = Convert<false>(mMatrix, p);
-      return {WordsOf(sums.red), WordsOf(sums.green), WordsOf(sums.blue)};
+      return Colour<Words>{WordsOf(sums.red), WordsOf(sums.green), WordsOf(sums.blue)};
     } else {
       return Convert<Channel::kSpread>(mMatrix, p);
     }
   }
 
  private:
+  template <bool spread>
+  ZR_INLINE Vectors<2> Halves(const std::uint8_t* p) const {
+    return {{this->template Half<spread>(p), this->template Half<spread>(p + Samples::kHalf)}};
+  }
+
+#if defined(__SSSE3__)
+  template <Placing placing>
+  ZR_INLINE Vectors<2> Placed(const std::uint8_t* p) const {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    if constexpr (placing == Placing::Strips && requires { Samples::Strips(p); })
+      return Samples::Strips(p);
+    else if constexpr (placing == Placing::Strips)
+      return StripsOf(Halves<false>(p));
+    else
+#endif
+      return Halves<placing == Placing::Quarters>(p);
+  }
+#endif
+
   template <bool spread, class Matrix>
   ZR_INLINE Colour<Sums<spread>> Convert(const Matrix& matrix, const std::uint8_t* p) const {
-    const auto half = [&](int i) ZR_ALWAYS {
-      return matrix.template Convert<lumaFirst>(this->template Half<spread>(p + i * Samples::kHalf));
-    };
-    const Colour<S16> a = half(0), b = half(1);
+    const Vectors<2> x = Halves<spread>(p);
+    const Colour<S16> a = matrix.template Convert<lumaFirst>(x.v[0]);
+    const Colour<S16> b = matrix.template Convert<lumaFirst>(x.v[1]);
     return {{a.red, b.red}, {a.green, b.green}, {a.blue, b.blue}};
   }
 
   SharedMatrix mMatrix;
   SharedByteMatrix mByteMatrix;
+  PairMatrix<lumaFirst> mPairs;
 };
 
 /// 4:2:2 with samples in bytes.
@@ -234,6 +306,12 @@ struct Samples8 {
   ZR_INLINE U8 Half(const std::uint8_t* p) const {
     return spread ? SpreadHalves(Load(p)) : Load(p);
   }
+
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  static ZR_INLINE Vectors<2> Strips(const std::uint8_t* p) {
+    return {{LoadLanes(p, p + kWidth), LoadLanes(p + kWidth / 2, p + 3 * kWidth / 2)}};
+  }
+#endif
 };
 
 /// 4:2:2 with samples in words, which are cut to their upper 8 bits.
@@ -290,6 +368,7 @@ struct Samples411 {
   }
 };
 
+#if !defined(__SSSE3__)
 /// Three bytes and an alpha of 0xFF from sums.
 template <bool blueFirst>
 struct SumsToFourBytes {
@@ -313,6 +392,7 @@ struct SumsToFourBytes {
     Store(p + kWidth, UnpackHigh16(As<U8>(low), As<U8>(high)));
   }
 };
+#endif
 
 /// The words of RGB565p from sums.
 struct SumsTo565 {
@@ -350,25 +430,75 @@ struct SumsToMono8 {
 };
 #endif
 
-/// The writer that takes the place of another where pixels share chroma.
+/// The writer that takes the place of another, for all of YCbCr ...
 template <class Writer>
-struct SharedWriter {
+struct PairWriter {
   using Type = Writer;
 };
+#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
+template <bool blueFirst>
+struct PairWriter<ThreeBytesWriter<blueFirst, false>> {
+  using Type = PairsToThreeBytes<blueFirst>;
+};
+template <bool blueFirst>
+struct PairWriter<FourBytesWriter<blueFirst, false>> {
+  using Type = PairsToFourBytes<blueFirst>;
+};
+template <bool blueFirst>
+struct PairWriter<ThreeWordsWriter<blueFirst>> {
+  using Type = PairsToThreeWords<blueFirst>;
+};
+template <>
+struct PairWriter<PlanarWriter<8, false>> {
+  using Type = PairsToPlanes;
+};
+#endif
+
+/// ... where pixels share chroma ...
+template <class Writer>
+struct SharedWriter : PairWriter<Writer> {};
+#if defined(__AVX512VBMI__)
 template <bool blueFirst>
 struct SharedWriter<FourBytesWriter<blueFirst, false>> {
-  using Type = SumsToFourBytes<blueFirst>;
+  using Type = PairsToFourBytes<blueFirst>;
 };
-#if defined(__AVX512VBMI__)
 template <>
 struct SharedWriter<MonoWriter<8>> {
   using Type = SumsToMono8;
+};
+#elif defined(__SSSE3__)
+template <>
+struct SharedWriter<MonoWriter<8>> {
+  using Type = PairsToMono8;
+};
+#else
+template <bool blueFirst>
+struct SharedWriter<FourBytesWriter<blueFirst, false>> {
+  using Type = SumsToFourBytes<blueFirst>;
 };
 #endif
 template <>
 struct SharedWriter<RGB565Writer<false>> {
   using Type = SumsTo565;
 };
+
+/// ... and where they do not.
+template <class Writer>
+struct SingleWriter : PairWriter<Writer> {};
+#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
+template <int depth>
+struct SingleWriter<PlanarWriter<depth, false>> {
+  using Type = PairsToWordPlanes<depth>;
+};
+template <>
+struct SingleWriter<PlanarWriter<8, false>> {
+  using Type = PairsToPlanes;
+};
+template <>
+struct SingleWriter<RGB565Writer<false>> {
+  using Type = PairsTo565;
+};
+#endif
 
 template <class Samples, bool lumaFirst = true>
 struct SharedLines {
@@ -377,6 +507,16 @@ struct SharedLines {
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {
     Lines<Source>::template Run<typename SharedWriter<Writer>::Type>(args);
+  }
+};
+
+template <class Reader>
+struct SingleLines {
+  using Source = Reader;
+
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    Lines<Source>::template Run<typename SingleWriter<Writer>::Type>(args);
   }
 };
 
@@ -397,8 +537,8 @@ struct CbYYCrYY {
 };
 
 constexpr KernelRow kRows[] = {
-    Row<SourceReader::YCbCr, Lines<YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>>>>(),
-    Row<SourceReader::CbYCr, Lines<YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>>>>(),
+    Row<SourceReader::YCbCr, SingleLines<YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>, Twofold<0, 1, 2>>>>(),
+    Row<SourceReader::CbYCr, SingleLines<YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>, Twofold<1, 0, 2>>>>(),
     Row<SourceReader::YCbYCr8, SharedLines<Samples8, true>>(),
     Row<SourceReader::YCbYCr16, SharedLines<Samples16, true>>(),
     Row<SourceReader::YCbYCr10p, SharedLines<SamplesPacked<Form10p>, true>>(),
