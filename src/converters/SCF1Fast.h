@@ -13,8 +13,10 @@ class SCF1Fast {
   void Run(const SCF1Lines& lines) const;
 
  private:
-  void RunColumns(const SCF1Lines& lines, const MosaicColumns& columns) const;
+  void RunTiles(const SCF1Lines& lines, std::uint8_t* destination) const;
   void MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const;
+  void MakePart(const SourceLines& lines, std::uint32_t first, const MosaicColumns& part,
+                SCF1Planes& planes) const;
 
   const PixelConverterContext& mContext;
   bool mFromBytes, mToBytes;

@@ -55,9 +55,15 @@ class SCF1Interpolation::Work {
   void Run();
 
  private:
-  /// The two lines of a row of cells, and the cells' values: means, or sums if lines are taken apart.
+  /// Of each cell of a row: means, or sums if lines are taken apart.
+  struct CellValues {
+    SCF1CellRow colour, white;
+  };
+
+  /// The two lines of a row of cells, and the cells' values.
   struct CellRow {
-    SCF1Row line[2], colour, white;
+    SCF1CellRow line[2];
+    CellValues values;
   };
 
   bool AtFirstColumn() const { return mRead.first == mColumns.first; }
@@ -67,12 +73,14 @@ class SCF1Interpolation::Work {
   }
   CellRow& At(std::ptrdiff_t row) { return mRows[static_cast<std::size_t>(row + 3) % 3]; }
   void Make(std::ptrdiff_t row);
-  void MakeCells(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellRow& values);
-  void Read(std::ptrdiff_t upper, std::ptrdiff_t lower, std::ptrdiff_t pixelBytes, SCF1Row (&to)[2]) const;
-  void MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellRow& values) const;
-  void TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellRow& values);
+  void MakeCells(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values);
+  SourceLines Pair(std::ptrdiff_t upper, std::ptrdiff_t lower) const;
+  void MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values) const;
+  void TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values) const;
+  void TakePartApart(const SourceLines& pair, const MosaicColumns& part, CellRow& row,
+                     CellValues& values) const;
   template <class Element>
-  void Complete(CellRow& row) const;
+  void Complete(CellValues& values) const;
   void Interpolate(std::ptrdiff_t row);
   void Write(std::ptrdiff_t line, std::uint32_t count);
 
@@ -80,14 +88,15 @@ class SCF1Interpolation::Work {
   const SCF1Lines& mLines;
   MosaicColumns mColumns, mRead;
   SCF1Tile mTile;
-  SCF1Row mSamples[2];  ///< before they are taken apart
-  CellRow mRows[3], mUnused;
+  CellRow mRows[3];
+  CellValues mUnused;
   SCF1Planes mPlanes[2];
 };
 
 void SCF1Interpolation::Run(const SCF1Lines& lines) const {
+  const std::uint32_t most = mApartDepth != 0 ? kSCF1Columns : kSCF1Columns / 2;
   for (MosaicColumns columns{0, 0}; columns.end < lines.width;) {
-    columns = SCF1ColumnsFrom(columns.end, lines.width);
+    columns = SCF1Part(columns.end, lines.width, most);
     Work(*this, lines, columns).Run();
   }
 }
@@ -110,35 +119,32 @@ void SCF1Interpolation::Work::Make(std::ptrdiff_t row) {
   const PixelConverterContext& context = mDemosaic.mContext;
   const std::ptrdiff_t values = RowOfValues(context, row);
   CellRow& to = At(row);
-  MakeCells(2 * values, 2 * values + 1, to, to);
+  MakeCells(2 * values, 2 * values + 1, to, to.values);
   if (values != row)
     MakeCells(NeighbourLine(context, 2 * row), NeighbourLine(context, 2 * row + 1), to, mUnused);
 }
 
 /// The two lines go to `row`, the values of the cells that they make to `values`.
 void SCF1Interpolation::Work::MakeCells(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
-                                        CellRow& values) {
+                                        CellValues& values) {
   if (mDemosaic.mApartDepth != 0)
     TakeApart(upper, lower, row, values);
   else
     MakeMeans(upper, lower, row, values);
 }
 
-/// Two lines with the neighbours of their columns.
-void SCF1Interpolation::Work::Read(std::ptrdiff_t upper, std::ptrdiff_t lower, std::ptrdiff_t pixelBytes,
-                                   SCF1Row (&to)[2]) const {
-  const SourceLines& image = mLines.lines;
-  const std::ptrdiff_t before = std::ptrdiff_t{mColumns.first} - std::ptrdiff_t{mRead.first};
-  mDemosaic.mSamples.Read({image.At(upper), (lower - upper) * image.step}, 2, mRead,
-                          to[0].First() - pixelBytes * before);
+SourceLines SCF1Interpolation::Work::Pair(std::ptrdiff_t upper, std::ptrdiff_t lower) const {
+  return {mLines.lines.At(upper), (lower - upper) * mLines.lines.step};
 }
 
 /// Lines are mirrored about the edge columns. Cells are made up to that after the last column and from that
 /// before the first one: a whole vector more, as stores then stay aligned.
 void SCF1Interpolation::Work::MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
-                                        CellRow& values) const {
-  Read(upper, lower, sizeof(std::uint16_t), row.line);
-  for (SCF1Row& line : row.line) {
+                                        CellValues& values) const {
+  mDemosaic.mSamples.Read(Pair(upper, lower), 2, mRead,
+                          row.line[0].First() - sizeof(std::uint16_t) * (mColumns.first - mRead.first),
+                          sizeof row.line[0]);
+  for (SCF1CellRow& line : row.line) {
     if (AtFirstColumn()) line.Copy<std::uint16_t>(-1, 1);
     if (AtLastColumn()) line.Copy<std::uint16_t>(ColumnsToEdge(), ColumnsToEdge() - 2);
   }
@@ -154,27 +160,35 @@ void SCF1Interpolation::Work::MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t low
 /// As MakeMeans. What mirroring takes from the lines is white: in the lower one before the first column,
 /// after the last one in that where the column is white.
 void SCF1Interpolation::Work::TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
-                                        CellRow& values) {
-  const bool bytes = mDemosaic.mApartDepth == 8;
-  constexpr std::size_t kBefore = simd::kScf1Vector;
-  const std::size_t pixelsBefore = bytes ? kBefore : 2 * kBefore;
-  Read(upper, lower, bytes ? 1 : 2, mSamples);
-  const simd::Scf1Apart args{{mSamples[0].First() - pixelsBefore, mSamples[1].First() - pixelsBefore},
-                             {row.line[0].First() - kBefore, row.line[1].First() - kBefore},
-                             {values.colour.First() - kBefore, values.white.First() - kBefore},
-                             kBefore / sizeof(std::uint16_t) + mColumns.Count() / 2 + 2};
-  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
-  (bytes ? kernels.bytesApart : kernels.wordsApart)(args);
+                                        CellValues& values) const {
+  const SourceLines pair = Pair(upper, lower);
+  for (MosaicColumns part{mRead.first, mRead.first}; part.end < mRead.end;) {
+    part = SCF1Part(part.end, mRead.end, kSCF1SampleColumns);
+    TakePartApart(pair, part, row, values);
+  }
   const std::ptrdiff_t end = ColumnsToEdge() / 2;
   if (AtFirstColumn()) row.line[1].Copy<std::uint16_t>(-1, 0);
   if (AtLastColumn()) row.line[ColumnsToEdge() % 2].Copy<std::uint16_t>(end, end - 1);
   Complete<std::uint16_t>(values);
 }
 
+void SCF1Interpolation::Work::TakePartApart(const SourceLines& pair, const MosaicColumns& part, CellRow& row,
+                                            CellValues& values) const {
+  SCF1SampleRow samples[2];
+  mDemosaic.mSamples.Read(pair, 2, part, samples[0].First(), sizeof samples[0]);
+  const std::ptrdiff_t at = std::ptrdiff_t{part.first} - std::ptrdiff_t{mColumns.first};  // a word for two
+  const simd::Scf1Apart args{{samples[0].First(), samples[1].First()},
+                             {row.line[0].First() + at, row.line[1].First() + at},
+                             {values.colour.First() + at, values.white.First() + at},
+                             (std::size_t{part.Count()} + 1) / 2};
+  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
+  (mDemosaic.mApartDepth == 8 ? kernels.bytesApart : kernels.wordsApart)(args);
+}
+
 /// A cell that the right edge cuts becomes a copy of the cell two to its left; then the cells are mirrored.
 template <class Element>
-void SCF1Interpolation::Work::Complete(CellRow& row) const {
-  for (SCF1Row* cells : {&row.colour, &row.white}) {
+void SCF1Interpolation::Work::Complete(CellValues& values) const {
+  for (SCF1CellRow* cells : {&values.colour, &values.white}) {
     if (AtLastColumn()) {
       const std::ptrdiff_t end = (ColumnsToEdge() + 1) / 2;
       if (ColumnsToEdge() % 2 != 0) cells->Copy<Element>(end - 1, end - 3);
@@ -190,8 +204,8 @@ void SCF1Interpolation::Work::Interpolate(std::ptrdiff_t row) {
   const bool isLower = row % 2 != 0;
   simd::Scf1CellRow args{
       {above.line[1].First(), own.line[0].First(), own.line[1].First(), below.line[0].First()},
-      {above.colour.First(), own.colour.First(), below.colour.First()},
-      {above.white.First(), own.white.First(), below.white.First()},
+      {above.values.colour.First(), own.values.colour.First(), below.values.colour.First()},
+      {above.values.white.First(), own.values.white.First(), below.values.white.First()},
       {},
       (std::size_t{mColumns.Count()} + 1) / 2,
       mDemosaic.mApartDepth,

@@ -62,8 +62,8 @@ SCF1Tile SCF1TileOf(std::uint32_t flags) {
   }
 }
 
-MosaicColumns SCF1ColumnsFrom(std::uint32_t first, std::uint32_t width) {
-  return {first, width - first < kSCF1Columns + kSCF1MoreColumns ? width : first + kSCF1Columns};
+MosaicColumns SCF1Part(std::uint32_t first, std::uint32_t end, std::uint32_t most) {
+  return {first, end - first < most + kSCF1MoreColumns ? end : first + most};
 }
 
 bool SCF1Recipe::ToBytes() const {
@@ -78,18 +78,14 @@ LineRecipe SCF1Recipe::Samples(bool keepBytes) const {
 
 SCF1Samples::SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe)
     : mPlan(context, recipe) {
-  // A line is read piece by piece, so what follows in memory is not what is read next.
+  // Lines are read piece by piece, several at a time, so what follows in memory is not what is read next.
   if (mPlan.Args().prefetch != 0) mPlan.Args().prefetch = kPrefetchedLines * context.mSourceStride;
 }
 
 void SCF1Samples::Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns,
-                       std::uint8_t* row) const {
-  mPlan.Run({{lines.first + mPlan.SourceBytes(columns.first)},
-             {row},
-             columns.Count(),
-             count,
-             lines.step,
-             kSCF1Pitch});
+                       std::uint8_t* row, std::ptrdiff_t pitch) const {
+  mPlan.Run(
+      {{lines.first + mPlan.SourceBytes(columns.first)}, {row}, columns.Count(), count, lines.step, pitch});
 }
 
 void SCF1Planes::List(std::uint8_t* (&places)[3], bool redFirst) {

@@ -52,18 +52,23 @@ struct SCF1Tile {
 /// For the pattern that the flags select.
 SCF1Tile SCF1TileOf(std::uint32_t flags);
 
-/// Columns that are converted at a time. The last part may have a few more, so that it is never very narrow.
-inline constexpr std::uint32_t kSCF1Columns = 1024, kSCF1MoreColumns = 64;
+/// Columns that are converted at a time: as many as most lines have, since memory is read and written fastest
+/// in whole lines.
+inline constexpr std::uint32_t kSCF1Columns = 4096;
 
-/// The columns from `first` on that are converted together.
-MosaicColumns SCF1ColumnsFrom(std::uint32_t first, std::uint32_t width);
+/// Columns whose samples are read at a time, into the first-level cache.
+inline constexpr std::uint32_t kSCF1SampleColumns = 1024;
 
-/// A row of words of so many columns and of their neighbours, or of a 32-bit element for each of their cells.
-class SCF1Row {
+/// The last part may have a few more columns, so that it is never very narrow.
+inline constexpr std::uint32_t kSCF1MoreColumns = 64;
+
+/// The columns from `first` to `end`, or `most` of them.
+MosaicColumns SCF1Part(std::uint32_t first, std::uint32_t end, std::uint32_t most);
+
+/// A row of so many bytes and of those of its neighbours.
+template <std::size_t bytes>
+class SCF1RowOf {
  public:
-  static constexpr std::size_t kBytes =
-      2 * (kSCF1Columns + kSCF1MoreColumns) + std::size_t{2} * simd::kScf1Beyond;
-
   std::uint8_t* First() { return mBytes + simd::kScf1Beyond; }
 
   /// Element `to` becomes a copy of element `from`.
@@ -74,10 +79,15 @@ class SCF1Row {
   }
 
  private:
-  alignas(64) std::uint8_t mBytes[kBytes];
+  alignas(64) std::uint8_t mBytes[bytes + 2 * simd::kScf1Beyond];
 };
 
-inline constexpr std::ptrdiff_t kSCF1Pitch = sizeof(SCF1Row);
+/// A word for each column.
+using SCF1Row = SCF1RowOf<2 * (kSCF1Columns + kSCF1MoreColumns)>;
+using SCF1SampleRow = SCF1RowOf<2 * (kSCF1SampleColumns + kSCF1MoreColumns)>;
+
+/// A word for each cell, or for each column of half as many.
+using SCF1CellRow = SCF1RowOf<kSCF1Columns + 2 * kSCF1MoreColumns>;
 
 /// Converts samples to rows.
 class SCF1Samples {
@@ -88,9 +98,9 @@ class SCF1Samples {
   std::ptrdiff_t Prefetch() const { return mPlan.Kernel().args.prefetch; }
 
   /// Of `count` lines exactly the bytes of the columns, the first of which begins a group of samples. `row`
-  /// is the place of the first column in the first of as many rows.
-  void Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns,
-            std::uint8_t* row) const;
+  /// is the place of the first column in the first of as many rows, `pitch` bytes apart.
+  void Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns, std::uint8_t* row,
+            std::ptrdiff_t pitch) const;
 
  private:
   LinePlan mPlan;

@@ -158,7 +158,8 @@ Case LargeCase(const Model::Pair& pair, std::uint32_t width, std::uint32_t heigh
 
 /// Lines written past the caches go through the first-level cache in parts of 1536 bytes, of all planes and
 /// of both lines of a mosaic together; mosaics are interpolated in strips of 4096 columns, and the last
-/// block of odd widths once more. SCF1 is converted in strips of 1024 columns, the last one of 64 to 1087.
+/// block of odd widths once more. SCF1 is converted in strips of 4096 or 2048 columns and its samples are
+/// read 1024 columns at a time, up to 63 more in the last part.
 std::vector<std::uint32_t> WidthsAroundParts(const Model::Pair& pair) {
   const Model::Destination& destination = pair.back().destination;
   const unsigned planes = destination.shape == Model::Shape::Planes ? 3 : 1, lines = HasMosaic(pair) ? 2 : 1;
