@@ -54,6 +54,12 @@ using FastLines = Lines<FastReader<Samples>>;
 
 #else
 
+/// Whether a writer takes no channel but green.
+template <class Writer>
+inline constexpr bool kGreenOnly = false;
+template <int depth>
+inline constexpr bool kGreenOnly<MonoWriter<depth>> = true;
+
 /// One colour for pixels 2k and 2k + 1 by way of pairs: straight to the destination, or to blocks for the
 /// writers of those.
 template <class Samples>
@@ -62,7 +68,9 @@ struct FastLines {
 
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {
-    if constexpr (requires { PairsWriter<Writer>::kSize; })
+    if constexpr (kGreenOnly<Writer>)
+      Convert<Writer>(args, ByGreens<Writer>(args));
+    else if constexpr (requires { PairsWriter<Writer>::kSize; })
       Convert<Writer>(args, Direct<Writer>(args));
     else
       Convert<Writer>(args, ByBlocks<Writer>(args));
@@ -78,6 +86,25 @@ struct FastLines {
       });
     });
   }
+
+  template <class Writer>
+  static constexpr int kChannelSize = std::is_same_v<typename Writer::Channel, U8> ? 1 : 2;
+
+  template <class Writer>
+  struct ByGreens {
+    Greens<Samples, kChannelSize<Writer>> greens;
+    Writer writer;
+
+    explicit ZR_INLINE ByGreens(const KernelArgs& args) : greens(args), writer(args) {}
+
+    ZR_INLINE void operator()(const std::uint8_t* from, std::uint8_t* to) const {
+      const U8 first = greens.Read(from);
+      if constexpr (kChannelSize<Writer> == 1)
+        writer.Write(to, Grey<U8>{first});
+      else
+        writer.Write(to, Grey<Words>{{As<U16>(first), As<U16>(greens.Read(from + greens.kTaken))}});
+    }
+  };
 
   template <class Writer>
   struct Direct {
@@ -96,7 +123,7 @@ struct FastLines {
 
   template <class Writer>
   struct ByBlocks {
-    static constexpr int kSize = std::is_same_v<typename Writer::Channel, U8> ? 1 : 2;
+    static constexpr int kSize = kChannelSize<Writer>;
     Pairs<Samples, kSize> pairs;
     TwiceColours<kSize> twice;
     Writer writer;

@@ -20,6 +20,36 @@ ZR_INLINE PairPlaces PlacesInMemory(const KernelArgs& args) {
   return {red, green, red ^ 2};
 }
 
+/// Means of words on the 16-bit scale. Samples of less than 16 bits leave bit 0 clear, so nothing is rounded.
+ZR_INLINE U16 MeanOfWords(U16 a, U16 b) {
+#if defined(__AVX512VBMI__)
+  return As<U16>(_mm512_avg_epu16(As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
+  return As<U16>(_mm256_avg_epu16(As<Native>(a), As<Native>(b)));
+#elif defined(__x86_64__)
+  return As<U16>(_mm_avg_epu16(As<Native>(a), As<Native>(b)));
+#elif defined(__wasm_simd128__)
+  return As<U16>(wasm_u16x8_avgr(As<Native>(a), As<Native>(b)));
+#else
+  return As<U16>(vhaddq_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
+#endif
+}
+
+/// Means of bytes. Instructions that round up round the complements' means down.
+ZR_INLINE U8 MeanOfBytes(U8 a, U8 b) {
+#if defined(__AVX512VBMI__)
+  return ~As<U8>(_mm512_avg_epu8(As<Native>(~a), As<Native>(~b)));
+#elif defined(__AVX2__)
+  return ~As<U8>(_mm256_avg_epu8(As<Native>(~a), As<Native>(~b)));
+#elif defined(__x86_64__)
+  return ~As<U8>(_mm_avg_epu8(As<Native>(~a), As<Native>(~b)));
+#elif defined(__wasm_simd128__)
+  return ~As<U8>(wasm_u8x16_avgr(As<Native>(~a), As<Native>(~b)));
+#else
+  return As<U8>(vhaddq_u8(As<Native>(a), As<Native>(b)));
+#endif
+}
+
 /// Puts the mean of both greens in the place of the first one.
 class MeansOfWords {
  public:
@@ -30,22 +60,7 @@ class MeansOfWords {
 
  private:
   ZR_INLINE U8 In(U16 pairs) const {
-    return Select(mFirst, As<U8>(Mean(pairs, As<U16>(As<U64>(pairs) >> 32))), As<U8>(pairs));
-  }
-
-  /// Samples of less than 16 bits leave bit 0 clear, so that nothing is rounded.
-  static ZR_INLINE U16 Mean(U16 a, U16 b) {
-#if defined(__AVX512VBMI__)
-    return As<U16>(_mm512_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__AVX2__)
-    return As<U16>(_mm256_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__x86_64__)
-    return As<U16>(_mm_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__wasm_simd128__)
-    return As<U16>(wasm_u16x8_avgr(As<Native>(a), As<Native>(b)));
-#else
-    return As<U16>(vhaddq_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
-#endif
+    return Select(mFirst, As<U8>(MeanOfWords(pairs, As<U16>(As<U64>(pairs) >> 32))), As<U8>(pairs));
   }
 
   U8 mFirst;
@@ -85,8 +100,8 @@ class Pairs<ByteSamples, 1> {
   ZR_INLINE PairPlaces Places() const { return mPlaces; }
   ZR_INLINE Vectors<2> Read(const std::uint8_t* p) const {
     return ForEach<2>([&](auto i) ZR_ALWAYS {
-      const U8 pairs = Load(p + i * kWidth);
-      return Select(mFirst, MeanOfTwo<U8>::Get(pairs, As<U8>(As<U32>(pairs) >> 16)), pairs);
+      const U8 pairs = Load(p + i * kWidth), complement = ~pairs;
+      return Select(mFirst, MeanOfBytes(pairs, ~As<U8>(As<U32>(complement) >> 16)), pairs);
     });
   }
 
@@ -105,6 +120,7 @@ struct SortedWords {
 };
 
 /// Brings sorted elements to bytes: a sum of products puts both colours side by side and adds the greens.
+template <bool shifted>
 class SortedPairs {
  public:
   explicit ZR_INLINE SortedPairs(const SortedWords& words, const KernelArgs& args)
@@ -140,12 +156,16 @@ class SortedPairs {
 
   /// Bytes 1 and 2 of an element: the colours; byte 5: the mean of the greens.
   ZR_INLINE U32 Summed(U8 sorted) const {
+    return As<U32>(MultiplyAddPairs(S32{}, As<S16>(Shifted(sorted) & mKept), As<S16>(mFactors)));
+  }
+
+  ZR_INLINE U64 Shifted(U8 sorted) const {
+    if constexpr (!shifted) return As<U64>(sorted);
 #if defined(__AVX512VBMI__)
-    const auto shifted = _mm512_srlv_epi32(As<Native>(sorted), As<Native>(mShift));
+    return As<U64>(_mm512_srlv_epi32(As<Native>(sorted), As<Native>(mShift)));
 #else
-    const auto shifted = _mm256_srlv_epi32(As<Native>(sorted), As<Native>(mShift));
+    return As<U64>(_mm256_srlv_epi32(As<Native>(sorted), As<Native>(mShift)));
 #endif
-    return As<U32>(MultiplyAddPairs(S32{}, As<S16>(As<U64>(shifted) & mKept), As<S16>(mFactors)));
   }
 
   U64 mShift, mKept, mFactors;
@@ -184,7 +204,7 @@ class Pairs<WordSamples, 1> {
   };
 
   U8 mSort;
-  SortedPairs mPairs;
+  SortedPairs<false> mPairs;
 };
 
 /// Packed samples as bytes.
@@ -232,7 +252,7 @@ class Pairs<PackedSamples<Form>, 1> {
   }
 
   U8 mSort;
-  SortedPairs mPairs;
+  SortedPairs<true> mPairs;
 };
 
 #else
@@ -270,6 +290,159 @@ ZR_INLINE U8 Choose(U8 pairs, U8 from) {
 #endif
 }
 
+/// The means of the greens of pairs for both of their pixels, for destinations that take nothing else: a
+/// vector of samples of `size` bytes from kTaken bytes of a line.
+template <class Samples, int size>
+class Greens;
+
+/// Samples in bytes as bytes.
+template <>
+class Greens<ByteSamples, 1> {
+ public:
+  static constexpr int kTaken = 2 * kWidth;
+
+  explicit ZR_INLINE Greens(const KernelArgs& args)
+      : mFrom(Constant<Both>::Get() + Splat8(args.greenFirst ? 0 : 1)) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const {
+    const U8 a = ShuffleBytes(Load(p), mFrom), b = ShuffleBytes(Load(p + kWidth), mFrom);
+    return JoinHalves(MeanOfBytes(UnpackLow64(a, b), UnpackHigh64(a, b)));
+  }
+
+ private:
+  /// Twice the first greens of a lane, then the second ones.
+  struct Both {
+    static constexpr int At(int i) { return i % 8 / 2 * 4 + i % 16 / 8 * 2; }
+  };
+
+  U8 mFrom;
+};
+
+/// Samples in bytes as words.
+template <>
+class Greens<ByteSamples, 2> {
+ public:
+  static constexpr int kTaken = kWidth;
+
+  explicit ZR_INLINE Greens(const KernelArgs& args) {
+    const U8 green = Where<Upper>() & Splat8(args.greenFirst ? 0 : 1);
+    mFirst = Constant<Word<0>>::Get() + green;
+    mSecond = Constant<Word<2>>::Get() + green;
+  }
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const {
+    const U8 pairs = Load(p);
+    return As<U8>(MeanOfWords(As<U16>(ShuffleBytes(pairs, mFirst)), As<U16>(ShuffleBytes(pairs, mSecond))));
+  }
+
+ private:
+  struct Upper {
+    static constexpr bool At(int i) { return i % 2 == 1; }
+  };
+  template <int at>
+  struct Word {
+    static constexpr int At(int i) { return i % 2 == 1 ? i % 16 / 4 * 4 + at : 0x80; }
+  };
+
+  U8 mFirst, mSecond;
+};
+
+/// Loads samples and takes the greens of each pair as two words side by side, each shifted up by its factor
+/// to the 16-bit scale.
+template <class Samples>
+class GreenWords;
+
+template <>
+class GreenWords<WordSamples> {
+ public:
+  static constexpr int kTaken = kWidth;
+
+  explicit ZR_INLINE GreenWords(const KernelArgs& args)
+      : mFrom(Constant<Both>::Get() + Splat8(args.greenFirst ? 0 : 2)), mShift(args.shift) {}
+
+  /// Of the pairs of a lane, in its lower half.
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return ShuffleBytes(Load(p), mFrom); }
+  ZR_INLINE U16 Scaled(U8 greens) const { return ShiftLeft(As<U16>(greens), mShift); }
+
+ private:
+  struct Both {
+    static constexpr int At(int i) { return i % 8 / 2 * 4 + i % 2; }
+  };
+
+  U8 mFrom;
+  std::uint32_t mShift;
+};
+
+#if defined(__AVX2__)
+
+template <class Form>
+class GreenWords<PackedSamples<Form>> {
+ public:
+  static constexpr int kTaken = PackedSamples<Form>::kGroupBytes * kWidth / 8;
+
+  explicit ZR_INLINE GreenWords(const KernelArgs& args)
+      : mFrom(args.greenFirst ? Groups<0>::Index() : Groups<1>::Index()),
+        mFactors(As<U16>(
+            Splat32(args.greenFirst ? FactorOf(0) | FactorOf(2) << 16 : FactorOf(1) | FactorOf(3) << 16))) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return Choose(Groups<0>::LoadGroups(p), mFrom); }
+  ZR_INLINE U16 Scaled(U8 greens) const {
+    return (As<U16>(greens) * mFactors) & Splat16(0xFFFFU << (16 - Form::kBits));
+  }
+
+ private:
+  /// Two pairs make the lower half of a lane.
+  template <int first>
+  struct Both {
+    static constexpr int kPair = PackedSamples<Form>::kGroupBytes, kBytes = 2 * kPair, kResult = 16;
+    static constexpr int At(int j) {
+      return j / 4 % 2 * kPair + Form::kBits * (first + j / 2 % 2 * 2) / 8 + j % 2;
+    }
+  };
+  template <int first>
+  using Groups = Spread<Both<first>>;
+
+  static constexpr unsigned FactorOf(int sample) {
+    return 1U << (16 - Form::kBits - Form::kBits * sample % 8);
+  }
+
+  U8 mFrom;
+  U16 mFactors;
+};
+
+#endif
+
+/// Words and packed samples as bytes or words. `size` bytes of the mean are its upper ones.
+template <class Samples, int size>
+class Greens {
+ public:
+  static constexpr int kTaken = 4 / size * GreenWords<Samples>::kTaken;
+
+  explicit ZR_INLINE Greens(const KernelArgs& args) : mWords(args) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const {
+    if constexpr (size == 2)
+      return JoinHalves(TwiceMeans(p));
+    else
+      return JoinQuarters(UnpackLow64(TwiceMeans(p), TwiceMeans(p + kTaken / 2)));
+  }
+
+ private:
+  struct Upper {
+    static constexpr int At(int i) { return i % (16 / 2 * size) / (2 * size) * 4 + 2 - size + i % size; }
+  };
+
+  /// Lanes of means twice, the first half from the first vector loaded; bytes fill the lower half of a lane.
+  ZR_INLINE U8 TwiceMeans(const std::uint8_t* p) const {
+    const U8 greens = UnpackLow64(mWords.Read(p), mWords.Read(p + GreenWords<Samples>::kTaken));
+    const U16 words = mWords.Scaled(greens);
+    const U16 means = MeanOfWords(words, As<U16>(As<U32>(words) >> 16));
+    return ShuffleBytes(As<U8>(means), Constant<Upper>::Get());
+  }
+
+  GreenWords<Samples> mWords;
+};
+
 /// A channel of pairs for both of their pixels.
 template <int size>
 class Twice {
@@ -293,6 +466,25 @@ class Twice {
 
   U8 mFrom;
 };
+
+#if !defined(__AVX2__)
+
+/// Packed samples.
+template <class Form, int size>
+class Greens<PackedSamples<Form>, size> {
+ public:
+  static constexpr int kTaken = Pairs<PackedSamples<Form>, size>::kTaken;
+
+  explicit ZR_INLINE Greens(const KernelArgs& args) : mPairs(args), mGreen(mPairs.Places().green) {}
+
+  ZR_INLINE U8 Read(const std::uint8_t* p) const { return mGreen(mPairs.Read(p)); }
+
+ private:
+  Pairs<PackedSamples<Form>, size> mPairs;
+  Twice<size> mGreen;
+};
+
+#endif
 
 /// Colours of pairs for both of their pixels, a vector a channel.
 template <int size>
