@@ -9,6 +9,8 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
+#if defined(__x86_64__) && !defined(__SSSE3__)
+
 /// Red and blue of pixels whose parity of column tells which of the two each holds.
 class RedAndBlue {
  public:
@@ -24,8 +26,6 @@ class RedAndBlue {
  private:
   U8 mBlueEven;
 };
-
-#if defined(__x86_64__) && !defined(__SSSE3__)
 
 /// One colour for pixels 2k and 2k + 1: the red of the one, the blue of the other, the mean of both greens.
 template <class Samples>
@@ -166,6 +166,58 @@ constexpr KernelRow SplitRow() {
   return row;
 }
 
+/// Red and blue of pixels that hold the one and lack the other: the own colour stands where its column does.
+template <class Channel>
+class OwnAndMissing;
+
+template <>
+class OwnAndMissing<U8> {
+ public:
+  explicit ZR_INLINE OwnAndMissing(const KernelArgs& args)
+      : mRed(As<U8>(Splat16(args.redAtEvenColumn ? 0xFF : 0xFF00))) {}
+
+  ZR_INLINE Colour<U8> Order(U8 own, U8 green, U8 missing) const {
+    return {Select(mRed, own, missing), green, Select(mRed, missing, own)};
+  }
+
+ private:
+  U8 mRed;
+};
+
+template <>
+class OwnAndMissing<Words> {
+ public:
+  explicit ZR_INLINE OwnAndMissing(const KernelArgs& args)
+      : mRed(As<U8>(Splat32(args.redAtEvenColumn ? 0xFFFF : 0xFFFF0000))) {}
+
+  ZR_INLINE Colour<Words> Order(const Words& own, const Words& green, const Words& missing) const {
+    return {Chosen(own, missing), green, Chosen(missing, own)};
+  }
+
+ private:
+  ZR_INLINE Words Chosen(const Words& red, const Words& blue) const {
+    return {As<U16>(Select(mRed, As<U8>(red.a), As<U8>(blue.a))),
+            As<U16>(Select(mRed, As<U8>(red.b), As<U8>(blue.b)))};
+  }
+
+  U8 mRed;
+};
+
+/// The mean of two samples of a row, in the form of channel that is asked for.
+template <class Channel>
+ZR_INLINE Channel MeanOf(U8 a, U8 b) {
+  if constexpr (std::is_same_v<Channel, U8>) {
+    return MeanOfBytes(a, b);
+  } else {
+    const Words x = WidenHigh(a), y = WidenHigh(b);
+    return {MeanOfWords(x.a, y.a), MeanOfWords(x.b, y.b)};
+  }
+}
+template <class Channel>
+ZR_INLINE Channel MeanOf(const Words& a, const Words& b) {
+  return Cast<Channel>::From(Words{MeanOfWords(a.a, b.a), MeanOfWords(a.b, b.b)});
+}
+
 /// Own green, own red or blue, and the mean of the neighbours' for the missing colour. Source 0 is the row of
 /// red and blue, which may be read one pixel to either side, source 1 that of green.
 template <class Sample>
@@ -173,20 +225,17 @@ struct BilinearLines {
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {
     using Held = Form<Sample>;
-    using Out = typename Held::template Out<typename Writer::Channel>;
-    const RedAndBlue order(args);
+    using Channel = typename Writer::Channel;
+    const OwnAndMissing<Channel> order(args);
     const Writer writer(args);
     EachLine<2, 1>(args, [&](const auto& line) ZR_ALWAYS {
       EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
         const std::uint8_t* const own = line.source[0] + Held::kBytes * x;
-        const Out here = Cast<Out>::From(Held::Read(own));
-        const Out beside =
-            Held::template Mean<Out>(Held::Read(own - Held::kBytes), Held::Read(own + Held::kBytes));
-        const Out green = Cast<Out>::From(Held::Read(line.source[1] + Held::kBytes * x));
-        const U8 odd = Form<Out>::Odd();
-        writer.Write(line.destination[0] + x * Writer::kStep,
-                     In<typename Writer::Channel>(order.Order<Out>(
-                         Form<Out>::Choose(here, beside, odd), green, Form<Out>::Choose(beside, here, odd))));
+        writer.Write(
+            line.destination[0] + x * Writer::kStep,
+            order.Order(Cast<Channel>::From(Held::Read(own)),
+                        Cast<Channel>::From(Held::Read(line.source[1] + Held::kBytes * x)),
+                        MeanOf<Channel>(Held::Read(own - Held::kBytes), Held::Read(own + Held::kBytes))));
       });
     });
   }

@@ -20,36 +20,6 @@ ZR_INLINE PairPlaces PlacesInMemory(const KernelArgs& args) {
   return {red, green, red ^ 2};
 }
 
-/// Means of words on the 16-bit scale. Samples of less than 16 bits leave bit 0 clear, so nothing is rounded.
-ZR_INLINE U16 MeanOfWords(U16 a, U16 b) {
-#if defined(__AVX512VBMI__)
-  return As<U16>(_mm512_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__AVX2__)
-  return As<U16>(_mm256_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__x86_64__)
-  return As<U16>(_mm_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__wasm_simd128__)
-  return As<U16>(wasm_u16x8_avgr(As<Native>(a), As<Native>(b)));
-#else
-  return As<U16>(vhaddq_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
-#endif
-}
-
-/// Means of bytes. Instructions that round up round the complements' means down.
-ZR_INLINE U8 MeanOfBytes(U8 a, U8 b) {
-#if defined(__AVX512VBMI__)
-  return ~As<U8>(_mm512_avg_epu8(As<Native>(~a), As<Native>(~b)));
-#elif defined(__AVX2__)
-  return ~As<U8>(_mm256_avg_epu8(As<Native>(~a), As<Native>(~b)));
-#elif defined(__x86_64__)
-  return ~As<U8>(_mm_avg_epu8(As<Native>(~a), As<Native>(~b)));
-#elif defined(__wasm_simd128__)
-  return ~As<U8>(wasm_u8x16_avgr(As<Native>(~a), As<Native>(~b)));
-#else
-  return As<U8>(vhaddq_u8(As<Native>(a), As<Native>(b)));
-#endif
-}
-
 /// Puts the mean of both greens in the place of the first one.
 class MeansOfWords {
  public:
