@@ -110,37 +110,70 @@ class BilinearBiColor {
   }
 
   void Run(const BiColorImage& image) {
-    for (std::uint32_t line = 0; line < image.height; ++line)
-      RunLine(image.lines.At(line), image.Destination(line), image.width);
+    const std::uint32_t together = LinesTogether(image.width);
+    for (std::uint32_t line = 0; line < image.height; line += together)
+      RunLines({{image.lines.At(line), image.lines.step},
+                image.Destination(line),
+                image.destinationStep,
+                image.width,
+                std::min(together, image.height - line)});
   }
 
  private:
   /// Pixels that are split at a time, and space beside them for neighbours.
   static constexpr std::uint32_t kPixels = 2048, kBeside = 32;
 
-  /// The last pixels of an odd width are converted first, from an odd pixel on.
-  void RunLine(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width) {
-    const std::uint32_t even = width - width % 2;
-    if (even != width) {
-      const std::uint32_t last = std::min<std::uint32_t>(kLargestBlock, even);
-      RunPixels(source, destination, width, width - last, width);
-    }
-    for (std::uint32_t x = 0; x < even; x += std::min(kPixels, even - x))
-      RunPixels(source, destination, width, x, x + std::min(kPixels, even - x));
+  /// Bytes of rows: those of the longest pieces of a line, or of more short lines, so that few kernel calls
+  /// convert many lines.
+  static constexpr std::size_t kRowBytes = std::size_t{16} << 10;
+
+  /// Bytes of a sample in a row, and of the row of one colour.
+  std::size_t SampleBytes() const { return mSplit.DestinationBytes(1); }
+  std::size_t RowBytes(std::uint32_t pixels) const {
+    return (SampleBytes() * (pixels + std::size_t{2} * kBeside) + 63) / 64 * 64;
   }
 
-  void RunPixels(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width,
-                 std::uint32_t begin, std::uint32_t end) {
-    alignas(64) std::uint8_t rows[2][2 * (kPixels + 2 * kBeside)];
-    const std::size_t size = mSplit.DestinationBytes(1), beside = kBeside * size;
-    std::uint8_t *const colour = rows[0] + beside, *const green = rows[1] + beside;
-    const std::uint32_t from = begin == 0 ? 0 : (begin - 1) / 2 * 2, to = std::min(end + 1, width);
-    const std::size_t before = (begin - from) * size, count = (end - begin) * size;
-    mSplit.Run({{source + mSplit.SourceBytes(from)}, {colour - before, green - before}, to - from});
-    if (begin == 0) std::memcpy(colour - size, colour + size, size);
-    if (end == width) std::memcpy(colour + count, colour + count - 2 * size, size);
+  std::uint32_t LinesTogether(std::uint32_t width) const {
+    return static_cast<std::uint32_t>(kRowBytes / (2 * RowBytes(std::min(width, kPixels))));
+  }
+
+  /// The last pixels of an odd width are converted first, from an odd pixel on.
+  void RunLines(const BiColorImage& lines) {
+    const std::uint32_t width = lines.width, even = width - width % 2;
+    if (even != width) RunPixels(lines, width - std::min<std::uint32_t>(kLargestBlock, even), width);
+    for (std::uint32_t x = 0; x < even; x += std::min(kPixels, even - x))
+      RunPixels(lines, x, x + std::min(kPixels, even - x));
+  }
+
+  void RunPixels(const BiColorImage& lines, std::uint32_t begin, std::uint32_t end) {
+    alignas(64) std::uint8_t rows[kRowBytes];
+    const std::size_t row = RowBytes(std::min(lines.width, kPixels)), size = SampleBytes();
+    std::uint8_t *const colour = rows + kBeside * size, *const green = colour + row;
+    const auto step = static_cast<std::ptrdiff_t>(2 * row);
+    const std::uint32_t from = begin == 0 ? 0 : (begin - 1) / 2 * 2, to = std::min(end + 1, lines.width);
+    const std::size_t before = (begin - from) * size;
+    mSplit.Run({{lines.lines.first + mSplit.SourceBytes(from)},
+                {colour - before, green - before},
+                to - from,
+                lines.height,
+                lines.lines.step,
+                step});
+    for (std::uint32_t line = 0; line < lines.height; ++line)
+      MirrorEnds(colour + line * 2 * row, begin == 0, end == lines.width ? (end - begin) * size : 0);
     mPixels.Args().redAtEvenColumn = mRedAtEvenColumn == (begin % 2 == 0);
-    mPixels.Run({{colour, green}, {destination + mPixels.DestinationBytes(begin)}, end - begin});
+    mPixels.Run({{colour, green},
+                 {lines.destination + mPixels.DestinationBytes(begin)},
+                 end - begin,
+                 lines.height,
+                 step,
+                 lines.destinationStep});
+  }
+
+  /// The neighbour before the first pixel, and the one behind the last pixel, which ends at byte `end`.
+  void MirrorEnds(std::uint8_t* colour, bool first, std::size_t end) const {
+    const std::size_t size = SampleBytes();
+    if (first) std::memcpy(colour - size, colour + size, size);
+    if (end != 0) std::memcpy(colour + end, colour + end - 2 * size, size);
   }
 
   LinePlan mSplit, mPixels;
