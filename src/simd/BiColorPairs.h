@@ -70,8 +70,8 @@ class Pairs<ByteSamples, 1> {
   ZR_INLINE PairPlaces Places() const { return mPlaces; }
   ZR_INLINE Vectors<2> Read(const std::uint8_t* p) const {
     return ForEach<2>([&](auto i) ZR_ALWAYS {
-      const U8 pairs = Load(p + i * kWidth), complement = ~pairs;
-      return Select(mFirst, MeanOfBytes(pairs, ~As<U8>(As<U32>(complement) >> 16)), pairs);
+      const U8 pairs = Load(p + i * kWidth);
+      return Select(mFirst, MeanOfBytes(pairs, As<U8>(As<U32>(pairs) >> 16)), pairs);
     });
   }
 

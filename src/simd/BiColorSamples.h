@@ -97,10 +97,14 @@ ZR_INLINE U16 MeanOfWords(U16 a, U16 b) {
 #endif
 }
 
-/// Means of bytes. Instructions that round up round the complements' means down.
+/// Means of bytes, rounded down. Instructions that round up round the complements' means down. With AVX-512 a
+/// complement waits for what its register held before, so bit 0 is subtracted where it was rounded up.
 ZR_INLINE U8 MeanOfBytes(U8 a, U8 b) {
 #if defined(__AVX512VBMI__)
-  return ~As<U8>(_mm512_avg_epu8(As<Native>(~a), As<Native>(~b)));
+  constexpr int kOfDifference = (0xF0 ^ 0xCC) & 0xAA;
+  const Native roundedUp =
+      _mm512_ternarylogic_epi32(As<Native>(a), As<Native>(b), As<Native>(Splat8(1)), kOfDifference);
+  return As<U8>(_mm512_avg_epu8(As<Native>(a), As<Native>(b))) - As<U8>(roundedUp);
 #elif defined(__AVX2__)
   return ~As<U8>(_mm256_avg_epu8(As<Native>(~a), As<Native>(~b)));
 #elif defined(__x86_64__)
