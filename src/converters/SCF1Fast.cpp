@@ -36,7 +36,7 @@ void SCF1Fast::RunTiles(const SCF1Lines& lines, std::uint8_t* destination) const
   for (MosaicColumns columns{0, 0}; columns.end < lines.width;) {
     columns = SCF1Part(columns.end, lines.width, kSCF1Columns);
     MakeTiles(lines.lines, columns, planes);
-    mPixels.Write(planes, 0, columns, lines.count, destination, lines.destinationStep);
+    mPixels.WriteAlike(planes, columns, lines.count, destination, lines.destinationStep);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <ZrConvertersLib/PixelConverter.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "converters/SCF1Fast.h"
 #include "converters/SCF1Interpolation.h"
@@ -21,6 +22,16 @@ constexpr std::ptrdiff_t kPrefetchedLines = 8;
 
 constexpr std::uint32_t kTileSide = 4;
 
+constexpr std::size_t kCacheLine = 64, kMostPlanes = 3;
+
+/// Bytes from a plane of a row of pixels to the next, not counting what each has to begin within a cache
+/// line. Planes have elements of up to two bytes. Three of them hold a row of the longest pixels, too.
+constexpr std::size_t kPlanePitch = 2 * (kSCF1Columns + kSCF1MoreColumns) + 2 * kCacheLine;
+
+constexpr std::size_t InCacheLine(std::uintptr_t place) {
+  return place % kCacheLine;
+}
+
 bool IsGrey(simd::PixelWriter writer) {
   return !kDestinations[static_cast<std::size_t>(writer)].colour;
 }
@@ -29,6 +40,13 @@ LineRecipe PixelsRecipe(simd::PixelWriter writer, bool fromBytes) {
   const SourceReader grey = fromBytes ? SourceReader::Mono8 : SourceReader::Mono16;
   const SourceReader planar = fromBytes ? SourceReader::RGBPlanar8 : SourceReader::RGBPlanar16;
   return {.reader = IsGrey(writer) ? grey : planar, .writer = writer, .fromCaches = true};
+}
+
+/// Whether making pixels takes longer than copying them: through tables and to planes of words, and past the
+/// caches, where it would keep the processor from reading ahead.
+bool CopyingPays(const PreparedKernel& kernel) {
+  return kernel.stream != nullptr || kernel.args.tables[0] != nullptr ||
+         (kernel.planes > 1 && kernel.pixelBytes > 1);
 }
 
 /// How many of the lines belong to the image.
@@ -95,19 +113,57 @@ void SCF1Planes::List(std::uint8_t* (&places)[3], bool redFirst) {
 }
 
 SCF1Pixels::SCF1Pixels(const PixelConverterContext& context, const SCF1Recipe& recipe, bool fromBytes)
-    : mGreenOnly(IsGrey(recipe.writer)), mPlan(context, PixelsRecipe(recipe.writer, fromBytes)) {}
+    : mGreenOnly(IsGrey(recipe.writer)),
+      mPlan(context, PixelsRecipe(recipe.writer, fromBytes)),
+      mToRow(mPlan.Kernel()),
+      mCopies(CopyingPays(mToRow)) {
+  mToRow.args.planeDistance =
+      static_cast<std::ptrdiff_t>(kPlanePitch + InCacheLine(static_cast<std::uintptr_t>(PlaneDistance())));
+}
 
 void SCF1Pixels::Write(SCF1Planes& planes, std::ptrdiff_t rowsApart, const MosaicColumns& columns,
                        std::uint32_t count, std::uint8_t* destination, std::ptrdiff_t destinationStep) const {
-  LineBlock block{{planes.row[0].First(), planes.row[1].First(), planes.row[2].First()},
-                  {},
-                  columns.Count(),
-                  count,
-                  rowsApart,
-                  destinationStep};
-  block.destination[0] = destination + mPlan.DestinationBytes(columns.first);
-  if (mGreenOnly) block.source[0] = block.source[1];
+  LineBlock block = Line(planes, columns, destination + mPlan.DestinationBytes(columns.first));
+  block.lines = count;
+  block.sourceStep = rowsApart;
+  block.destinationStep = destinationStep;
   mPlan.Run(block);
+}
+
+LineBlock SCF1Pixels::Line(SCF1Planes& planes, const MosaicColumns& columns,
+                           std::uint8_t* destination) const {
+  return {{planes.row[mGreenOnly ? 1 : 0].First(), planes.row[1].First(), planes.row[2].First()},
+          {destination},
+          columns.Count()};
+}
+
+void SCF1Pixels::WriteAlike(SCF1Planes& planes, const MosaicColumns& columns, std::uint32_t count,
+                            std::uint8_t* destination, std::ptrdiff_t destinationStep) const {
+  if (!mCopies || count == 1 || columns.Count() < mToRow.block || !mPlan.PlanesApart(columns.Count()))
+    return Write(planes, 0, columns, count, destination, destinationStep);
+  // The row has the first line's offset in a cache line.
+  alignas(kCacheLine) std::uint8_t bytes[kMostPlanes * (kPlanePitch + kCacheLine)];
+  std::uint8_t* const first = destination + mPlan.DestinationBytes(columns.first);
+  std::uint8_t* const row = bytes + InCacheLine(reinterpret_cast<std::uintptr_t>(first));
+  mToRow.Run(Line(planes, columns, row));
+  for (std::uint32_t line = 0; line < count; ++line)
+    for (std::ptrdiff_t plane = 0; plane < mToRow.planes; ++plane)
+      Copy(OffsetBy(first, line * destinationStep + plane * PlaneDistance()),
+           row + plane * mToRow.args.planeDistance, mPlan.DestinationBytes(columns.Count()));
+}
+
+/// Past the caches if the frame is written so.
+void SCF1Pixels::Copy(std::uint8_t* to, const std::uint8_t* from, std::size_t bytes) const {
+  const simd::StreamFunction stream = mPlan.Kernel().stream;
+  const std::size_t before = InCacheLine(-reinterpret_cast<std::uintptr_t>(to));
+  if (stream == nullptr || bytes < before + kCacheLine) {
+    std::memcpy(to, from, bytes);
+    return;
+  }
+  const std::size_t whole = (bytes - before) / kCacheLine * kCacheLine, after = bytes - before - whole;
+  std::memcpy(to, from, before);
+  stream(to + before, from + before, whole);
+  std::memcpy(to + before + whole, from + before + whole, after);
 }
 
 }  // namespace ZrConvertersLib

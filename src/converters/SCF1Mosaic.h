@@ -127,9 +127,19 @@ class SCF1Pixels {
   void Write(SCF1Planes& planes, std::ptrdiff_t rowsApart, const MosaicColumns& columns, std::uint32_t count,
              std::uint8_t* destination, std::ptrdiff_t destinationStep) const;
 
+  /// The same of lines that are all alike: pixels are made once and copied where that is faster.
+  void WriteAlike(SCF1Planes& planes, const MosaicColumns& columns, std::uint32_t count,
+                  std::uint8_t* destination, std::ptrdiff_t destinationStep) const;
+
  private:
+  std::ptrdiff_t PlaneDistance() const { return mPlan.Kernel().args.planeDistance; }
+  LineBlock Line(SCF1Planes& planes, const MosaicColumns& columns, std::uint8_t* destination) const;
+  void Copy(std::uint8_t* to, const std::uint8_t* from, std::size_t bytes) const;
+
   bool mGreenOnly;
   LinePlan mPlan;
+  PreparedKernel mToRow;  ///< writes pixels to a row, through the caches
+  bool mCopies;           ///< lines that are alike
 };
 
 }  // namespace ZrConvertersLib

@@ -68,7 +68,7 @@ struct FamilyKernels {
   std::size_t count;
 };
 
-/// Copies whole cache lines past the caches, with non-temporal stores; both sides begin with one.
+/// Copies whole cache lines past the caches, with non-temporal stores; the destination begins with one.
 using StreamFunction = void (*)(std::uint8_t* destination, const std::uint8_t* source, std::size_t size);
 
 /// Copies pixels in reverse order.
