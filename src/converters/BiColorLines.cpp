@@ -46,19 +46,18 @@ struct BiColorImage {
 class FastBiColor {
  public:
   FastBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
-      : mPairs(context, {.reader = recipe.fast, .writer = recipe.writer, .shift = recipe.shift}),
-        mLastPair(context, {.reader = recipe.fast, .writer = recipe.writer, .shift = recipe.shift}) {
-    const BiColorOrder order = OrderOf(context.mFlags);
-    mPairs.Args().greenFirst = mLastPair.Args().greenFirst = order.greenFirst;
-    mPairs.Args().redAtEvenColumn = order.redAtEvenColumn;
-    mLastPair.Args().redAtEvenColumn = !order.redAtEvenColumn;
+      : mContext(context),
+        mRecipe({.reader = recipe.fast, .writer = recipe.writer, .shift = recipe.shift}),
+        mOrder(OrderOf(context.mFlags)),
+        mPairs(context, mRecipe) {
+    mPairs.Args().greenFirst = mOrder.greenFirst;
+    mPairs.Args().redAtEvenColumn = mOrder.redAtEvenColumn;
   }
 
   void Run(const BiColorImage& image) const {
     const std::uint32_t even = image.width - image.width % 2;
     // The pair of the last pixel first: the pixel before that belongs to another pair.
-    for (std::uint32_t line = 0; even != image.width && line < image.height; ++line)
-      RunLastPair(image.lines.At(line), image.Destination(line), image.width);
+    if (even != image.width) RunLastPairs(image);
     mPairs.Run({{image.lines.first},
                 {image.destination},
                 even,
@@ -68,19 +67,31 @@ class FastBiColor {
   }
 
  private:
+  void RunLastPairs(const BiColorImage& image) const {
+    LinePlan lastPair(mContext, mRecipe);
+    lastPair.Args().greenFirst = mOrder.greenFirst;
+    lastPair.Args().redAtEvenColumn = !mOrder.redAtEvenColumn;
+    for (std::uint32_t line = 0; line < image.height; ++line)
+      RunLastPair(lastPair, image.lines.At(line), image.Destination(line), image.width);
+  }
+
   /// The last two pixels, of which the first may begin within a byte, moved to the beginning of one.
-  void RunLastPair(const std::uint8_t* source, std::uint8_t* destination, std::uint32_t width) const {
-    const std::size_t bits = std::size_t{mPairs.Kernel().reader.group.bytes} * 4;  // of one pixel
+  static void RunLastPair(const LinePlan& plan, const std::uint8_t* source, std::uint8_t* destination,
+                          std::uint32_t width) {
+    const std::size_t bits = std::size_t{plan.Kernel().reader.group.bytes} * 4;  // of one pixel
     const std::size_t begin = (width - 2) * bits, end = (width * bits + 7) / 8;
     std::uint64_t pixels = 0;
     std::memcpy(&pixels, source + begin / 8, end - begin / 8);
     pixels >>= begin % 8;
     std::uint8_t bytes[sizeof pixels];
     std::memcpy(bytes, &pixels, sizeof pixels);
-    mLastPair.Run({{bytes}, {destination + mPairs.DestinationBytes(width - 2)}, 2});
+    plan.Run({{bytes}, {destination + plan.DestinationBytes(width - 2)}, 2});
   }
 
-  LinePlan mPairs, mLastPair;
+  const PixelConverterContext& mContext;
+  LineRecipe mRecipe;
+  BiColorOrder mOrder;
+  LinePlan mPairs;
 };
 
 /// Rows hold samples of 8 bits in bytes, deeper ones in words.
