@@ -83,32 +83,31 @@ class Pairs<ByteSamples, 1> {
 #if defined(__AVX2__)
 
 /// Where samples of `bits` bits begin in the words of an element that is sorted: the colour of the first
-/// pixel, that of the second one, both greens. Shifts of the two colours and of the two greens keep them
-/// below bit 15, so that the words are positive.
+/// pixel, that of the second one, which does not begin before it, and both greens. A shift of the greens
+/// keeps them below bit 15, so that their words are positive.
 struct SortedWords {
-  unsigned bits, at[4], shift[2];
+  unsigned bits, at[4], greenShift;
 };
 
 /// Brings sorted elements to bytes: a sum of products puts both colours side by side and adds the greens.
-template <bool shifted>
 class SortedPairs {
  public:
   explicit ZR_INLINE SortedPairs(const SortedWords& words, const KernelArgs& args)
-      : mShift(Element32(words.shift[0], words.shift[1])), mRed(args.redAtEvenColumn ? 0 : 1) {
-    const unsigned upper = words.bits - 8, all = (1U << words.bits) - 1;
-    const unsigned first = words.at[0] - words.shift[0], second = words.at[1] - words.shift[0];
-    const unsigned green = words.at[2] - words.shift[1], other = words.at[3] - words.shift[1];
-    mKept = Element(0xFFU << (first + upper), 0xFFU << (second + upper), all << green, all << other);
-    mFactors = Element(1U << (8 - first - upper), 1U << (16 - second - upper),
-                       1U << (15 - words.bits - green), 1U << (15 - words.bits - other));
+      : mShift(Element32(words.at[0] + words.bits - 8, words.greenShift)),
+        mRed(args.redAtEvenColumn ? 0 : 1) {
+    const unsigned all = (1U << words.bits) - 1, second = words.at[1] - words.at[0];
+    const unsigned green = words.at[2] - words.greenShift, other = words.at[3] - words.greenShift;
+    mKept = Element(0xFF, 0xFFU << second, all << green, all << other);
+    mFactors =
+        Element(1, 1U << (8 - second), 1U << (15 - words.bits - green), 1U << (15 - words.bits - other));
   }
 
-  /// The mean of the greens comes after the colours.
-  ZR_INLINE PairPlaces Places() const { return {mRed, 2, mRed ^ 1}; }
+  /// Both colours, the rest of the greens' mean and its upper byte.
+  ZR_INLINE PairPlaces Places() const { return {mRed, 3, mRed ^ 1}; }
 
   /// Each lane of a, then of b.
   ZR_INLINE U8 Bytes(U8 a, U8 b) const {
-    const auto low = As<Native>(Summed(a) >> 8), high = As<Native>(Summed(b) >> 8);
+    const auto low = As<Native>(Summed(a)), high = As<Native>(Summed(b));
 #if defined(__AVX512VBMI__)
     return As<U8>(_mm512_packus_epi32(low, high));
 #else
@@ -124,18 +123,14 @@ class SortedPairs {
     return Element32(a | b << 16, c | d << 16);
   }
 
-  /// Bytes 1 and 2 of an element: the colours; byte 5: the mean of the greens.
-  ZR_INLINE U32 Summed(U8 sorted) const {
-    return As<U32>(MultiplyAddPairs(S32{}, As<S16>(Shifted(sorted) & mKept), As<S16>(mFactors)));
-  }
-
-  ZR_INLINE U64 Shifted(U8 sorted) const {
-    if constexpr (!shifted) return As<U64>(sorted);
+  /// In the lower word of each half of an element.
+  ZR_INLINE S32 Summed(U8 sorted) const {
 #if defined(__AVX512VBMI__)
-    return As<U64>(_mm512_srlv_epi32(As<Native>(sorted), As<Native>(mShift)));
+    const auto shifted = _mm512_srlv_epi32(As<Native>(sorted), As<Native>(mShift));
 #else
-    return As<U64>(_mm256_srlv_epi32(As<Native>(sorted), As<Native>(mShift)));
+    const auto shifted = _mm256_srlv_epi32(As<Native>(sorted), As<Native>(mShift));
 #endif
+    return MultiplyAddPairs(S32{}, As<S16>(As<U64>(shifted) & mKept), As<S16>(mFactors));
   }
 
   U64 mShift, mKept, mFactors;
@@ -156,7 +151,7 @@ class Pairs<WordSamples, 1> {
 
   explicit ZR_INLINE Pairs(const KernelArgs& args)
       : mSort(args.greenFirst ? Constant<Sorted<true>>::Get() : Constant<Sorted<false>>::Get()),
-        mPairs({16 - args.shift, {}, {}}, args) {}
+        mPairs({16 - args.shift, {}, 0}, args) {}
 
   ZR_INLINE PairPlaces Places() const { return mPairs.Places(); }
   ZR_INLINE Vectors<2> Read(const std::uint8_t* p) const {
@@ -174,7 +169,7 @@ class Pairs<WordSamples, 1> {
   };
 
   U8 mSort;
-  SortedPairs<false> mPairs;
+  SortedPairs mPairs;
 };
 
 /// Packed samples as bytes.
@@ -200,7 +195,7 @@ class Pairs<PackedSamples<Form>, 1> {
 
   template <bool greenFirst>
   static constexpr SortedWords At() {
-    SortedWords words{Form::kBits, {}, {1, greenFirst ? 0 : 1}};
+    SortedWords words{Form::kBits, {}, greenFirst ? 0 : 1};
     for (int i = 0; i < 4; ++i)
       words.at[i] = static_cast<unsigned>(Form::kBits * SampleAt<greenFirst>(i) % 8);
     return words;
@@ -222,7 +217,7 @@ class Pairs<PackedSamples<Form>, 1> {
   }
 
   U8 mSort;
-  SortedPairs<true> mPairs;
+  SortedPairs mPairs;
 };
 
 #else
