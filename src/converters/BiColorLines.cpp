@@ -48,22 +48,20 @@ class FastBiColor {
   FastBiColor(const PixelConverterContext& context, const BiColorRecipe& recipe)
       : mContext(context),
         mRecipe({.reader = recipe.fast, .writer = recipe.writer, .shift = recipe.shift}),
-        mOrder(OrderOf(context.mFlags)),
-        mPairs(context, mRecipe) {
-    mPairs.Args().greenFirst = mOrder.greenFirst;
-    mPairs.Args().redAtEvenColumn = mOrder.redAtEvenColumn;
-  }
+        mOrder(OrderOf(context.mFlags)) {}
 
   void Run(const BiColorImage& image) const {
-    const std::uint32_t even = image.width - image.width % 2;
     // The pair of the last pixel first: the pixel before that belongs to another pair.
-    if (even != image.width) RunLastPairs(image);
-    mPairs.Run({{image.lines.first},
-                {image.destination},
-                even,
-                image.height,
-                image.lines.step,
-                image.destinationStep});
+    if (image.width % 2 != 0) RunLastPairs(image);
+    LinePlan pairs(mContext, mRecipe);
+    pairs.Args().greenFirst = mOrder.greenFirst;
+    pairs.Args().redAtEvenColumn = mOrder.redAtEvenColumn;
+    pairs.Run({{image.lines.first},
+               {image.destination},
+               image.width - image.width % 2,
+               image.height,
+               image.lines.step,
+               image.destinationStep});
   }
 
  private:
@@ -91,7 +89,6 @@ class FastBiColor {
   const PixelConverterContext& mContext;
   LineRecipe mRecipe;
   BiColorOrder mOrder;
-  LinePlan mPairs;
 };
 
 /// Rows hold samples of 8 bits in bytes, deeper ones in words.
