@@ -44,8 +44,8 @@ void SCF1Fast::RunTiles(const SCF1Lines& lines, std::uint8_t* destination) const
 void SCF1Fast::MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const {
   const std::uint32_t whole = columns.Count() / kTile * kTile;
   for (MosaicColumns part{0, 0}; part.end < whole;) {
-    part = mFromBytes && whole >= simd::kScf1Vector ? MosaicColumns{0, whole}
-                                                    : SCF1Part(part.end, whole, kSCF1SampleColumns);
+    part = mSamples.AreRows() && whole >= simd::kScf1Vector ? MosaicColumns{0, whole}
+                                                            : SCF1Part(part.end, whole, kSCF1SampleColumns);
     MakePart(lines, columns.first, part, planes);
   }
   for (SCF1Row& row : planes.row) {
@@ -65,8 +65,10 @@ void SCF1Fast::MakePart(const SourceLines& lines, std::uint32_t first, const Mos
   args.pixels = std::max<std::size_t>(part.Count(), simd::kScf1Vector);
   args.greenFirst = tile.greenFirst;
   const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
-  if (mFromBytes && part.Count() >= simd::kScf1Vector) {
-    for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = lines.At(std::ptrdiff_t{i}) + first + part.first;
+  if (mSamples.AreRows() && part.Count() >= simd::kScf1Vector) {
+    for (std::uint32_t i = 0; i < kTile; ++i)
+      args.line[i] = mSamples.At(lines.At(std::ptrdiff_t{i}), first + part.first);
+    args.shift = mSamples.Shift();
     args.prefetch = mSamples.Prefetch();
   } else {
     mSamples.Read(lines, kTile, {first + part.first, first + part.end}, rows[0].First(), sizeof rows[0]);

@@ -77,7 +77,7 @@ class SCF1Interpolation::Work {
   SourceLines Pair(std::ptrdiff_t upper, std::ptrdiff_t lower) const;
   void MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values) const;
   void TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values) const;
-  void TakePartApart(const SourceLines& pair, const MosaicColumns& part, CellRow& row,
+  void TakePartApart(const SourceLines& pair, const MosaicColumns& part, bool areRows, CellRow& row,
                      CellValues& values) const;
   template <class Element>
   void Complete(CellValues& values) const;
@@ -162,9 +162,11 @@ void SCF1Interpolation::Work::MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t low
 void SCF1Interpolation::Work::TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
                                         CellValues& values) const {
   const SourceLines pair = Pair(upper, lower);
+  const bool areRows =
+      mDemosaic.mSamples.AreRows() && mRead.Count() % 2 == 0 && mRead.Count() >= simd::kScf1Vector;
   for (MosaicColumns part{mRead.first, mRead.first}; part.end < mRead.end;) {
-    part = SCF1Part(part.end, mRead.end, kSCF1SampleColumns);
-    TakePartApart(pair, part, row, values);
+    part = areRows ? mRead : SCF1Part(part.end, mRead.end, kSCF1SampleColumns);
+    TakePartApart(pair, part, areRows, row, values);
   }
   const std::ptrdiff_t end = ColumnsToEdge() / 2;
   if (AtFirstColumn()) row.line[1].Copy<std::uint16_t>(-1, 0);
@@ -172,15 +174,24 @@ void SCF1Interpolation::Work::TakeApart(std::ptrdiff_t upper, std::ptrdiff_t low
   Complete<std::uint16_t>(values);
 }
 
-void SCF1Interpolation::Work::TakePartApart(const SourceLines& pair, const MosaicColumns& part, CellRow& row,
-                                            CellValues& values) const {
-  SCF1SampleRow samples[2];
-  mDemosaic.mSamples.Read(pair, 2, part, samples[0].First(), sizeof samples[0]);
+void SCF1Interpolation::Work::TakePartApart(const SourceLines& pair, const MosaicColumns& part, bool areRows,
+                                            CellRow& row, CellValues& values) const {
+  const SCF1Samples& samples = mDemosaic.mSamples;
+  SCF1SampleRow rows[2];
   const std::ptrdiff_t at = std::ptrdiff_t{part.first} - std::ptrdiff_t{mColumns.first};  // a word for two
-  const simd::Scf1Apart args{{samples[0].First(), samples[1].First()},
-                             {row.line[0].First() + at, row.line[1].First() + at},
-                             {values.colour.First() + at, values.white.First() + at},
-                             (std::size_t{part.Count()} + 1) / 2};
+  simd::Scf1Apart args{{rows[0].First(), rows[1].First()},
+                       {row.line[0].First() + at, row.line[1].First() + at},
+                       {values.colour.First() + at, values.white.First() + at},
+                       std::max<std::size_t>((part.Count() + 1) / 2 * 2, simd::kScf1Vector),
+                       0,
+                       0};
+  if (areRows) {
+    for (std::ptrdiff_t i = 0; i < 2; ++i) args.line[i] = samples.At(pair.At(i), part.first);
+    args.shift = samples.Shift();
+    args.prefetch = samples.Prefetch();
+  } else {
+    samples.Read(pair, 2, part, rows[0].First(), sizeof rows[0]);
+  }
   const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
   (mDemosaic.mApartDepth == 8 ? kernels.bytesApart : kernels.wordsApart)(args);
 }

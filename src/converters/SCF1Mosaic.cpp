@@ -95,7 +95,8 @@ LineRecipe SCF1Recipe::Samples(bool keepBytes) const {
 }
 
 SCF1Samples::SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe)
-    : mPlan(context, recipe) {
+    : mAreRows(recipe.reader == SourceReader::Mono16 || recipe.writer == simd::PixelWriter::Mono8),
+      mPlan(context, recipe) {
   // Lines are read piece by piece, several at a time, so what follows in memory is not what is read next.
   if (mPlan.Args().prefetch != 0) mPlan.Args().prefetch = kPrefetchedLines * context.mSourceStride;
 }

@@ -95,6 +95,12 @@ class SCF1Samples {
   /// By `recipe`, to rows of words or of bytes.
   SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe);
 
+  /// Whether the kernels of SCF1 may read the samples where they are, instead of rows.
+  bool AreRows() const { return mAreRows; }
+  const std::uint8_t* At(const std::uint8_t* line, std::size_t column) const {
+    return line + mPlan.SourceBytes(column);
+  }
+  std::uint32_t Shift() const { return mPlan.Kernel().args.shift; }
   std::ptrdiff_t Prefetch() const { return mPlan.Kernel().args.prefetch; }
 
   /// Of `count` lines exactly the bytes of the columns, the first of which begins a group of samples. `row`
@@ -103,6 +109,7 @@ class SCF1Samples {
             std::ptrdiff_t pitch) const;
 
  private:
+  bool mAreRows;
   LinePlan mPlan;
 };
 

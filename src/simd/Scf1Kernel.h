@@ -18,15 +18,17 @@ inline constexpr std::size_t kScf1Vector = 64;
 /// Bytes that a kernel may read or write past the end of a row, and read before its beginning.
 inline constexpr std::size_t kScf1Beyond = 2 * kScf1Vector;
 
-/// One colour for each tile of 2x2 cells. Bytes are read and written without going beyond the pixels, of
-/// which there are kScf1Vector or more.
+/// One colour for each tile of 2x2 cells. Lines and planes are read and written without going beyond the
+/// pixels, of which there are kScf1Vector or more.
 struct Scf1Tiles {
   const std::uint8_t* line[4];
   std::uint8_t*
       plane[3];        ///< of the colour that stands beside green in the upper cells, green, the third colour
   std::size_t pixels;  ///< four for each tile
   bool greenFirst;     ///< the upper left cell is a green one
-  std::ptrdiff_t prefetch;  ///< of bytes: distance to those asked of memory; 0 in small frames
+  std::uint32_t shift;  ///< of words: left to the 16-bit scale
+  std::ptrdiff_t
+      prefetch;  ///< distance from the bytes being read to those asked of memory; 0 in small frames
 };
 
 /// The mean of the two coloured sites of each cell, and that of its two white ones, as 32-bit elements.
@@ -43,7 +45,9 @@ struct Scf1Apart {
   const std::uint8_t* line[2];
   std::uint8_t* white[2];  ///< sites of the upper and of the lower line
   std::uint8_t* sum[2];    ///< of the two coloured sites and of the two white ones
-  std::size_t cells;
+  std::size_t columns;     ///< kScf1Vector or more, an even number; nothing beyond them is read or written
+  std::uint32_t shift;     ///< as in Scf1Tiles
+  std::ptrdiff_t prefetch;
 };
 
 /// The pixels of a row of cells. Each row has elements before its first and after its last one. Of lines

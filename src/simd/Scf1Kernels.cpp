@@ -21,6 +21,10 @@ constexpr std::size_t kElements = kWidth / kElement;
 ZR_INLINE U32 LoadCells(const std::uint8_t* p) {
   return As<U32>(Load(p));
 }
+/// Of words that are to be shifted to the 16-bit scale.
+ZR_INLINE U32 LoadShifted(const std::uint8_t* p, std::uint32_t shift) {
+  return As<U32>(ShiftLeft(As<U16>(Load(p)), shift));
+}
 ZR_INLINE U32 Even(U32 sites) {
   return sites & Splat32(0xFFFF);
 }
@@ -50,8 +54,8 @@ ZR_INLINE U16 RepeatedWord(U16 x) {
 struct WordTile {
   using Sums = U32;
 
-  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower) {
-    return SumColour(LoadCells(upper), LoadCells(lower));
+  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower, std::uint32_t shift) {
+    return SumColour(LoadShifted(upper, shift), LoadShifted(lower, shift));
   }
   static ZR_INLINE Sums Second(Sums x) { return As<U32>(As<U64>(x) >> 32); }
 
@@ -65,7 +69,7 @@ struct WordTile {
 struct ByteTile {
   using Sums = U16;
 
-  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower) {
+  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower, std::uint32_t) {
     return (As<U16>(Load(upper)) >> 8) + (As<U16>(Load(lower)) & Splat16(0xFF));
   }
   static ZR_INLINE Sums Second(Sums x) { return As<U16>(As<U32>(x) >> 16); }
@@ -85,35 +89,47 @@ struct TileColours {
 template <class Tile, bool greenFirst>
 ZR_INLINE auto ColoursAt(const Scf1Tiles& tiles, std::size_t at) {
   constexpr int kUpperColour = greenFirst ? 1 : 0;
-  const auto upper = Tile::Sum(tiles.line[0] + at, tiles.line[1] + at);
-  const auto lower = Tile::Sum(tiles.line[2] + at, tiles.line[3] + at);
+  const auto upper = Tile::Sum(tiles.line[0] + at, tiles.line[1] + at, tiles.shift);
+  const auto lower = Tile::Sum(tiles.line[2] + at, tiles.line[3] + at, tiles.shift);
   const auto greens = greenFirst ? upper + Tile::Second(lower) : Tile::Second(upper) + lower;
   return TileColours<decltype(Tile::template Repeated<0>(greens))>{
       {Tile::template Repeated<kUpperColour>(upper >> 1), Tile::template Repeated<0>(greens >> 2),
        Tile::template Repeated<1 - kUpperColour>(lower >> 1)}};
 }
 
+/// Asks memory for the bytes of a block of each line, `bytes` for each pixel.
+template <int bytes>
+ZR_INLINE void PrefetchTiles(const Scf1Tiles& tiles, std::size_t x) {
+  Unrolled<4>([&](auto i) ZR_ALWAYS { Prefetch<bytes * kWidth>(tiles.line[i] + bytes * x, tiles.prefetch); });
+}
+
 template <bool greenFirst>
 void RunTiles(const Scf1Tiles& tiles) {
-  for (std::size_t at = 0; at < 2 * tiles.pixels; at += kWidth) {
-    const auto colours = ColoursAt<WordTile, greenFirst>(tiles, at);
-    Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + at, colours.v[i]); });
-  }
+  EachBlock<2, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
+    PrefetchTiles<2>(tiles, x);
+    const auto a = ColoursAt<WordTile, greenFirst>(tiles, 2 * x);
+    const auto b = ColoursAt<WordTile, greenFirst>(tiles, 2 * x + kWidth);
+    Unrolled<3>([&](auto i) ZR_ALWAYS {
+      Store(tiles.plane[i] + 2 * x, a.v[i]);
+      Store(tiles.plane[i] + 2 * x + kWidth, b.v[i]);
+    });
+  });
 }
 
 template <bool greenFirst>
 void RunTilesToBytes(const Scf1Tiles& tiles) {
-  for (std::size_t x = 0; x < tiles.pixels; x += kWidth) {
+  EachBlock<1, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
+    PrefetchTiles<2>(tiles, x);
     const auto a = ColoursAt<WordTile, greenFirst>(tiles, 2 * x);
     const auto b = ColoursAt<WordTile, greenFirst>(tiles, 2 * x + kWidth);
     Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + x, NarrowHigh(Words{a.v[i], b.v[i]})); });
-  }
+  });
 }
 
 template <bool greenFirst>
 void RunByteTiles(const Scf1Tiles& tiles) {
   EachBlock<1, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
-    Unrolled<4>([&](auto i) ZR_ALWAYS { Prefetch<kWidth>(tiles.line[i] + x, tiles.prefetch); });
+    PrefetchTiles<1>(tiles, x);
     const auto colours = ColoursAt<ByteTile, greenFirst>(tiles, x);
     Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + x, colours.v[i]); });
   });
@@ -240,22 +256,23 @@ ZR_INLINE U16 LoadWord(const std::uint8_t* p) {
 
 void BytesApart(const Scf1Apart& apart) {
   const Scf1Apart row = apart;  // so that no store can change it
-  for (std::size_t at = 0; at < 2 * row.cells; at += kWidth) {
-    const U16 upper = LoadWord(row.line[0] + at), lower = LoadWord(row.line[1] + at);
+  EachBlock<1, 2>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
+    Unrolled<2>([&](auto i) ZR_ALWAYS { Prefetch<kWidth>(row.line[i] + x, row.prefetch); });
+    const U16 upper = LoadWord(row.line[0] + x), lower = LoadWord(row.line[1] + x);
     const U16 white[] = {upper & Splat16(0xFF), lower >> 8};
-    Store(row.white[0] + at, white[0]);
-    Store(row.white[1] + at, white[1]);
-    Store(row.sum[0] + at, (upper >> 8) + (lower & Splat16(0xFF)));
-    Store(row.sum[1] + at, white[0] + white[1]);
-  }
+    Store(row.white[0] + x, white[0]);
+    Store(row.white[1] + x, white[1]);
+    Store(row.sum[0] + x, (upper >> 8) + (lower & Splat16(0xFF)));
+    Store(row.sum[1] + x, white[0] + white[1]);
+  });
 }
 
 /// The sites of kElements cells in one line, as 32-bit elements on the 12-bit scale.
 struct Sites {
   U32 even, odd;
 
-  explicit ZR_INLINE Sites(const std::uint8_t* p) {
-    const U32 both = As<U32>(LoadWord(p) >> 4);
+  explicit ZR_INLINE Sites(const std::uint8_t* p, std::uint32_t shift) {
+    const U32 both = As<U32>(As<U16>(LoadShifted(p, shift)) >> 4);
     even = Even(both);
     odd = Odd(both);
   }
@@ -267,15 +284,17 @@ ZR_INLINE U16 JoinWords(U32 a, U32 b) {
 
 void WordsApart(const Scf1Apart& apart) {
   const Scf1Apart row = apart;  // so that no store can change it
-  for (std::size_t at = 0; at < 2 * row.cells; at += kWidth) {
-    const Sites upper[] = {Sites(row.line[0] + 2 * at), Sites(row.line[0] + 2 * at + kWidth)};
-    const Sites lower[] = {Sites(row.line[1] + 2 * at), Sites(row.line[1] + 2 * at + kWidth)};
+  EachBlock<1, 2>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
+    Unrolled<2>([&](auto i) ZR_ALWAYS { Prefetch<2 * kWidth>(row.line[i] + 2 * x, row.prefetch); });
+    const auto sites = [&](int line, int vector)
+                           ZR_ALWAYS { return Sites(row.line[line] + 2 * x + vector * kWidth, row.shift); };
+    const Sites upper[] = {sites(0, 0), sites(0, 1)}, lower[] = {sites(1, 0), sites(1, 1)};
     const U16 white[] = {JoinWords(upper[0].even, upper[1].even), JoinWords(lower[0].odd, lower[1].odd)};
-    Store(row.white[0] + at, white[0]);
-    Store(row.white[1] + at, white[1]);
-    Store(row.sum[0] + at, JoinWords(upper[0].odd + lower[0].even, upper[1].odd + lower[1].even));
-    Store(row.sum[1] + at, white[0] + white[1]);
-  }
+    Store(row.white[0] + x, white[0]);
+    Store(row.white[1] + x, white[1]);
+    Store(row.sum[0] + x, JoinWords(upper[0].odd + lower[0].even, upper[1].odd + lower[1].even));
+    Store(row.sum[1] + x, white[0] + white[1]);
+  });
 }
 
 template <bool greenFirst>
