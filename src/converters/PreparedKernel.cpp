@@ -19,8 +19,12 @@ using simd::PixelWriter;
 
 namespace {
 
-/// How far ahead of the bytes being read a kernel prefetches at least.
-constexpr std::size_t kPrefetchDistance = 3072;
+/// How far ahead of the bytes being read a kernel prefetches at least: into the first cache, and from memory
+/// into the second one.
+constexpr std::size_t kNear = 1024, kFar = 3072;
+
+/// Frames that the first cache holds need no prefetching.
+constexpr std::size_t kFirstCache = 32 * 1024;
 
 /// Entries of a filter's table of bytes.
 constexpr std::size_t kTableSize = 256;
@@ -60,10 +64,11 @@ bool IsStreamed(const PixelConverterContext& context, std::size_t frameBytes) {
 }
 
 /// Lines that are read side by side follow whole pairs later; what follows in memory is read already.
-std::ptrdiff_t PrefetchDistance(const PixelConverterContext& context, const simd::ReaderLines& lines) {
-  if (lines.sources != 2 || context.mSourceStride == 0) return kPrefetchDistance;
+std::ptrdiff_t PrefetchDistance(const PixelConverterContext& context, const simd::ReaderLines& lines,
+                                std::size_t least) {
+  if (lines.sources != 2 || context.mSourceStride == 0) return static_cast<std::ptrdiff_t>(least);
   const std::size_t pair = std::size_t{2} * context.mSourceStride;
-  return static_cast<std::ptrdiff_t>((kPrefetchDistance + pair - 1) / pair * pair);
+  return static_cast<std::ptrdiff_t>((least + pair - 1) / pair * pair);
 }
 
 /// The same pointer three times if all tables are equal, by which kernels recognise it.
@@ -92,8 +97,10 @@ PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineR
   planes = destination.planes;
 
   args.lines = 1;
-  if (!recipe.fromCaches && !recipe.samples && frameBytes > ReadAheadThreshold())
-    args.prefetch = PrefetchDistance(context, reader.lines);
+  if (!recipe.fromCaches && !recipe.samples && frameBytes > kFirstCache) {
+    args.fromMemory = frameBytes > ReadAheadThreshold();
+    args.prefetch = PrefetchDistance(context, reader.lines, args.fromMemory ? kFar : kNear);
+  }
   args.planeDistance = PlaneDistance(context);
   args.shift = recipe.shift;
   args.flip = recipe.flip;

@@ -101,7 +101,10 @@ class SCF1Samples {
     return line + mPlan.SourceBytes(column);
   }
   std::uint32_t Shift() const { return mPlan.Kernel().args.shift; }
-  std::ptrdiff_t Prefetch() const { return mPlan.Kernel().args.prefetch; }
+  std::ptrdiff_t Prefetch() const {
+    const simd::KernelArgs& args = mPlan.Kernel().args;
+    return args.fromMemory ? args.prefetch : 0;
+  }
 
   /// Of `count` lines exactly the bytes of the columns, the first of which begins a group of samples. `row`
   /// is the place of the first column in the first of as many rows, `pitch` bytes apart.

@@ -23,7 +23,7 @@ inline constexpr bool kGathers = true;
 /// memory, or from more where its bytes lie further apart.
 template <class Map>
 struct Gathering {
-  static constexpr int kLanes = kWidth / kLane, kMostLoads = kLane == 64 ? 3 : 2;
+  static constexpr int kLanes = kWidth / kLane, kMostLoads = 3;
   static constexpr std::uint8_t kNone = 0xFF;  ///< index of a byte that a load does not give
 
   /// Where one load of each lane begins, and the places it is free to choose from.
@@ -118,11 +118,20 @@ struct Gathering {
   static constexpr Plan WholeVectors() {
     Plan plan;
     const int first = Missing(plan, 0).first / kWidth * kWidth;
-    while (plan.loads < kMostLoads && !plan.IsComplete()) plan.Add({{first + plan.loads * kWidth}});
+    while (plan.loads < kMostLoads && !plan.IsComplete()) {
+      const int next = first + plan.loads * kWidth, last = Map::kBytes - kWidth;
+      plan.Add({{next < last ? next : last}});
+    }
     return plan;
   }
 
-  static constexpr Plan kPlan = Try(1).IsComplete() ? Try(1) : kLane == 64 ? WholeVectors() : Try(kMostLoads);
+  static constexpr Plan Best() {
+    if (Try(1).IsComplete()) return Try(1);
+    if (kLane == 64) return WholeVectors();
+    return Try(2).IsComplete() ? Try(2) : Try(kMostLoads);
+  }
+
+  static constexpr Plan kPlan = Best();
   static constexpr bool kPossible = kPlan.IsComplete();
 
   static constexpr bool kAsInMemory = [] {
@@ -193,6 +202,7 @@ struct Gathering {
 
 template <class Map>
 ZR_INLINE U8 Gather(const std::uint8_t* p) {
+  static_assert(Gathering<Map>::kPossible);
   return Gathering<Map>::Get(p);
 }
 #endif

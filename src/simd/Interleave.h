@@ -89,11 +89,38 @@ ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
 }
 #endif
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+/// Where Mask::At(i) is true word i of b, else of a; Mask is the same for both bytes of a word and in all
+/// lanes.
+template <class Mask>
+ZR_INLINE U8 BlendWords(U8 a, U8 b) {
+  constexpr int kBits = [] {
+    int bits = 0;
+    for (int i = 0; i < 8; ++i) bits |= Mask::At(2 * i) ? 1 << i : 0;
+    return bits;
+  }();
+  return As<U8>(_mm256_blend_epi16(As<Native>(a), As<Native>(b), kBits));
+}
+
+/// Whether the two bytes of each word go to the same vector.
+template <template <int, int> class Goes>
+inline constexpr bool kGoesByWords = [] {
+  for (int i = 0; i < kWidth; i += 2)
+    if (Goes<1, 0>::At(i) != Goes<1, 0>::At(i + 1) || Goes<2, 0>::At(i) != Goes<2, 0>::At(i + 1))
+      return false;
+  return true;
+}();
+#endif
+
 /// Vector `to` of the result has byte i of vector `from` where Goes<from, to>::At(i) is true. A byte of every
 /// vector goes to each.
 template <template <int, int> class Goes>
 ZR_INLINE Vectors<3> Distribute(const Vectors<3>& x) {
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  if constexpr (kGoesByWords<Goes>)
+    return ForEach<3>([&](auto to) ZR_ALWAYS {
+      return BlendWords<Goes<2, to>>(BlendWords<Goes<1, to>>(x.v[0], x.v[1]), x.v[2]);
+    });
   // Byte blends take up to three operations with AVX2. What the third vector has is what the others leave.
   const U8 to1 = x.v[0] ^ x.v[1], to2 = x.v[0] ^ x.v[2];
   const auto chosen = [&](auto to) ZR_ALWAYS {

@@ -63,15 +63,22 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
+/// What is prefetched: bytes this far ahead, which come from memory or else are in some cache.
+struct ReadAhead {
+  std::ptrdiff_t distance;
+  bool fromMemory;
+};
+
 /// The pointers of a line, or pair of lines: a copy of those in KernelArgs that can stay in registers.
 template <std::size_t sources, std::size_t destinations>
 struct LinePointers {
   const std::uint8_t* source[sources];
   std::uint8_t* destination[destinations];
   std::size_t width;
-  std::ptrdiff_t prefetch;
+  ReadAhead ahead;
 
-  explicit ZR_INLINE LinePointers(const KernelArgs& args) : width(args.width), prefetch(args.prefetch) {
+  explicit ZR_INLINE LinePointers(const KernelArgs& args)
+      : width(args.width), ahead{args.prefetch, args.fromMemory} {
     for (std::size_t i = 0; i < sources; ++i) source[i] = LoadedSingly(args.source[i]);
     for (std::size_t i = 0; i < destinations; ++i) destination[i] = LoadedSingly(args.destination[i]);
   }
@@ -90,16 +97,25 @@ ZR_INLINE void EachLine(const KernelArgs& args, F convert) {
   }
 }
 
-/// Prefetches what will be read soon. The processor's own prefetching follows too few streams and starts too
-/// late for frames that come from memory. It goes to the second cache: lines on their way to the first one
-/// hold the buffers that non-temporal stores need.
-template <int bytes>
-ZR_INLINE void Prefetch(const std::uint8_t* p, std::ptrdiff_t prefetch) {
+/// Prefetches what will be read soon into a cache: 3 for the first one, 2 for the second.
+template <int bytes, int cache>
+ZR_INLINE void PrefetchInto(const std::uint8_t* p, std::ptrdiff_t distance) {
   Unrolled<(bytes + 63) / 64>([&](auto i) ZR_ALWAYS {
     __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) +
-                                                     static_cast<std::uintptr_t>(prefetch + 64 * i)),
-                       0, 2);
+                                                     static_cast<std::uintptr_t>(distance + 64 * i)),
+                       0, cache);
   });
+}
+
+/// The processor's own prefetching follows too few streams and starts too late for frames that come from
+/// memory. These are called into the second cache: lines on their way to the first one hold the buffers that
+/// non-temporal stores need. What the second cache holds is called into the first one.
+template <int bytes>
+ZR_INLINE void Prefetch(const std::uint8_t* p, const ReadAhead& ahead) {
+  if (__builtin_expect(ahead.fromMemory, 0))
+    PrefetchInto<bytes, 2>(p, ahead.distance);
+  else
+    PrefetchInto<bytes, 3>(p, ahead.distance);
 }
 
 /// The source bytes of a block, or a copy of them if the reader's loads would reach beyond the line.
@@ -110,7 +126,7 @@ class BlockBytes {
   template <class Line>
   ZR_INLINE const std::uint8_t* At(const Line& line, int from, std::size_t x) {
     const std::uint8_t* bytes = line.source[from] + x / Reader::kGroupPixels * Reader::kGroupBytes;
-    Prefetch<kBlock>(bytes, line.prefetch);
+    Prefetch<kBlock>(bytes, line.ahead);
     if constexpr (Reader::kOverread > 0) {
       const std::size_t after = (line.width - x - kWidth) / Reader::kGroupPixels * Reader::kGroupBytes;
       if (after < Reader::kOverread) {
@@ -133,6 +149,18 @@ concept ReadsAsStored = requires(const Reader& reader, const std::uint8_t* p) {
   { reader.template ReadStored<typename Writer::Pixel, 0>(p) } -> std::same_as<U8>;
 }
 &&(!Writer::kMaps || SameOrder<typename Reader::Pixel, typename Writer::Pixel>);
+
+/// Whether the writer takes grey in another form of channel, which the reader has before it has bytes.
+template <class Reader, class Writer>
+concept ReadsGreyFor = Reader::kWordsFirst && requires {
+  typename Writer::GreyChannel;
+};
+
+/// Whether the reader can leave out the channels that the writer does not store.
+template <class Reader, class Writer>
+concept ReadsGreenFor = Writer::kGreenOnly && requires(const Reader& reader, const std::uint8_t* p) {
+  reader.template ReadGreen<typename Writer::Channel>(p);
+};
 
 /// Source lines to destination lines.
 template <LineReader Reader>
@@ -162,6 +190,17 @@ struct Lines {
         return StoreVectors(to, writer.Mapped(ForEach<Writer::kStep>([&](auto vector) ZR_ALWAYS {
           return reader.template ReadStored<typename Writer::Pixel, vector>(from);
         })));
+    if constexpr (ReadsGreyFor<Reader, Writer>)
+      ReadAndWrite<typename Writer::GreyChannel>(reader, writer, from, to);
+    else if constexpr (ReadsGreenFor<Reader, Writer>)
+      writer.Write(to, In<Channel>(reader.template ReadGreen<Channel>(from)));
+    else
+      ReadAndWrite<Channel>(reader, writer, from, to);
+  }
+
+  template <class Channel, class Writer>
+  static ZR_INLINE void ReadAndWrite(const Reader& reader, const Writer& writer, const std::uint8_t* from,
+                                     std::uint8_t* to) {
     writer.Write(to, In<Channel>(reader.template Read<Channel>(from)));
   }
 };

@@ -34,14 +34,14 @@ struct KernelArgs {
   std::ptrdiff_t sourceStep;      ///< bytes from a source line to the same one of the next line or pair
   std::ptrdiff_t destinationStep;
   std::ptrdiff_t planeDistance;  ///< bytes from a plane to the next (planar writers)
-  std::ptrdiff_t
-      prefetch;          ///< distance from the bytes being read to those asked of memory; 0 in small frames
-  std::uint32_t shift;   ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
-  std::uint8_t flip;     ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
-  bool redAtEvenColumn;  ///< mosaics and two-colour lines: red stands in even columns (of its line)
-  bool greenFirst;       ///< two-colour lines: green is the first of a pixel's two samples
-  bool redInLine;        ///< interpolated mosaics: red stands in the line, otherwise blue
-  const YCbCrMatrix* matrix;      ///< YCbCr
+  std::ptrdiff_t prefetch;    ///< distance from the bytes being read to those prefetched; 0 in small frames
+  std::uint32_t shift;        ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
+  std::uint8_t flip;          ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
+  bool fromMemory;            ///< the source is not in the caches
+  bool redAtEvenColumn;       ///< mosaics and two-colour lines: red stands in even columns (of its line)
+  bool greenFirst;            ///< two-colour lines: green is the first of a pixel's two samples
+  bool redInLine;             ///< interpolated mosaics: red stands in the line, otherwise blue
+  const YCbCrMatrix* matrix;  ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
 };
 

@@ -11,6 +11,11 @@ struct PlainLine {
   static constexpr int kGroupPixels = 1, kOverread = 0;
 };
 
+/// What is read as words is cut to bytes only for writers that take them.
+struct LineOfWords : PlainLine {
+  static constexpr bool kWordsFirst = true;
+};
+
 /// One byte a pixel.
 struct Mono8Reader : PlainLine {
   using Pixel = PixelLayout<1, 1, false>;
@@ -34,7 +39,7 @@ struct Mono8Reader : PlainLine {
 };
 
 /// One little-endian word a pixel, brought to the 16-bit scale by a left shift.
-struct Mono16Reader : PlainLine {
+struct Mono16Reader : LineOfWords {
   static constexpr int kGroupBytes = 2;
 
   explicit ZR_INLINE Mono16Reader(const KernelArgs& args) : mShift(args.shift) {}
@@ -50,7 +55,7 @@ struct Mono16Reader : PlainLine {
 };
 
 /// One 32-bit word a pixel; its upper half is the value.
-struct Mono32Reader : PlainLine {
+struct Mono32Reader : LineOfWords {
   static constexpr int kGroupBytes = 4;
 
   explicit ZR_INLINE Mono32Reader(const KernelArgs&) {}
@@ -71,6 +76,7 @@ template <class Form>
 struct PackedReader {
   static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
   static constexpr int kOverread = Packed<Form>::kOverread;
+  static constexpr bool kWordsFirst = !HasUpperBytes<Form>;
 
   explicit ZR_INLINE PackedReader(const KernelArgs& args) : mForm{args.shift} {}
 
@@ -116,6 +122,59 @@ struct SubByte {
       }
     };
     return ShuffleBytes(Constant<Scaled>::Get(), samples);
+  }
+};
+
+#elif defined(__AVX2__)
+
+/// Each pixel's byte gets the nibble, or for single bits the byte, that holds the sample, which is then
+/// looked up where it stands.
+template <int bits>
+struct SubByte {
+  static constexpr int kOverread = 0;
+
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+    const U8 sample = Constant<Sample>::Get();
+    if constexpr (bits == 1)
+      return As<U8>((Spread<Repeat>::Read(p) & sample) == sample);
+    else
+      return ShuffleBytes(Constant<Scaled>::Get(), Nibbles(p) & sample);
+  }
+
+ private:
+  struct Repeat {
+    static constexpr int kBytes = 1, kResult = 8;
+    static constexpr int At(int) { return 0; }
+  };
+
+  /// The bits of a pixel's sample.
+  struct Sample {
+    static constexpr int At(int i) {
+      if (bits == 4) return 0x0F;
+      return bits == 2 ? 0x03 << i % 2 * 2 : 1 << i % 8;
+    }
+  };
+
+  struct Scaled {
+    static constexpr int At(int i) {
+      const int nibble = i % 16, sample = bits == 2 && nibble % 4 == 0 ? nibble / 4 : nibble;
+      return sample == (1 << bits) - 1 ? 0xFF : sample << (8 - bits) & 0xFF;
+    }
+  };
+
+  /// The nibbles of four bits a pixel, or twice those of two bits; there is more above them in their bytes.
+  static ZR_INLINE U8 Nibbles(const std::uint8_t* p) {
+    if constexpr (bits == 4) {
+      const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), high = _mm_srli_epi16(low, 4);
+      return As<U8>(_mm256_set_m128i(_mm_unpackhi_epi8(low, high), _mm_unpacklo_epi8(low, high)));
+    } else {
+      struct Twice {
+        static constexpr int At(int i) { return i / 2; }
+      };
+      const __m128i low = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), high = _mm_srli_epi16(low, 4);
+      const __m256i both = _mm256_castsi128_si256(_mm_unpacklo_epi8(low, high));
+      return ShuffleBytes(As<U8>(_mm256_permute4x64_epi64(both, 0x50)), Constant<Twice>::Get());
+    }
   }
 };
 

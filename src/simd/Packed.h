@@ -1,9 +1,14 @@
 #pragma once
 
+#include <iterator>
+
+#include "simd/PixelLayout.h"
 #include "simd/Spread.h"
 
 /// Packed samples to words of the 16-bit scale. A form says how many samples and bytes a group has and scales
-/// the samples of half a vector from their first byte on.
+/// the samples of half a vector from their first byte on. Where two bytes hold a sample, its Map says which
+/// ones these are, kFactors what moves the sample (or its low bits) to the top of the word that they make,
+/// and Scaled does so. kUpperByte: the second one holds the upper eight bits and nothing else.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -27,11 +32,15 @@ struct Form10p {
     static constexpr int kBytes = 5, kResult = 8;
     static constexpr int At(int j) { return j / 2 + j % 2; }
   };
+  static constexpr unsigned kFactors[] = {64, 16, 4, 1};
+  static constexpr bool kUpperByte = false;
   std::uint32_t shift;
+
+  static ZR_INLINE U16 Scaled(U16 x, U16 factors) { return (x * factors) & Splat16(0xFFC0); }
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return (As<U16>(Spread<Map>::template Read<apart>(p)) * EveryFour<64, 16, 4, 1>()) & Splat16(0xFFC0);
+    return Scaled(As<U16>(Spread<Map>::template Read<apart>(p)), EveryFour<64, 16, 4, 1>());
   }
 };
 
@@ -42,11 +51,15 @@ struct Form12p {
     static constexpr int kBytes = 6, kResult = 8;
     static constexpr int At(int j) { return j / 4 * 3 + j % 4 / 2 + j % 2; }
   };
+  static constexpr unsigned kFactors[] = {16, 1, 16, 1};
+  static constexpr bool kUpperByte = false;
   std::uint32_t shift;
+
+  static ZR_INLINE U16 Scaled(U16 x, U16 factors) { return (x * factors) & Splat16(0xFFF0); }
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return (As<U16>(Spread<Map>::template Read<apart>(p)) * EveryFour<16, 1, 16, 1>()) & Splat16(0xFFF0);
+    return Scaled(As<U16>(Spread<Map>::template Read<apart>(p)), EveryFour<16, 1, 16, 1>());
   }
 };
 
@@ -99,12 +112,15 @@ template <int pixels, int bytes, class Bytes, unsigned mask, unsigned... factors
 struct SharedLowBits {
   static constexpr int kPixels = pixels, kBytes = bytes;
   using Map = Bytes;
+  static constexpr unsigned kFactors[] = {factors...};
+  static constexpr bool kUpperByte = true;
   std::uint32_t shift;
+
+  static ZR_INLINE U16 Scaled(U16 x, U16 by) { return (x & Splat16(0xFF00)) | ((x * by) & Splat16(mask)); }
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 x = As<U16>(Spread<Map>::template Read<apart>(p));
-    return (x & Splat16(0xFF00)) | ((x * EveryFour<factors...>()) & Splat16(mask));
+    return Scaled(As<U16>(Spread<Map>::template Read<apart>(p)), EveryFour<factors...>());
   }
 };
 
@@ -164,6 +180,98 @@ struct Form14pCsi2 {
   }
 };
 
+/// Whether the upper eight bits of each sample are a byte.
+template <class Form>
+concept HasUpperBytes = Form::kUpperByte;
+
+/// Whether two bytes hold each sample.
+template <class Form>
+concept InTwoBytes = kGathers && requires {
+  Form::kFactors;
+};
+
+/// Samples of `channels` a pixel as From, which may go to another number or order of channels: `To`.
+template <class Form, class From, class To>
+struct MovedSamples {
+  static constexpr int kForms = static_cast<int>(std::size(Form::kFactors));
+  static constexpr int kBytes = kWidth * From::kChannels / kForms * Form::Map::kBytes;  ///< of a block
+
+  /// Sample of the block that is its element `element` as To, or -1 for alpha.
+  static constexpr int Sample(int element) {
+    const int channel = MovedByte<From, To, 0>::Channel(element % To::kChannels);
+    return channel < 0 || channel == 3 ? -1 : element / To::kChannels * From::kChannels + channel;
+  }
+
+  /// One of the two bytes of an element.
+  static constexpr int Byte(int element, int upper) {
+    const int sample = Sample(element);
+    return sample < 0 ? -1 : sample / kForms * Form::Map::kBytes + Form::Map::At(sample % kForms * 2 + upper);
+  }
+
+  /// Elements from `first` on, those of the next lane `apart` elements further on.
+  template <int first, int apart>
+  struct Pairs {
+    static constexpr int kBytes = MovedSamples::kBytes;
+    static constexpr int Element(int i) { return first + i / kLane * apart + i % kLane / 2; }
+    static constexpr int At(int i) { return Byte(Element(i), i % 2); }
+  };
+
+  /// The second byte of each pair only.
+  template <class Pairs>
+  struct UpperOf : Pairs {
+    static constexpr int At(int i) { return i % 2 == 0 ? -1 : Pairs::At(i); }
+  };
+
+  template <class Pairs>
+  struct Factors {
+    static constexpr int At(int i) {
+      const int sample = Sample(Pairs::Element(i));
+      return sample < 0 ? 0 : static_cast<int>(Form::kFactors[sample % kForms] >> (i % 2 * 8) & 0xFF);
+    }
+  };
+
+  template <int vector>
+  struct Upper {
+    static constexpr int kBytes = MovedSamples::kBytes;
+    static constexpr int At(int i) { return Byte(vector * kWidth + i, 1); }
+  };
+
+  /// A vector of words of the block as To.
+  template <int vector>
+  static ZR_INLINE U16 ReadWords(const std::uint8_t* p) {
+    using Elements = Pairs<vector * kWidth / 2, kLane / 2>;
+    return Form::Scaled(As<U16>(Gather<Elements>(p)), As<U16>(Constant<Factors<Elements>>::Get()));
+  }
+
+  /// A vector of the upper 8 bits.
+  template <int vector>
+  static ZR_INLINE U8 ReadHigh(const std::uint8_t* p) {
+    if constexpr (HasUpperBytes<Form> && Gathering<Upper<vector>>::kPossible) {
+      return Gather<Upper<vector>>(p);
+    } else {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+      // With every second lane of elements in one vector, packing gives natural order.
+      const U16 even = AtTop<Pairs<vector * kWidth, kLane>>(p);
+      const U16 odd = AtTop<Pairs<vector * kWidth + kLane / 2, kLane>>(p);
+      return PackClipped(As<S16>(even >> 8), As<S16>(odd >> 8));
+#else
+      return NarrowHigh({AtTop<Pairs<vector * kWidth, kLane / 2>>(p),
+                         AtTop<Pairs<vector * kWidth + kWidth / 2, kLane / 2>>(p)});
+#endif
+    }
+  }
+
+ private:
+  /// Words with the samples at their top, and anything below.
+  template <class Elements>
+  static ZR_INLINE U16 AtTop(const std::uint8_t* p) {
+    if constexpr (HasUpperBytes<Form>)
+      return As<U16>(Gather<UpperOf<Elements>>(p));
+    else
+      return As<U16>(Gather<Elements>(p)) * As<U16>(Constant<Factors<Elements>>::Get());
+  }
+};
+
 /// A vector's worth of samples, as words.
 template <class Form>
 struct Packed {
@@ -177,10 +285,14 @@ struct Packed {
 
   /// The upper 8 bits of the samples.
   static ZR_INLINE U8 ReadHigh(const Form& form, const std::uint8_t* p) {
+    using Grey = PixelLayout<1, 1, false>;
+    if constexpr (kGathers && HasUpperBytes<Form>)
+      return MovedSamples<Form, Grey, Grey>::template ReadHigh<0>(p);
 #if defined(__AVX512VBMI__)
     if constexpr (requires { Form::kBits; }) return Fields<Form::kBits>(p);
 #endif
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    if constexpr (InTwoBytes<Form>) return MovedSamples<Form, Grey, Grey>::template ReadHigh<0>(p);
     // With every second lane of samples in one vector, packing gives natural order.
     const U16 even = form.template Scale<2>(p), odd = form.template Scale<2>(p + kHalf / 2);
     return PackClipped(As<S16>(even >> 8), As<S16>(odd >> 8));

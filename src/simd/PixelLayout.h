@@ -40,11 +40,12 @@ struct MovedByte {
 };
 
 /// Whether pixels are to be moved from one layout to the other. Where one shuffle reaches a whole vector,
-/// grey is as cheap to store and to read by channels.
+/// grey is as cheap to store and to read by channels; elsewhere more than two loads cost more than that.
 template <class From, class To>
 concept Moves = kGathers && From::kSize <= To::kSize &&
                 ((From::kChannels > 1 && To::kChannels > 1) || kLane == 16) &&
-                Gathering<MovedByte<From, To, 0>>::kPossible;
+                Gathering<MovedByte<From, To, 0>>::kPossible &&
+                (Gathering<MovedByte<From, To, 0>>::kPlan.loads < 3 || kLane == 64);
 
 /// Whether words are to be narrowed as they are moved. Where one shuffle reaches a whole vector, another
 /// order is cheaper made of the bytes.
@@ -62,6 +63,9 @@ template <class To>
 struct Alpha {
   static constexpr bool At(int i) { return To::kChannels == 4 && i % To::kBytes / To::kSize == 3; }
 };
+
+/// A word a pixel: red in bits 15..11, green in 10..5, blue in 4..0.
+struct Word565 {};
 
 /// The same vector with all bits of alpha set.
 template <class To>

@@ -26,6 +26,71 @@ ZR_INLINE Vectors<3> Channels(const Vectors<4>& memory) {
   return Deinterleave4<size>(memory);
 }
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+inline constexpr bool kSums565 = true;
+
+/// Pixels of four bytes to words of five, six and five bits. The fields stay apart, so sums of products put
+/// them together: `bytes` has the factors of the bytes and `words` those of the sums of each two, which give
+/// eight times the word.
+template <unsigned fields, unsigned bytes, unsigned words>
+ZR_INLINE U32 Sum565(U8 pixels) {
+  const U8 kept = pixels & As<U8>(Splat32(fields));
+  const auto sums = _mm256_maddubs_epi16(As<Native>(kept), As<Native>(Splat32(bytes)));
+  return As<U32>(_mm256_madd_epi16(sums, As<Native>(Splat32(words)))) >> 3;
+}
+
+template <bool blueFirst>
+ZR_INLINE U32 Word565Of(U8 pixels) {
+  constexpr unsigned kFields = 0x00F8FCF8;
+  if constexpr (blueFirst)
+    return Sum565<kFields, 0x00014001, 0x08000001>(pixels);
+  else
+    return Sum565<kFields, 0x00010240, 0x00010020>(pixels);
+}
+
+ZR_INLINE U8 PackWords(U32 a, U32 b) {
+  return As<U8>(_mm256_packus_epi32(As<Native>(a), As<Native>(b)));
+}
+
+/// Byte of a vector of four-byte pixels -> byte of the block as From, in the order in which packing two of
+/// the vectors gives natural order.
+template <class From, int vector>
+struct ForPacking {
+  using Moved = MovedByte<From, PixelLayout<1, 4, From::kBlueFirst>, 0>;
+  static constexpr int kBytes = Moved::kBytes;
+  static constexpr int At(int i) {
+    const int lane = vector / 2 * 4 + i / kLane * 2 + vector % 2;
+    return Moved::At(lane * kLane + i % kLane);
+  }
+};
+
+/// Vector `vector` of words from bytes of three or four channels.
+template <class From, int vector>
+ZR_INLINE U8 Read565(const std::uint8_t* p) {
+  if constexpr (From::kChannels == 4) {
+    const auto words = [&](int i) ZR_ALWAYS { return Word565Of<From::kBlueFirst>(Load(p + i * kWidth)); };
+    return JoinHalves(PackWords(words(2 * vector), words(2 * vector + 1)));
+  } else {
+    return PackWords(Word565Of<From::kBlueFirst>(Gather<ForPacking<From, 2 * vector>>(p)),
+                     Word565Of<From::kBlueFirst>(Gather<ForPacking<From, 2 * vector + 1>>(p)));
+  }
+}
+
+/// The same from words of 32 bits, of which a layout makes those of 16.
+template <class Layout, int vector>
+ZR_INLINE U8 Read565Of(const std::uint8_t* p) {
+  const auto words = [&](int i) ZR_ALWAYS { return Layout::To565(As<U32>(Load(p + i * kWidth))); };
+  return JoinHalves(PackWords(words(2 * vector), words(2 * vector + 1)));
+}
+#else
+inline constexpr bool kSums565 = false;
+
+template <class From, int vector>
+U8 Read565(const std::uint8_t* p);
+template <class Layout, int vector>
+U8 Read565Of(const std::uint8_t* p);
+#endif
+
 /// One byte a channel.
 template <int channels, bool blueFirst>
 struct BytesReader {
@@ -43,6 +108,11 @@ struct BytesReader {
   template <class To, int vector>
   ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(Moves<Pixel, To>) {
     return Opaque<To>(Gather<MovedByte<Pixel, To, vector>>(p));
+  }
+
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(kSums565&& std::same_as<To, Word565>) {
+    return Read565<Pixel, vector>(p);
   }
 };
 
@@ -65,6 +135,12 @@ struct WordsReader {
   template <class To, int vector>
   ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(Moves<Pixel, To>) {
     return As<U8>(Scale(Gather<MovedByte<Pixel, To, vector>>(p)));
+  }
+
+  /// Green alone is narrowed after it is taken from the words.
+  template <class Channel>
+  ZR_INLINE Grey<Words> ReadGreen(const std::uint8_t* p) const requires(channels == 3) {
+    return {ReadWords(p).green};
   }
 
   /// Bytes are narrowed from words in the same order.
@@ -98,10 +174,35 @@ struct WordsReader {
   std::uint32_t mShift;
 };
 
+/// Whether samples are moved to the order of To without taking their channels apart.
+template <class To>
+concept MovesSamples = kGathers && To::kChannels >= 3;
+
+/// Packed samples with the channels of From as a vector of those of To.
+template <class Form, class From, class To, int vector>
+ZR_INLINE U8 ReadMoved(const std::uint8_t* p) {
+  using Moved = MovedSamples<Form, From, To>;
+  if constexpr (To::kSize == 1)
+    return Opaque<To>(Moved::template ReadHigh<vector>(p));
+  else
+    return As<U8>(Moved::template ReadWords<vector>(p));
+}
+
+/// The green samples of a block.
+template <class Form, class From, class Channel>
+ZR_INLINE Channel GreenOf(const std::uint8_t* p) {
+  using Green = MovedSamples<Form, From, PixelLayout<2, 1, false>>;
+  if constexpr (sizeof(Channel) == sizeof(U8))
+    return Green::template ReadHigh<0>(p);
+  else
+    return {Green::template ReadWords<0>(p), Green::template ReadWords<1>(p)};
+}
+
 /// One 32-bit little-endian word a pixel, whose fields a layout knows.
 template <class Layout>
 struct PixelWordReader {
   using Pixel = PixelLayout<1, 4, false>;
+  using Samples = PixelLayout<2, 3, false>;
   static constexpr int kGroupPixels = 1, kGroupBytes = 4, kOverread = 0;
 
   explicit ZR_INLINE PixelWordReader(const KernelArgs&) {}
@@ -123,6 +224,22 @@ struct PixelWordReader {
     return Opaque<To>(As<U8>(Layout::UpperBits(Pixels(p, vector))));
   }
 
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const
+      requires(MovesSamples<To> && !std::same_as<To, Pixel>) {
+    return ReadMoved<Layout, Samples, To, vector>(p);
+  }
+
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(kSums565&& std::same_as<To, Word565>) {
+    return Read565Of<Layout, vector>(p);
+  }
+
+  template <class Channel>
+  ZR_INLINE Grey<Channel> ReadGreen(const std::uint8_t* p) const requires(kGathers) {
+    return {GreenOf<Layout, Samples, Channel>(p)};
+  }
+
  private:
   static ZR_INLINE U32 Pixels(const std::uint8_t* p, int quarter) {
     return As<U32>(Load(p + quarter * kWidth));
@@ -138,6 +255,15 @@ struct PixelWordReader {
 
 /// Red in bits 9..0, green in 19..10, blue in 29..20; bits 31..30 are unused.
 struct RGB10p32Layout {
+  struct Map {
+    static constexpr int kBytes = 4;
+    static constexpr int At(int j) { return j / 2 + j % 2; }
+  };
+  static constexpr unsigned kFactors[] = {64, 16, 4};
+  static constexpr bool kUpperByte = false;
+
+  static ZR_INLINE U16 Scaled(U16 x, U16 factors) { return (x * factors) & Splat16(0xFFC0); }
+
   static ZR_INLINE U32 Red(U32 x) { return (x << 22) & Splat32(0xFFC00000); }
   static ZR_INLINE U32 Green(U32 x) { return (x << 12) & Splat32(0xFFC00000); }
   static ZR_INLINE U32 Blue(U32 x) { return (x << 2) & Splat32(0xFFC00000); }
@@ -146,40 +272,108 @@ struct RGB10p32Layout {
   static ZR_INLINE U32 UpperBits(U32 x) {
     return ((x >> 2) & Splat32(0xFF)) | ((x >> 4) & Splat32(0xFF00)) | ((x >> 6) & Splat32(0xFF0000));
   }
+
+  static ZR_INLINE U32 To565(U32 x) {
+    return ((x << 6) & Splat32(0xF800)) | ((x >> 9) & Splat32(0x07E0)) | ((x >> 25) & Splat32(0x001F));
+  }
 };
 
 /// Byte 0 holds the low two bits: red's in bits 1..0, green's in 3..2, blue's in 5..4. Bytes 1, 2 and 3 are
 /// the upper eight bits.
 struct RGB10V1PackedLayout {
+  struct Map {
+    static constexpr int kBytes = 4;
+    static constexpr int At(int j) { return j % 2 == 0 ? 0 : 1 + j / 2; }
+  };
+  static constexpr unsigned kFactors[] = {64, 16, 4};
+  static constexpr bool kUpperByte = true;
+
+  static ZR_INLINE U16 Scaled(U16 x, U16 factors) {
+    return (x & Splat16(0xFF00)) | ((x * factors) & Splat16(0x00C0));
+  }
+
   static ZR_INLINE U32 Red(U32 x) { return ((x << 16) & Splat32(0xFF000000)) | ((x << 22) & LowBits()); }
   static ZR_INLINE U32 Green(U32 x) { return ((x << 8) & Splat32(0xFF000000)) | ((x << 20) & LowBits()); }
   static ZR_INLINE U32 Blue(U32 x) { return (x & Splat32(0xFF000000)) | ((x << 18) & LowBits()); }
 
   static ZR_INLINE U32 UpperBits(U32 x) { return x >> 8; }
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  static ZR_INLINE U32 To565(U32 x) {
+    return Sum565<0xF8FCF800, 0x01400100, 0x00010800>(As<U8>(x));
+  }
+#endif
+
  private:
-  static ZR_INLINE U32 LowBits() { return Splat32(0x00C00000); }
+  static ZR_INLINE U32 LowBits() {
+    return Splat32(0x00C00000);
+  }
 };
 
 /// One 16-bit word a pixel, five, six and five bits from the top: the first channel in 15..11, green
 /// in 10..5, the third in 4..0. Their top bits are repeated below, so that full scale becomes 255.
 template <bool blueFirst>
 struct RGB565Reader {
+  using Pixel = Word565;
   static constexpr int kGroupPixels = 1, kGroupBytes = 2, kOverread = 0;
 
   explicit ZR_INLINE RGB565Reader(const KernelArgs&) {}
 
   template <class Channel>
-  ZR_INLINE Colour<Words> Read(const std::uint8_t* p) const {
+  ZR_INLINE auto Read(const std::uint8_t* p) const {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    if constexpr (sizeof(Channel) == sizeof(U8))
+      return ReadBytes(p);
+    else
+#endif
+      return ReadWords(p);
+  }
+
+  /// The same word, or its outer fields exchanged.
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(std::same_as<To, Word565>) {
+    const U8 x = Load(p + vector * kWidth);
+    if constexpr (!blueFirst) return x;
+    const U16 word = As<U16>(x);
+    return As<U8>((word << 11) | (word & Splat16(0x07E0)) | (word >> 11));
+  }
+
+ private:
+  static ZR_INLINE Colour<Words> ReadWords(const std::uint8_t* p) {
     const Words x = LoadWords(p);
     return Ordered<blueFirst>(Words{Upper(x.a), Upper(x.b)}, Words{Middle(x.a), Middle(x.b)},
                               Words{Lower(x.a), Lower(x.b)});
   }
 
- private:
-  static ZR_INLINE U16 Upper(U16 x) { return (x & Splat16(0xF800)) | ((x >> 5) & Splat16(0x0700)); }
-  static ZR_INLINE U16 Middle(U16 x) { return ((x << 5) & Splat16(0xFC00)) | ((x >> 1) & Splat16(0x0300)); }
-  static ZR_INLINE U16 Lower(U16 x) { return (x << 11) | ((x << 6) & Splat16(0x0700)); }
+  static ZR_INLINE U16 Upper(U16 x) {
+    return (x & Splat16(0xF800)) | ((x >> 5) & Splat16(0x0700));
+  }
+  static ZR_INLINE U16 Middle(U16 x) {
+    return ((x << 5) & Splat16(0xFC00)) | ((x >> 1) & Splat16(0x0300));
+  }
+  static ZR_INLINE U16 Lower(U16 x) {
+    return (x << 11) | ((x << 6) & Splat16(0x0700));
+  }
+
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  /// The upper halves of products of words.
+  static ZR_INLINE S16 High(U16 x, unsigned factor) {
+    return As<S16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+  }
+
+  /// Bytes as products: 8.25 times five bits, 4.0625 times six, rounded down.
+  static ZR_INLINE Colour<U8> ReadBytes(const std::uint8_t* p) {
+    const auto lane = [&](int i)
+                          ZR_ALWAYS { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p) + i); };
+    // With every second lane in one vector, packing gives natural order.
+    const U16 a = As<U16>(_mm256_set_m128i(lane(2), lane(0))),
+              b = As<U16>(_mm256_set_m128i(lane(3), lane(1)));
+    const auto channel = [&](auto bytes) ZR_ALWAYS { return PackClipped(bytes(a), bytes(b)); };
+    return Ordered<blueFirst>(channel([](U16 x) ZR_ALWAYS { return High(x & Splat16(0xF800), 264); }),
+                              channel([](U16 x) ZR_ALWAYS { return High(x & Splat16(0x07E0), 8320); }),
+                              channel([](U16 x) ZR_ALWAYS { return High(x << 11, 264); }));
+  }
+#endif
 };
 
 /// Packed samples, three or four a pixel.
@@ -213,6 +407,16 @@ struct PackedChannelsReader {
     }
   }
 
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(MovesSamples<To> && !SameOrder<Pixel, To>) {
+    return ReadMoved<Form, Pixel, To, vector>(p);
+  }
+
+  template <class Channel>
+  ZR_INLINE Grey<Channel> ReadGreen(const std::uint8_t* p) const requires(kGathers) {
+    return {GreenOf<Form, Pixel, Channel>(p)};
+  }
+
   /// Samples that keep their order.
   template <class To, int vector>
   ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(SameOrder<Pixel, To>) {
@@ -238,11 +442,14 @@ struct PlanarLines {
       EachBlock<Writer::kStep, 1>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
         const auto channel = [&](int plane) ZR_ALWAYS {
           const std::uint8_t* const p = line.source[plane] + x * Samples::kGroupBytes;
-          Prefetch<kWidth * Samples::kGroupBytes>(p, line.prefetch);
+          Prefetch<kWidth * Samples::kGroupBytes>(p, line.ahead);
           return Cast<Channel>::From(samples.Read(p));
         };
-        writer.Write(line.destination[0] + x * Writer::kStep,
-                     Colour<Channel>{channel(0), channel(1), channel(2)});
+        std::uint8_t* const to = line.destination[0] + x * Writer::kStep;
+        if constexpr (requires { Writer::kGreenOnly; })
+          writer.Write(to, Grey<Channel>{channel(1)});
+        else
+          writer.Write(to, Colour<Channel>{channel(0), channel(1), channel(2)});
       });
     });
   }

@@ -100,7 +100,8 @@ ZR_INLINE auto ColoursAt(const Scf1Tiles& tiles, std::size_t at) {
 /// Asks memory for the bytes of a block of each line, `bytes` for each pixel.
 template <int bytes>
 ZR_INLINE void PrefetchTiles(const Scf1Tiles& tiles, std::size_t x) {
-  Unrolled<4>([&](auto i) ZR_ALWAYS { Prefetch<bytes * kWidth>(tiles.line[i] + bytes * x, tiles.prefetch); });
+  Unrolled<4>([&](auto i)
+                  ZR_ALWAYS { PrefetchInto<bytes * kWidth, 2>(tiles.line[i] + bytes * x, tiles.prefetch); });
 }
 
 template <bool greenFirst>
@@ -257,7 +258,7 @@ ZR_INLINE U16 LoadWord(const std::uint8_t* p) {
 void BytesApart(const Scf1Apart& apart) {
   const Scf1Apart row = apart;  // so that no store can change it
   EachBlock<1, 2>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
-    Unrolled<2>([&](auto i) ZR_ALWAYS { Prefetch<kWidth>(row.line[i] + x, row.prefetch); });
+    Unrolled<2>([&](auto i) ZR_ALWAYS { PrefetchInto<kWidth, 2>(row.line[i] + x, row.prefetch); });
     const U16 upper = LoadWord(row.line[0] + x), lower = LoadWord(row.line[1] + x);
     const U16 white[] = {upper & Splat16(0xFF), lower >> 8};
     Store(row.white[0] + x, white[0]);
@@ -285,7 +286,7 @@ ZR_INLINE U16 JoinWords(U32 a, U32 b) {
 void WordsApart(const Scf1Apart& apart) {
   const Scf1Apart row = apart;  // so that no store can change it
   EachBlock<1, 2>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
-    Unrolled<2>([&](auto i) ZR_ALWAYS { Prefetch<2 * kWidth>(row.line[i] + 2 * x, row.prefetch); });
+    Unrolled<2>([&](auto i) ZR_ALWAYS { PrefetchInto<2 * kWidth, 2>(row.line[i] + 2 * x, row.prefetch); });
     const auto sites = [&](int line, int vector)
                            ZR_ALWAYS { return Sites(row.line[line] + 2 * x + vector * kWidth, row.shift); };
     const Sites upper[] = {sites(0, 0), sites(0, 1)}, lower[] = {sites(1, 0), sites(1, 1)};

@@ -9,9 +9,9 @@
 #include "simd/PixelLayout.h"
 
 /// The sixteen writers: four shapes. A writer is made from the arguments of a call and stores blocks; kStep
-/// is the bytes from a pixel to the next (in each plane), Channel the form of block it takes. Pixel is how
-/// pixels lie in memory where readers may move them there: then Alike says whether all bytes are mapped
-/// alike, and Mapped maps them.
+/// is the bytes from a pixel to the next (in each plane), Channel the form of block it takes, GreyChannel the
+/// form in which it can take grey as well. Pixel is how pixels lie in memory where readers may move them
+/// there: then Alike says whether all bytes are mapped alike, and Mapped maps them.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -110,6 +110,7 @@ struct Unmapped {
 template <int depth>
 struct MonoWriter : Sample<depth>, Unmapped {
   using Pixel = std::conditional_t<depth % 8 == 0, PixelLayout<depth / 8, 1, false>, void>;
+  static constexpr bool kGreenOnly = true;
 
   explicit ZR_INLINE MonoWriter(const KernelArgs&) {}
 
@@ -237,10 +238,12 @@ struct FourBytesWriter {
   FilterTables<filtered> mTables;
 };
 
-/// Word: red in bits 15..11, green in 10..5, blue in 4..0.
+/// Words of five, six and five bits.
 template <bool filtered = false>
 struct RGB565Writer {
   using Channel = U8;
+  using GreyChannel = std::conditional_t<filtered, U8, Words>;
+  using Pixel = Word565;
   static constexpr int kStep = 2;
 
   explicit ZR_INLINE RGB565Writer(const KernelArgs& args) : mTables(args) {}
@@ -257,7 +260,22 @@ struct RGB565Writer {
     Store(p + kWidth, words.b);
   }
 
+  ZR_INLINE void Write(std::uint8_t* p, const Grey<Words>& block) const requires(!filtered) {
+    Store(p, FromGrey(block.value.a));
+    Store(p + kWidth, FromGrey(block.value.b));
+  }
+
+  static constexpr bool kMaps = filtered;
+
+  ZR_INLINE bool Alike() const { return mTables.AreOne(); }
+
+  ZR_INLINE const Vectors<kStep>& Mapped(const Vectors<kStep>& x) const requires(!filtered) { return x; }
+
  private:
+  static ZR_INLINE U16 FromGrey(U16 x) {
+    return (x & Splat16(0xF800)) | ((x >> 5) & Splat16(0x07E0)) | (x >> 11);
+  }
+
   FilterTables<filtered> mTables;
 };
 
