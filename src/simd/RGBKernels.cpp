@@ -235,8 +235,10 @@ struct PixelWordReader {
     return Read565Of<Layout, vector>(p);
   }
 
+  /// Where one shuffle reaches a whole vector, words are cheaper made of the pixels.
   template <class Channel>
-  ZR_INLINE Grey<Channel> ReadGreen(const std::uint8_t* p) const requires(kGathers) {
+  ZR_INLINE Grey<Channel> ReadGreen(const std::uint8_t* p) const
+      requires(kGathers && (sizeof(Channel) == sizeof(U8) || kLane == 16)) {
     return {GreenOf<Layout, Samples, Channel>(p)};
   }
 
