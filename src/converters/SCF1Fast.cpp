@@ -10,29 +10,35 @@ namespace {
 
 constexpr std::uint32_t kTile = 4;
 
+simd::Scf1TilesFunction TilesKernel(bool fromBytes, bool toBytes) {
+  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
+  return !toBytes ? kernels.tiles : fromBytes ? kernels.byteTiles : kernels.tilesToBytes;
+}
+
 }  // namespace
 
 SCF1Fast::SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recipe)
     : mContext(context),
-      mFromBytes(recipe.FromBytes() && recipe.ToBytes()),
+      mTile(SCF1TileOf(context.mFlags)),
       mToBytes(recipe.ToBytes()),
-      mSamples(context, recipe.Samples(recipe.ToBytes())),
-      mPixels(context, recipe, recipe.ToBytes()) {}
+      mKernel(TilesKernel(recipe.FromBytes(), mToBytes)),
+      mSamples(context, recipe.Samples(mToBytes)),
+      mPixels(context, recipe, mToBytes) {}
 
 void SCF1Fast::Run(const SCF1Lines& lines) const {
+  SCF1Planes planes;
   const std::uint32_t last = mContext.mSourceHeight / kTile - 1;
   for (std::uint32_t done = 0, count = 0; done < lines.count; done += count) {
     const std::uint32_t line = mContext.mLine + done, tile = std::min(line / kTile, last);
     count = lines.count - done;
     if (tile != last) count = std::min(count, (tile + 1) * kTile - line);
     RunTiles({lines.lines.From(std::ptrdiff_t{tile} * kTile), lines.width, count, lines.destinationStep},
-             OffsetBy(mContext.mDestination, done * lines.destinationStep));
+             OffsetBy(mContext.mDestination, done * lines.destinationStep), planes);
   }
 }
 
-/// A row of tiles, to `lines.count` lines from `destination` on.
-void SCF1Fast::RunTiles(const SCF1Lines& lines, std::uint8_t* destination) const {
-  SCF1Planes planes;
+/// A row of tiles, to `lines.count` lines from `destination` on. `planes` is room for their colours.
+void SCF1Fast::RunTiles(const SCF1Lines& lines, std::uint8_t* destination, SCF1Planes& planes) const {
   for (MosaicColumns columns{0, 0}; columns.end < lines.width;) {
     columns = SCF1Part(columns.end, lines.width, kSCF1Columns);
     MakeTiles(lines.lines, columns, planes);
@@ -43,10 +49,18 @@ void SCF1Fast::RunTiles(const SCF1Lines& lines, std::uint8_t* destination) const
 /// The colours of a row of tiles, `lines` being its own.
 void SCF1Fast::MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const {
   const std::uint32_t whole = columns.Count() / kTile * kTile;
-  for (MosaicColumns part{0, 0}; part.end < whole;) {
-    part = mSamples.AreRows() && whole >= simd::kScf1Vector ? MosaicColumns{0, whole}
-                                                            : SCF1Part(part.end, whole, kSCF1SampleColumns);
-    MakePart(lines, columns.first, part, planes);
+  simd::Scf1Tiles args{};
+  planes.List(args.plane, mTile.redAbove);
+  args.greenFirst = mTile.greenFirst;
+  if (mSamples.AreRows() && whole >= simd::kScf1Vector) {
+    for (std::uint32_t i = 0; i < kTile; ++i)
+      args.line[i] = mSamples.At(lines.At(std::ptrdiff_t{i}), columns.first);
+    args.pixels = whole;
+    args.shift = mSamples.Shift();
+    args.prefetch = mSamples.Prefetch();
+    mKernel(args);
+  } else {
+    MakeTilesOfRows(lines, {columns.first, columns.first + whole}, args);
   }
   for (SCF1Row& row : planes.row) {
     for (std::uint32_t x = whole; x < columns.Count(); ++x)
@@ -54,27 +68,18 @@ void SCF1Fast::MakeTiles(const SourceLines& lines, const MosaicColumns& columns,
   }
 }
 
-/// The tiles of some of the columns that begin at column `first` of the image.
-void SCF1Fast::MakePart(const SourceLines& lines, std::uint32_t first, const MosaicColumns& part,
-                        SCF1Planes& planes) const {
+/// Reads the samples to rows, some columns at a time. `args` has the planes from the first column on.
+void SCF1Fast::MakeTilesOfRows(const SourceLines& lines, const MosaicColumns& columns,
+                               simd::Scf1Tiles& args) const {
   SCF1SampleRow rows[kTile];
-  const SCF1Tile tile = SCF1TileOf(mContext.mFlags);
-  simd::Scf1Tiles args{};
-  planes.List(args.plane, tile.redAbove);
-  for (std::uint8_t*& plane : args.plane) plane += std::size_t{part.first} * (mToBytes ? 1 : 2);
-  args.pixels = std::max<std::size_t>(part.Count(), simd::kScf1Vector);
-  args.greenFirst = tile.greenFirst;
-  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
-  if (mSamples.AreRows() && part.Count() >= simd::kScf1Vector) {
-    for (std::uint32_t i = 0; i < kTile; ++i)
-      args.line[i] = mSamples.At(lines.At(std::ptrdiff_t{i}), first + part.first);
-    args.shift = mSamples.Shift();
-    args.prefetch = mSamples.Prefetch();
-  } else {
-    mSamples.Read(lines, kTile, {first + part.first, first + part.end}, rows[0].First(), sizeof rows[0]);
-    for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = rows[i].First();
+  for (std::uint32_t i = 0; i < kTile; ++i) args.line[i] = rows[i].First();
+  for (MosaicColumns part{columns.first, columns.first}; part.end < columns.end;) {
+    part = SCF1Part(part.end, columns.end, kSCF1SampleColumns);
+    mSamples.Read(lines, kTile, part, rows[0].First(), sizeof rows[0]);
+    args.pixels = std::max<std::size_t>(part.Count(), simd::kScf1Vector);
+    mKernel(args);
+    for (std::uint8_t*& plane : args.plane) plane += std::size_t{part.Count()} * (mToBytes ? 1 : 2);
   }
-  (mFromBytes ? kernels.byteTiles : mToBytes ? kernels.tilesToBytes : kernels.tiles)(args);
 }
 
 }  // namespace ZrConvertersLib

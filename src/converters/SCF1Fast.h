@@ -13,13 +13,14 @@ class SCF1Fast {
   void Run(const SCF1Lines& lines) const;
 
  private:
-  void RunTiles(const SCF1Lines& lines, std::uint8_t* destination) const;
+  void RunTiles(const SCF1Lines& lines, std::uint8_t* destination, SCF1Planes& planes) const;
   void MakeTiles(const SourceLines& lines, const MosaicColumns& columns, SCF1Planes& planes) const;
-  void MakePart(const SourceLines& lines, std::uint32_t first, const MosaicColumns& part,
-                SCF1Planes& planes) const;
+  void MakeTilesOfRows(const SourceLines& lines, const MosaicColumns& columns, simd::Scf1Tiles& args) const;
 
   const PixelConverterContext& mContext;
-  bool mFromBytes, mToBytes;
+  SCF1Tile mTile;
+  bool mToBytes;  ///< the planes of colours hold bytes
+  simd::Scf1TilesFunction mKernel;
   SCF1Samples mSamples;
   SCF1Pixels mPixels;
 };

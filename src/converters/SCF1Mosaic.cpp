@@ -141,7 +141,14 @@ LineBlock SCF1Pixels::Line(SCF1Planes& planes, const MosaicColumns& columns,
 void SCF1Pixels::WriteAlike(SCF1Planes& planes, const MosaicColumns& columns, std::uint32_t count,
                             std::uint8_t* destination, std::ptrdiff_t destinationStep) const {
   if (!mCopies || count == 1 || columns.Count() < mToRow.block || !mPlan.PlanesApart(columns.Count()))
-    return Write(planes, 0, columns, count, destination, destinationStep);
+    Write(planes, 0, columns, count, destination, destinationStep);
+  else
+    WriteCopies(planes, columns, count, destination, destinationStep);
+}
+
+/// A function of its own, so that only frames that need its row have one on the stack.
+void SCF1Pixels::WriteCopies(SCF1Planes& planes, const MosaicColumns& columns, std::uint32_t count,
+                             std::uint8_t* destination, std::ptrdiff_t destinationStep) const {
   // The row has the first line's offset in a cache line.
   alignas(kCacheLine) std::uint8_t bytes[kMostPlanes * (kPlanePitch + kCacheLine)];
   std::uint8_t* const first = destination + mPlan.DestinationBytes(columns.first);

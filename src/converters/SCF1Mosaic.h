@@ -144,6 +144,8 @@ class SCF1Pixels {
  private:
   std::ptrdiff_t PlaneDistance() const { return mPlan.Kernel().args.planeDistance; }
   LineBlock Line(SCF1Planes& planes, const MosaicColumns& columns, std::uint8_t* destination) const;
+  void WriteCopies(SCF1Planes& planes, const MosaicColumns& columns, std::uint32_t count,
+                   std::uint8_t* destination, std::ptrdiff_t destinationStep) const;
   void Copy(std::uint8_t* to, const std::uint8_t* from, std::size_t bytes) const;
 
   bool mGreenOnly;

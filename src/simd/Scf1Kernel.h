@@ -63,12 +63,13 @@ struct Scf1CellRow {
   bool greenOnly;   ///< only the planes of green are written
 };
 
+using Scf1TilesFunction = void (*)(const Scf1Tiles&);
 using Scf1CellRowFunction = void (*)(const Scf1CellRow&);
 
 struct Scf1Kernels {
-  void (*tiles)(const Scf1Tiles&);         ///< words to words
-  void (*tilesToBytes)(const Scf1Tiles&);  ///< words to bytes
-  void (*byteTiles)(const Scf1Tiles&);     ///< bytes to bytes
+  Scf1TilesFunction tiles;         ///< words to words
+  Scf1TilesFunction tilesToBytes;  ///< words to bytes
+  Scf1TilesFunction byteTiles;     ///< bytes to bytes
   void (*cells)(const Scf1Cells&);
   Scf1CellRowFunction cellRow;
   void (*bytesApart)(const Scf1Apart&);
