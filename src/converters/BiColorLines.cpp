@@ -141,8 +141,9 @@ class BilinearBiColor {
     return (SampleBytes() * (pixels + std::size_t{2} * kBeside) + 63) / 64 * 64;
   }
 
+  /// Lines in pieces are converted one by one: memory is best read in one stream.
   std::uint32_t LinesTogether(std::uint32_t width) const {
-    return static_cast<std::uint32_t>(kRowBytes / (2 * RowBytes(std::min(width, kPixels))));
+    return width > kPixels ? 1 : static_cast<std::uint32_t>(kRowBytes / (2 * RowBytes(width)));
   }
 
   /// The last pixels of an odd width are converted first, from an odd pixel on.
