@@ -129,11 +129,12 @@ class BilinearBiColor {
 
  private:
   /// Pixels that are split at a time, and space beside them for neighbours.
-  static constexpr std::uint32_t kPixels = 2048, kBeside = 32;
+  static constexpr std::uint32_t kPixels = 4096, kBeside = 32;
 
   /// Bytes of rows: those of the longest pieces of a line, or of more short lines, so that few kernel calls
   /// convert many lines.
-  static constexpr std::size_t kRowBytes = std::size_t{16} << 10;
+  static constexpr std::size_t kRowBytes = std::size_t{18} << 10;
+  static_assert(2 * sizeof(std::uint16_t) * (kPixels + 2 * kBeside) <= kRowBytes);
 
   /// Bytes of a sample in a row, and of the row of one colour.
   std::size_t SampleBytes() const { return mSplit.DestinationBytes(1); }

@@ -157,16 +157,17 @@ Case LargeCase(const Model::Pair& pair, std::uint32_t width, std::uint32_t heigh
 }
 
 /// Lines written past the caches go through the first-level cache in parts of 1536 bytes, of all planes and
-/// of both lines of a mosaic together; mosaics are interpolated in strips of 4096 columns, and the last
-/// block of odd widths once more. SCF1 is converted in strips of 4096 or 2048 columns and its samples are
-/// read 1024 columns at a time, up to 63 more in the last part.
+/// of both lines of a mosaic together; mosaics and BiColor are interpolated in strips of 4096 columns, and
+/// the last block of odd widths once more. SCF1 is converted in strips of 4096 or 2048 columns and its
+/// samples are read 1024 columns at a time, up to 63 more in the last part.
 std::vector<std::uint32_t> WidthsAroundParts(const Model::Pair& pair) {
   const Model::Destination& destination = pair.back().destination;
   const unsigned planes = destination.shape == Model::Shape::Planes ? 3 : 1, lines = HasMosaic(pair) ? 2 : 1;
   const std::uint32_t part = 1536 / (destination.bytes * planes * lines) / 64 * 64;
   std::vector<std::uint32_t> widths = {part - 1,  part,      part + 1,  part + 33,
                                        part + 63, part + 64, part + 65, 2 * part + 7};
-  if (HasMosaic(pair)) widths.insert(widths.end(), {63, 65, 67, 4095, 4096, 4097, 4098, 4099, 4161, 8193});
+  if (HasMosaic(pair) || MeaningOf(pair) == Model::Meaning::BiColor)
+    widths.insert(widths.end(), {63, 65, 67, 4095, 4096, 4097, 4098, 4099, 4161, 8193});
   if (MeaningOf(pair) == Model::Meaning::Scf1)
     widths.insert(widths.end(), {1087, 1088, 1089, 1091, 2111, 2113});
   return widths;
