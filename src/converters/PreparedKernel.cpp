@@ -9,6 +9,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "converters/FindStraight.h"
 #include "core/CacheLimits.h"
 #include "core/FormatTable.h"
 #include "simd/CpuLevel.h"
@@ -25,6 +26,10 @@ constexpr std::size_t kNear = 1024, kFar = 3072;
 
 /// Frames that the first cache holds need no prefetching.
 constexpr std::size_t kFirstCache = 32 * 1024;
+
+/// Bytes of a frame, source and destination together, for which it takes longer to look entries up than to
+/// find out whether they can be computed.
+constexpr std::size_t kWorthFinding = 65536;
 
 /// Entries of a filter's table of bytes.
 constexpr std::size_t kTableSize = 256;
@@ -71,17 +76,6 @@ std::ptrdiff_t PrefetchDistance(const PixelConverterContext& context, const simd
   return static_cast<std::ptrdiff_t>((least + pair - 1) / pair * pair);
 }
 
-/// The same pointer three times if all tables are equal, by which kernels recognise it.
-void SetTables(simd::KernelArgs& args, const RGBFilter& filter) {
-  const std::uint8_t* const red = filter.GetRed();
-  const auto orRed = [&](const std::uint8_t* table) {
-    return std::memcmp(table, red, kTableSize) == 0 ? red : table;
-  };
-  args.tables[0] = red;
-  args.tables[1] = orRed(filter.GetGreen());
-  args.tables[2] = orRed(filter.GetBlue());
-}
-
 }  // namespace
 
 PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe)
@@ -105,7 +99,7 @@ PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineR
   args.shift = recipe.shift;
   args.flip = recipe.flip;
   args.matrix = recipe.matrix;
-  if (filtered) SetTables(args, *context.mFilter);
+  if (filtered) SetTables(*context.mFilter, frameBytes);
 }
 
 PreparedKernel::PreparedKernel(simd::KernelFunction kernel, const simd::ReaderFacts& facts,
@@ -118,6 +112,22 @@ PreparedKernel::PreparedKernel(simd::KernelFunction kernel, const simd::ReaderFa
       planes(kDestinations[destination].planes),
       args{} {
   args.lines = 1;
+}
+
+/// The same pointer three times if all tables are equal, by which kernels recognise it.
+void PreparedKernel::SetTables(const RGBFilter& filter, std::size_t frameBytes) {
+  const std::uint8_t* const red = filter.GetRed();
+  const auto orRed = [&](const std::uint8_t* table) {
+    return std::memcmp(table, red, kTableSize) == 0 ? red : table;
+  };
+  args.tables[0] = red;
+  args.tables[1] = orRed(filter.GetGreen());
+  args.tables[2] = orRed(filter.GetBlue());
+  args.straight = nullptr;
+  if (!simd::CurrentLevel().computesTables || frameBytes < kWorthFinding) return;
+  for (std::size_t i = 0; i < straight.size(); ++i)
+    if (!FindStraight(args.tables[i], straight[i])) return;
+  args.straight = straight.data();
 }
 
 void PreparedKernel::Run(const LineBlock& lines) const {

@@ -2,6 +2,7 @@
 
 #include <ZrConvertersLib/PixelConverterContext.h>
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -34,11 +35,16 @@ struct PreparedKernel {
   simd::ReaderFacts reader;
   std::uint8_t pixelBytes, planes;  ///< of the destination
   simd::KernelArgs args;
+  std::array<simd::StraightTable, 3> straight;  ///< set where args refers to it; the args of copies do, too
 
   PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe);
 
   /// A kernel for pixels of the destination at the given place of the list of destinations.
   PreparedKernel(simd::KernelFunction kernel, const simd::ReaderFacts& facts, std::size_t destination);
+
+  /// The tables of a filter, for a filtered writer. `frameBytes` of source and destination are to be
+  /// converted.
+  void SetTables(const RGBFilter& filter, std::size_t frameBytes);
 
   /// Converts lines of at least a block.
   void Run(const LineBlock& lines) const;

@@ -16,34 +16,42 @@ namespace {
 /// What the kernels that write pictures read: for two pixels a word of each half, two bytes on from the last.
 constexpr simd::ReaderFacts kHalves{{2, 2}, simd::kOneLine};
 
-/// Whether the part of the frame and its picture are too large for the caches.
-bool ExceedsCaches(const FramePlan& plan) {
+/// Bytes of the part of the frame and its picture.
+std::size_t FrameBytes(const FramePlan& plan) {
   const auto source =
       static_cast<std::size_t>(plan.sourceLayout.stride) * static_cast<std::size_t>(plan.RegionHeight());
-  return source + plan.destinationLayout.frameBytes > StreamingThreshold();
+  return source + plan.destinationLayout.frameBytes;
 }
 
-/// The kernel that writes a destination, with the filter's tables for those that a filter acts on.
-PreparedKernel KernelOf(const FramePlan& plan) {
-  std::size_t row = 0, filtered = kDestinations.size();
-  for (; kDestinations[row].id != plan.destination->id; ++row)
-    filtered += kDestinations[row].filtered ? 1U : 0U;
-  const bool filters = kDestinations[row].filtered && plan.filter != nullptr && !plan.filter->IsIdentity();
-  const simd::Level& level = simd::CurrentLevel();
-  PreparedKernel kernel(level.halves->with[filters ? filtered : row], kHalves, row);
-  kernel.stream = ExceedsCaches(plan) ? *level.stream : nullptr;
-  if (!filters) return kernel;
-  kernel.args.tables[0] = plan.filter->GetRed();
-  kernel.args.tables[1] = plan.filter->GetGreen();
-  kernel.args.tables[2] = plan.filter->GetBlue();
-  return kernel;
+/// The place of the plan's destination in the list of destinations.
+std::size_t RowOf(const FramePlan& plan) {
+  std::size_t row = 0;
+  while (kDestinations[row].id != plan.destination->id) ++row;
+  return row;
+}
+
+bool Filters(const FramePlan& plan) {
+  return kDestinations[RowOf(plan)].filtered && plan.filter != nullptr && !plan.filter->IsIdentity();
+}
+
+/// The kernel that writes a destination; those that a filter acts on follow all others.
+simd::KernelFunction KernelOf(const FramePlan& plan) {
+  const std::size_t row = RowOf(plan);
+  std::size_t filtered = kDestinations.size();
+  for (std::size_t i = 0; i < row; ++i) filtered += kDestinations[i].filtered ? 1U : 0U;
+  return simd::CurrentLevel().halves->with[Filters(plan) ? filtered : row];
 }
 
 }  // namespace
 
 PictureLines::PictureLines(const FramePlan& plan, const PictureMemory& picture, PlaneBuffers& buffers)
-    : mPlan(plan), mPicture(picture), mScratch(buffers.picture), mKernel(KernelOf(plan)) {
+    : mPlan(plan),
+      mPicture(picture),
+      mScratch(buffers.picture),
+      mKernel(KernelOf(plan), kHalves, RowOf(plan)) {
   mKernel.args.planeDistance = picture.stride * plan.RegionHeight();
+  if (FrameBytes(plan) > StreamingThreshold()) mKernel.stream = *simd::CurrentLevel().stream;
+  if (Filters(plan)) mKernel.SetTables(*plan.filter, FrameBytes(plan));
 }
 
 PictureLines::~PictureLines() {

@@ -28,9 +28,9 @@ namespace ZrConvertersLib::simd {
   extern const GradeKernels kGradeKernels##level;       \
   extern const YCbCrDepthKernels kYCbCrDepthKernels##level;
 
-#define ZR_LEVEL_ROW(level, name, runs, block)                                                    \
+#define ZR_LEVEL_ROW(level, name, runs, block, computesTables)                                    \
   Level {                                                                                         \
-    name, runs, block,                                                                            \
+    name, runs, block, computesTables,                                                            \
         {&kMonoKernels##level, &kBayerKernels##level, &kRGBKernels##level, &kYCbCrKernels##level, \
          &kBiColorKernels##level},                                                                \
         &kStream##level, &kMirror##level, &kScf1Kernels##level, &kHalvesKernels##level,           \
@@ -87,15 +87,15 @@ template <const CpuFeatures& needed>
 }
 
 constinit const std::array kLevels = {
-    ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16),
+    ZR_LEVEL_ROW(Baseline, "x86-64", Always, 16, false),
 #if defined(ZR_LEVEL_V2)
-    ZR_LEVEL_ROW(V2, "x86-64-v2", Has<kNeededByV2>, 16),
+    ZR_LEVEL_ROW(V2, "x86-64-v2", Has<kNeededByV2>, 16, true),
 #endif
 #if defined(ZR_LEVEL_V3)
-    ZR_LEVEL_ROW(V3, "x86-64-v3", Has<kNeededByV3>, 32),
+    ZR_LEVEL_ROW(V3, "x86-64-v3", Has<kNeededByV3>, 32, true),
 #endif
 #if defined(ZR_LEVEL_V4)
-    ZR_LEVEL_ROW(V4, "x86-64-v4", Has<kNeededByV4>, 64),
+    ZR_LEVEL_ROW(V4, "x86-64-v4", Has<kNeededByV4>, 64, false),
 #endif
 };
 
@@ -106,7 +106,7 @@ constinit const std::array kLevels = {
 ZR_DECLARE_LEVEL(Neon)
 
 namespace {
-constinit const std::array kLevels = {ZR_LEVEL_ROW(Neon, "neon", Always, 16)};
+constinit const std::array kLevels = {ZR_LEVEL_ROW(Neon, "neon", Always, 16, false)};
 }
 
 #elif defined(__wasm_simd128__)
@@ -114,7 +114,7 @@ constinit const std::array kLevels = {ZR_LEVEL_ROW(Neon, "neon", Always, 16)};
 ZR_DECLARE_LEVEL(Wasm)
 
 namespace {
-constinit const std::array kLevels = {ZR_LEVEL_ROW(Wasm, "wasm-simd128", Always, 16)};
+constinit const std::array kLevels = {ZR_LEVEL_ROW(Wasm, "wasm-simd128", Always, 16, true)};
 }
 
 #endif

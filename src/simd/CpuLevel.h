@@ -13,6 +13,7 @@ struct Level {
   const char* name;
   bool (*runs)();           ///< whether this machine can run it
   std::size_t blockPixels;  ///< fewest pixels a kernel call may have
+  bool computesTables;      ///< whether filtered writers compute straight tables, see Lookup.h
   const FamilyKernels* families[5];
   const StreamFunction* stream;
   const MirrorFunction* mirror;

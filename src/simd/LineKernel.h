@@ -6,6 +6,7 @@
 #include "core/Destinations.h"
 #include "core/YCbCrMatrix.h"
 #include "simd/SourceReaders.h"
+#include "simd/StraightTable.h"
 
 /// The header that baseline code and kernel files share. It has plain data and nothing of external linkage:
 /// of an inline function the linker might keep the copy with wide instructions, also for baseline code.
@@ -43,6 +44,7 @@ struct KernelArgs {
   bool redInLine;             ///< interpolated mosaics: red stands in the line, otherwise blue
   const YCbCrMatrix* matrix;  ///< YCbCr
   const std::uint8_t* tables[3];  ///< filtered writers: 256 entries each for red, green, blue
+  const StraightTable* straight;  ///< the same three as straight tables, or null where one is not straight
 };
 
 using KernelFunction = void (*)(const KernelArgs&);

@@ -2,39 +2,43 @@
 
 #include "simd/Vec.h"
 
-/// Unsigned words: sums and differences that stop at the ends of the range, means, the lesser and the
-/// greater.
+/// Unsigned bytes and words: sums and differences that stop at the ends of the range, means of words, the
+/// lesser and the greater.
 
 namespace ZrConvertersLib::simd {
 namespace {
 
 #if defined(__AVX512VBMI__)
-#define ZR_WORDS(name, x86, neon, wasm)                         \
-  ZR_INLINE U16 name(U16 a, U16 b) {                            \
-    return As<U16>(_mm512_##x86(As<Native>(a), As<Native>(b))); \
+#define ZR_UNSIGNED(type, lanes, name, x86, neon, wasm)          \
+  ZR_INLINE type name(type a, type b) {                          \
+    return As<type>(_mm512_##x86(As<Native>(a), As<Native>(b))); \
   }
 #elif defined(__AVX2__)
-#define ZR_WORDS(name, x86, neon, wasm)                         \
-  ZR_INLINE U16 name(U16 a, U16 b) {                            \
-    return As<U16>(_mm256_##x86(As<Native>(a), As<Native>(b))); \
+#define ZR_UNSIGNED(type, lanes, name, x86, neon, wasm)          \
+  ZR_INLINE type name(type a, type b) {                          \
+    return As<type>(_mm256_##x86(As<Native>(a), As<Native>(b))); \
   }
 #elif defined(__x86_64__)
-#define ZR_WORDS(name, x86, neon, wasm)                      \
-  ZR_INLINE U16 name(U16 a, U16 b) {                         \
-    return As<U16>(_mm_##x86(As<Native>(a), As<Native>(b))); \
+#define ZR_UNSIGNED(type, lanes, name, x86, neon, wasm)       \
+  ZR_INLINE type name(type a, type b) {                       \
+    return As<type>(_mm_##x86(As<Native>(a), As<Native>(b))); \
   }
 #elif defined(__wasm_simd128__)
-#define ZR_WORDS(name, x86, neon, wasm)                 \
-  ZR_INLINE U16 name(U16 a, U16 b) {                    \
-    return As<U16>(wasm(As<Native>(a), As<Native>(b))); \
+#define ZR_UNSIGNED(type, lanes, name, x86, neon, wasm)  \
+  ZR_INLINE type name(type a, type b) {                  \
+    return As<type>(wasm(As<Native>(a), As<Native>(b))); \
   }
 #else
-#define ZR_WORDS(name, x86, neon, wasm)                         \
-  ZR_INLINE U16 name(U16 a, U16 b) {                            \
-    return As<U16>(neon(As<uint16x8_t>(a), As<uint16x8_t>(b))); \
+#define ZR_UNSIGNED(type, lanes, name, x86, neon, wasm) \
+  ZR_INLINE type name(type a, type b) {                 \
+    return As<type>(neon(As<lanes>(a), As<lanes>(b)));  \
   }
 #endif
+#define ZR_BYTES(name, x86, neon, wasm) ZR_UNSIGNED(U8, uint8x16_t, name, x86, neon, wasm)
+#define ZR_WORDS(name, x86, neon, wasm) ZR_UNSIGNED(U16, uint16x8_t, name, x86, neon, wasm)
 
+ZR_BYTES(AddClipped, adds_epu8, vqaddq_u8, wasm_u8x16_add_sat)         ///< a + b, at most 255
+ZR_BYTES(SubtractClipped, subs_epu8, vqsubq_u8, wasm_u8x16_sub_sat)    ///< a - b, at least 0
 ZR_WORDS(AddClipped, adds_epu16, vqaddq_u16, wasm_u16x8_add_sat)       ///< a + b, at most 65535
 ZR_WORDS(SubtractClipped, subs_epu16, vqsubq_u16, wasm_u16x8_sub_sat)  ///< a - b, at least 0
 ZR_WORDS(MeanUp, avg_epu16, vrhaddq_u16, wasm_u16x8_avgr)              ///< (a + b + 1) / 2
@@ -50,6 +54,8 @@ ZR_INLINE U16 Max16(U16 a, U16 b) {
 }
 #endif
 #undef ZR_WORDS
+#undef ZR_BYTES
+#undef ZR_UNSIGNED
 
 /// Elements of 0 to 2^31 - 1 to words of at most 65535, each lane of a followed by the same lane of b.
 ZR_INLINE U16 PackUnsigned(S32 a, S32 b) {

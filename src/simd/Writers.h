@@ -42,23 +42,21 @@ template <>
 class FilterTables<true> {
  public:
   explicit ZR_INLINE FilterTables(const KernelArgs& args)
-      : mTables(args.tables), mAreOne(args.tables[0] == args.tables[1] && args.tables[0] == args.tables[2]) {}
+      : mTables(args), mAreOne(args.tables[0] == args.tables[1] && args.tables[0] == args.tables[2]) {}
 
   ZR_INLINE Colour<U8> operator()(const Colour<U8>& block) const {
-    U8 x[] = {block.red, block.green, block.blue};
-    mTables(x);
-    return {x[0], x[1], x[2]};
+    const Vectors<3> x = mTables.Each({{block.red, block.green, block.blue}});
+    return {x.v[0], x.v[1], x.v[2]};
   }
 
   /// Grey stays grey where all channels have one table.
   ZR_INLINE Colour<U8> operator()(const Grey<U8>& block) const {
     if (mAreOne) {
-      const U8 grey = mTables.First(block.value);
+      const U8 grey = mTables.First(Vectors<1>{{block.value}}).v[0];
       return {grey, grey, grey};
     }
-    U8 x[3];
-    mTables(block.value, x);
-    return {x[0], x[1], x[2]};
+    const Vectors<3> x = mTables.All(block.value);
+    return {x.v[0], x.v[1], x.v[2]};
   }
 
   /// Whether all channels have one table, so that they need not be told apart.
