@@ -42,7 +42,7 @@ class LineConverter : public WholeFrameConverter<Derived> {
   /// As the second stage of a chain: reads `samples` of `lines` where they are instead of an unpacked image.
   void ConvertSamples(const FrameCall& call, const SourceLines& lines, const SampleRecipe& samples) const {
     LineRecipe recipe = this->Self().Recipe(call.flags);
-    if (!ReadSamplesDirectly(recipe, samples)) recipe.samples = samples;
+    ReadSamples(recipe, samples);
     ConvertAllLines(*this, call, recipe, Pixels(call), &lines);
   }
 

@@ -1,5 +1,7 @@
 #include "converters/LineRecipe.h"
 
+#include "simd/CpuLevel.h"
+
 namespace ZrConvertersLib {
 
 using simd::SourceReader;
@@ -41,6 +43,15 @@ bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples) {
   recipe.reader = fused;
   recipe.shift = samples.shift;
   return true;
+}
+
+void ReadSamples(LineRecipe& recipe, const SampleRecipe& samples) {
+  LineRecipe direct = recipe;
+  if (ReadSamplesDirectly(direct, samples) &&
+      simd::CurrentLevel().Find(direct.reader, direct.writer) != nullptr)
+    recipe = direct;
+  else
+    recipe.samples = samples;
 }
 
 }  // namespace ZrConvertersLib

@@ -37,4 +37,7 @@ inline LineRecipe ToBytes(const SampleRecipe& samples) {
 /// Turns a recipe that reads bytes into one that reads `samples` itself, where a kernel for the two exists.
 bool ReadSamplesDirectly(LineRecipe& recipe, const SampleRecipe& samples);
 
+/// The same, where the level in use has that kernel, and otherwise one that reduces the samples first.
+void ReadSamples(LineRecipe& recipe, const SampleRecipe& samples);
+
 }  // namespace ZrConvertersLib

@@ -40,8 +40,7 @@ class YCbCrLayoutTo : public LineConverter<YCbCrLayoutTo<T, Out, reader>> {
   LineRecipe Recipe(std::uint32_t flags) const {
     LineRecipe recipe{
         .reader = reader, .writer = Out::kWriter, .shift = mShift, .matrix = &FixedPointMatrix(flags)};
-    // 4:4:4 is read from bytes only.
-    if (sizeof(T) > 1 && kGroup.pixels == 1) recipe.samples = {simd::SourceReader::Mono16, 8 - mShift};
+    if (sizeof(T) > 1 && kGroup.pixels == 1) ReadSamples(recipe, {simd::SourceReader::Mono16, 8 - mShift});
     return recipe;
   }
 

@@ -312,6 +312,16 @@ struct PairsToThreeWords {
   }
 };
 
+/// A vector for each channel of a block in strips.
+template <class Order>
+ZR_INLINE Colour<U8> Channels(const ColourPairs<Order>& block) {
+  struct Apart {
+    static constexpr int At(int i) { return i < 8 ? Order::Blue(i) : Order::Red(i - 8); }
+  };
+  const U8 a = ShuffleSixteens<Apart>(block.a.blueRed), b = ShuffleSixteens<Apart>(block.b.blueRed);
+  return {UnpackHigh64(a, b), ShuffleSixteens<GreenInOrder<Order>>(GreenBytes(block)), UnpackLow64(a, b)};
+}
+
 /// Planes of bytes.
 struct PairsToPlanes {
   using Channel = AsPairs<Placing::Strips>;
@@ -321,22 +331,22 @@ struct PairsToPlanes {
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    using Order = typename Block::Order;
-    const U8 a = ShuffleSixteens<Apart<Order>>(block.a.blueRed);
-    const U8 b = ShuffleSixteens<Apart<Order>>(block.b.blueRed);
-    Store(p, UnpackHigh64(a, b));
-    Store(p + mPlane, ShuffleSixteens<GreenInOrder<Order>>(GreenBytes(block)));
-    Store(p + 2 * mPlane, UnpackLow64(a, b));
+    const Colour<U8> channels = Channels(block);
+    Store(p, channels.red);
+    Store(p + mPlane, channels.green);
+    Store(p + 2 * mPlane, channels.blue);
   }
 
  private:
-  template <class Order>
-  struct Apart {
-    static constexpr int At(int i) { return i < 8 ? Order::Blue(i) : Order::Red(i - 8); }
-  };
-
   std::ptrdiff_t mPlane;
 };
+
+/// Values of green as words of `depth` bits.
+template <int depth, class Order>
+ZR_INLINE U16 GreenSamples(const HalfOfPairs& half) {
+  const U16 green = As<U16>(GreenWords<Order>(half));
+  return depth == 16 ? (green << 1) & Splat16(0xFF00) : (green >> 7) << (depth - 8);
+}
 
 /// Planes of words of `depth` bits.
 template <int depth>
@@ -355,9 +365,9 @@ struct PairsToWordPlanes {
  private:
   template <class Order>
   ZR_INLINE void Put(std::uint8_t* p, const HalfOfPairs& half) const {
-    const U16 blueRed = As<U16>(OuterBytes<Order, true>(half)), green = As<U16>(GreenWords<Order>(half));
+    const U16 blueRed = As<U16>(OuterBytes<Order, true>(half));
     Store(p, depth == 16 ? blueRed & Splat16(0xFF00) : (blueRed >> 8) << (depth - 8));
-    Store(p + mPlane, depth == 16 ? (green << 1) & Splat16(0xFF00) : (green >> 7) << (depth - 8));
+    Store(p + mPlane, GreenSamples<depth, Order>(half));
     Store(p + 2 * mPlane, (blueRed << 8) >> (16 - depth));
   }
 
@@ -382,6 +392,22 @@ struct PairsTo565 {
   static ZR_INLINE U16 Word(const HalfOfPairs& half) {
     const U16 blueRed = As<U16>(OuterBytes<Order, true>(half)), green = As<U16>(GreenWords<Order>(half));
     return (blueRed & Splat16(0xF800)) | ((green >> 4) & Splat16(0x07E0)) | ((blueRed >> 3) & Splat16(0x1F));
+  }
+};
+
+/// Green as words of `depth` bits.
+template <int depth>
+struct PairsToMonoWords {
+  using Channel = AsPairs<Placing::Natural>;
+  static constexpr int kStep = 2;
+
+  explicit ZR_INLINE PairsToMonoWords(const KernelArgs&) {}
+
+  template <class Block>
+  ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
+    using Order = typename Block::Order;
+    Store(p, GreenSamples<depth, Order>(block.a));
+    Store(p + kWidth, GreenSamples<depth, Order>(block.b));
   }
 };
 

@@ -42,6 +42,9 @@ struct Form10p {
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
     return Scaled(As<U16>(Spread<Map>::template Read<apart>(p)), EveryFour<64, 16, 4, 1>());
   }
+
+  /// Words whose upper bytes are those of the samples, of the bytes that Map spreads.
+  static ZR_INLINE U16 Lifted(U8 bytes) { return As<U16>(bytes) * EveryFour<64, 16, 4, 1>(); }
 };
 
 /// Two samples in three bytes, least significant bits first; two such groups are taken as one.
@@ -61,6 +64,8 @@ struct Form12p {
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
     return Scaled(As<U16>(Spread<Map>::template Read<apart>(p)), EveryFour<16, 1, 16, 1>());
   }
+
+  static ZR_INLINE U16 Lifted(U8 bytes) { return As<U16>(bytes) * EveryFour<16, 1, 16, 1>(); }
 };
 
 /// Sample k of four has bits 14k to 14k + 13 of seven bytes, so it lies in up to three bytes. The two bytes

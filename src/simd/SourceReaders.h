@@ -14,6 +14,7 @@
 ///                 readers whose work it does. The unpacker writes bytes to a buffer, and `of` reads them
 ///                 from there.
 ///  deeper         the reader of words that it stands for as well
+/// CbYCr16 and what unpacks 4:4:4 have kernels only where bytes can be shuffled and their products added.
 /// BayerBilinear takes the rows that the Split readers make of mosaic lines; these write Mono8 only.
 // clang-format off
 #define ZR_SOURCE_READERS(row) \
@@ -80,6 +81,9 @@
   row(BGRa12p,              1, 6, kOneLine, BGRa8, Mono12p, BGRa16)         \
   row(YCbCr,                1, 3, kOneLine)                                 \
   row(CbYCr,                1, 3, kOneLine)                                 \
+  row(CbYCr16,              1, 6, kOneLine, CbYCr, Mono16)                  \
+  row(CbYCr10p,             4, 15, kOneLine, CbYCr, Mono10p)                \
+  row(CbYCr12p,             2, 9, kOneLine, CbYCr, Mono12p)                 \
   row(YCbYCr8,              2, 4, kOneLine)                                 \
   row(YCbYCr16,             2, 8, kOneLine)                                 \
   row(YCbYCr10p,            2, 5, kOneLine, YCbYCr8, Mono10p)               \

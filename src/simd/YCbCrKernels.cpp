@@ -10,6 +10,145 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
+#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
+#define ZR_READS_FOURS
+/// Four pixels of 4:4:4 for each lane. Samples::Of<low, high, Order>(p) gives their twelve samples by
+/// Order::At(byte), the second lane's from `high` fours on and the first one's from `low` fours on.
+template <class Samples, int cb, int luma, int cr>
+class SingleReader : Samples {
+ public:
+  using Samples::kGroupBytes, Samples::kGroupPixels, Samples::kOverread;
+
+  explicit ZR_INLINE SingleReader(const KernelArgs& args) : Samples(args), mMatrix(*args.matrix) {}
+
+  template <class Channel>
+  ZR_INLINE auto Read(const std::uint8_t* p) const {
+    if constexpr (requires { Channel::kPlacing; })
+      return Pairs<Channel::kPlacing>(p);
+    else
+      return Channels(Pairs<Placing::Strips>(p));
+  }
+
+ private:
+  /// The luma of each pixel with its cb and with its cr.
+  struct LumaTwice {
+    static constexpr int At(int i) { return i / 4 * 3 + (i % 2 == 0 ? luma : i % 4 == 1 ? cb : cr); }
+  };
+
+  template <int low, int high>
+  ZR_INLINE U8 Fours(const std::uint8_t* p) const {
+    return this->template Of<low, high, LumaTwice>(p);
+  }
+
+  template <Placing placing>
+  ZR_INLINE ColourPairs<LanesOfPixels> Pairs(const std::uint8_t* p) const {
+    if constexpr (kWidth == 16)
+      return {mMatrix.Single(Fours<0, 0>(p), Fours<1, 1>(p)), mMatrix.Single(Fours<2, 2>(p), Fours<3, 3>(p))};
+    else if constexpr (placing == Placing::Strips)
+      return {mMatrix.Single(Fours<0, 4>(p), Fours<1, 5>(p)), mMatrix.Single(Fours<2, 6>(p), Fours<3, 7>(p))};
+    else if constexpr (placing == Placing::Quarters)
+      return {mMatrix.Single(Fours<0, 1>(p), Fours<2, 3>(p)), mMatrix.Single(Fours<4, 5>(p), Fours<6, 7>(p))};
+    else
+      return {mMatrix.Single(Fours<0, 2>(p), Fours<1, 3>(p)), mMatrix.Single(Fours<4, 6>(p), Fours<5, 7>(p))};
+  }
+
+  PairMatrix<true> mMatrix;
+};
+
+/// Sixteen bytes for each lane from byte `first` on of two fours that have kBytes each. In a second lane
+/// those before `first` take the place of bytes beyond the four, so that none of them is read.
+template <int kBytes, int first, int low, int high>
+struct LanesOfFours {
+  static constexpr int kBeyond = kWidth > 16 && first + 16 > kBytes ? first + 16 - kBytes : 0;
+
+  static ZR_INLINE U8 Load(const std::uint8_t* p) {
+    const std::uint8_t* const at = p + low * kBytes + first;
+#if defined(__AVX2__)
+    return LoadLanes(at, p + high * kBytes + first - kBeyond);
+#else
+    return simd::Load(at);
+#endif
+  }
+
+  /// Byte i of a lane is byte Map::At(i) of the four, or 0 where that is negative.
+  template <class Map>
+  static ZR_INLINE U8 Shuffled(const std::uint8_t* p) {
+    struct Index {
+      static constexpr int At(int i) {
+        const int from = Map::At(i % 16);
+        return from < 0 ? 0xFF : from - first + (i < 16 ? 0 : kBeyond);
+      }
+    };
+    return ShuffleBytes(Load(p), Constant<Index>::Get());
+  }
+};
+
+struct SingleBytes {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 3, kOverread = kWidth > 16 ? 0 : 4;
+
+  explicit ZR_INLINE SingleBytes(const KernelArgs&) {}
+
+  template <int low, int high, class Order>
+  static ZR_INLINE U8 Of(const std::uint8_t* p) {
+    return LanesOfFours<12, 0, low, high>::template Shuffled<Order>(p);
+  }
+};
+
+/// Twelve samples from words with the first eight and the last eight, whose upper bytes they are.
+template <class Order>
+ZR_INLINE U8 TwelveOf(U16 first, U16 last) {
+  struct Packed {
+    static constexpr int At(int i) { return Order::At(i) < 8 ? Order::At(i) : Order::At(i) + 4; }
+  };
+  return ShuffleSixteens<Packed>(PackClipped(As<S16>(first >> 8), As<S16>(last >> 8)));
+}
+
+struct SingleWords {
+  static constexpr int kGroupPixels = 1, kGroupBytes = 6, kOverread = 0;
+
+  explicit ZR_INLINE SingleWords(const KernelArgs& args) : mShift(args.shift) {}
+
+  template <int low, int high, class Order>
+  ZR_INLINE U8 Of(const std::uint8_t* p) const {
+    return TwelveOf<Order>(ShiftLeft(As<U16>(LanesOfFours<24, 0, low, high>::Load(p)), mShift),
+                           ShiftLeft(As<U16>(LanesOfFours<24, 8, low, high>::Load(p)), mShift));
+  }
+
+ private:
+  std::uint32_t mShift;
+};
+
+template <class Form>
+struct SinglePacked {
+  static constexpr int kFour = 12 * Form::kBytes / Form::kPixels;
+  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = 3 * Form::kBytes;
+  static constexpr int kOverread = kWidth > 16 || kFour > 15 ? 0 : 16 - kFour;
+
+  explicit ZR_INLINE SinglePacked(const KernelArgs&) {}
+
+  template <int low, int high, class Order>
+  ZR_INLINE U8 Of(const std::uint8_t* p) const {
+    return TwelveOf<Order>(Eight<0, 0, low, high>(p), Eight < 4, kFour < 16 ? 0 : kFour - 16, low,
+                           high > (p));
+  }
+
+ private:
+  using Map = typename Form::Map;
+
+  /// Samples from `sample` on, from the bytes from `first` on.
+  template <int sample, int first, int low, int high>
+  static ZR_INLINE U16 Eight(const std::uint8_t* p) {
+    struct Bytes {
+      static constexpr int At(int i) {
+        const int result = 2 * sample + i;
+        return result / Map::kResult * Map::kBytes + Map::At(result % Map::kResult);
+      }
+    };
+    return Form::Lifted(LanesOfFours<kFour, first, low, high>::template Shuffled<Bytes>(p));
+  }
+};
+
+#else
 /// What rounding and the offsets of luma and chroma add to every sum of products.
 ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
   return As<S32>(Splat32(static_cast<std::uint32_t>((512 - m.yOffset * m.y - 128 * chroma) * scale)));
@@ -45,75 +184,119 @@ ZR_INLINE U8 Clip(S32 a, S32 b, S32 c, S32 d) {
   return JoinQuarters(PackClipped(PackSigned(a, b), PackSigned(c, d)));
 }
 
-/// 4:4:4; LumaCb and LumaCr spread pixels to words of luma and chroma in turn, LumaTwice to bytes of luma,
-/// cb, luma and cr.
-template <class LumaCb, class LumaCr, class LumaTwice>
-struct YCbCr444Reader {
-  static constexpr int kGroupPixels = 1, kGroupBytes = 3;
-  static constexpr int kOverread = Spread<LumaCb>::kOverread;
+/// 4:4:4. Samples::Words<0>(p) gives a quarter of a block as words of luma and cb in turn, Words<1> luma and
+/// cr.
+template <class Samples>
+class SumReader : Samples {
+ public:
+  using Samples::kGroupBytes, Samples::kGroupPixels, Samples::kOverread;
 
-  explicit ZR_INLINE YCbCr444Reader(const KernelArgs& args) : mMatrix(*args.matrix), mPairs(*args.matrix) {}
+  explicit ZR_INLINE SumReader(const KernelArgs& args) : Samples(args), mMatrix(*args.matrix) {}
 
   template <class Channel>
-  ZR_INLINE auto Read(const std::uint8_t* p) const {
-#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
-    if constexpr (requires { Channel::kPlacing; })
-      return ReadPairs<Channel::kPlacing>(p);
-    else
-#endif
-      return Sums(p);
-  }
-
- private:
-#if defined(__SSSE3__) && !defined(__AVX512VBMI__)
-  /// Lumas with both chroma samples of four pixels at each of one or two places, counted in fours.
-  template <int low, int high>
-  static ZR_INLINE U8 Fours(const std::uint8_t* p) {
-    return Spread<LumaTwice>::template Read<high - low>(p + 12 * low);
-  }
-
-  template <Placing placing>
-  ZR_INLINE ColourPairs<LanesOfPixels> ReadPairs(const std::uint8_t* p) const {
-    if constexpr (kWidth == 16)
-      return {mPairs.Single(Fours<0, 1>(p), Fours<1, 2>(p)), mPairs.Single(Fours<2, 3>(p), Fours<3, 4>(p))};
-    else if constexpr (placing == Placing::Strips)
-      return {mPairs.Single(Fours<0, 4>(p), Fours<1, 5>(p)), mPairs.Single(Fours<2, 6>(p), Fours<3, 7>(p))};
-    else if constexpr (placing == Placing::Quarters)
-      return {mPairs.Single(Fours<0, 1>(p), Fours<2, 3>(p)), mPairs.Single(Fours<4, 5>(p), Fours<6, 7>(p))};
-    else
-      return {mPairs.Single(Fours<0, 2>(p), Fours<1, 3>(p)), mPairs.Single(Fours<4, 6>(p), Fours<5, 7>(p))};
-  }
-#endif
-
-  ZR_INLINE Colour<U8> Sums(const std::uint8_t* p) const {
+  ZR_INLINE Colour<U8> Read(const std::uint8_t* p) const {
     const auto quarter = [&](int i) ZR_ALWAYS {
-      const std::uint8_t* const at = p + i * (kWidth / 4 * kGroupBytes);
-      return mMatrix.Convert(As<S16>(Spread<LumaCb>::Read(at)), As<S16>(Spread<LumaCr>::Read(at)));
+      const std::uint8_t* const at = p + i * (kWidth / 4 / kGroupPixels * kGroupBytes);
+      return mMatrix.Convert(this->template Words<0>(at), this->template Words<1>(at));
     };
     const Colour<S32> a = quarter(0), b = quarter(1), c = quarter(2), d = quarter(3);
     return {Clip(a.red, b.red, c.red, d.red), Clip(a.green, b.green, c.green, d.green),
             Clip(a.blue, b.blue, c.blue, d.blue)};
   }
 
+ private:
   Matrix mMatrix;
-  PairMatrix<true> mPairs;
 };
 
-/// Two pixels of 4:4:4, luma and one of the chroma samples each.
-template <int luma, int chroma>
-struct Pairs {
-  static constexpr int kBytes = 6, kResult = 8;
-  static constexpr int At(int j) {
-    return j % 4 == 0 ? j / 4 * 3 + luma : j % 4 == 2 ? j / 4 * 3 + chroma : -1;
+template <int cb, int luma, int cr>
+class WordsOfBytes {
+  /// Two pixels, luma and one of the chroma samples each.
+  template <int chroma>
+  struct Pairs {
+    static constexpr int kBytes = 6, kResult = 8;
+    static constexpr int At(int j) {
+      return j % 4 == 0 ? j / 4 * 3 + luma : j % 4 == 2 ? j / 4 * 3 + chroma : -1;
+    }
+  };
+
+ public:
+  static constexpr int kGroupPixels = 1, kGroupBytes = 3, kOverread = Spread<Pairs<cb>>::kOverread;
+
+  explicit ZR_INLINE WordsOfBytes(const KernelArgs&) {}
+
+  template <int chroma>
+  static ZR_INLINE S16 Words(const std::uint8_t* p) {
+    return As<S16>(Spread<Pairs<chroma == 0 ? cb : cr>>::Read(p));
   }
 };
 
-/// A pixel of 4:4:4, its luma with each of the chroma samples.
-template <int luma, int cb, int cr>
-struct Twofold {
-  static constexpr int kBytes = 3, kResult = 4;
-  static constexpr int At(int j) { return j % 2 == 0 ? luma : j == 1 ? cb : cr; }
+#if defined(__AVX512VBMI__)
+/// Cb, luma and cr of `bits` each. The bytes of two pixels, or of one if they have words, are put into 64
+/// bits, of which the upper 8 bits of the samples are extracted.
+template <int bits>
+class WordsOfPacked {
+ public:
+  static constexpr int kGroupPixels = bits == 10 ? 4 : bits == 12 ? 2 : 1;
+  static constexpr int kGroupBytes = kGroupPixels * 3 * bits / 8, kOverread = 0;
+
+  explicit ZR_INLINE WordsOfPacked(const KernelArgs& args) : mUnused(Splat8(bits == 16 ? args.shift : 0)) {}
+
+  template <int chroma>
+  ZR_INLINE S16 Words(const std::uint8_t* p) const {
+    constexpr std::uint64_t kMask = ~std::uint64_t{0} >> (kTaken < kWidth ? kWidth - kTaken : 0);
+    const auto index = As<Native>(Constant<Bytes<chroma>>::Get());
+    Native pairs = _mm512_permutexvar_epi8(index, _mm512_maskz_loadu_epi8(kMask, p));
+    if constexpr (kTaken > kWidth)
+      pairs =
+          _mm512_mask_permutexvar_epi8(pairs, Beyond<chroma>(), index, As<Native>(Load(p + kTaken - kWidth)));
+    const U8 fields = Constant<Fields<chroma>>::Get() - mUnused;
+    return As<S16>(_mm512_maskz_multishift_epi64_epi8(0x5555555555555555, As<Native>(fields), pairs));
+  }
+
+ private:
+  static constexpr int kTaken = 3 * bits * kWidth / 4 / 8;  ///< bytes of a quarter of a block
+
+  /// The first bit of the upper 8 of a sample: of luma or a chroma sample of a pixel.
+  static constexpr int Upper(int pixel, int sample) { return (3 * pixel + sample + 1) * bits - 8; }
+
+  /// The first byte of part i of 64 bits, that of the first sample that is wanted from it. All bits of words
+  /// are kept, since the upper 8 of those in use may be lower ones.
+  template <int chroma>
+  static constexpr int First(int i) {
+    return bits == 16 ? 6 * 2 * i + 2 * chroma : Upper(2 * i, chroma) / 8;
+  }
+
+  template <int chroma>
+  struct Bytes {
+    /// Luma follows cb and cr follows luma, so words of a pixel lie side by side.
+    static constexpr int From(int i) {
+      if (bits == 16) return 6 * (i / 4) + 2 * chroma + i % 4;
+      return First<chroma>(i / 8) + i % 8;
+    }
+    static constexpr int At(int i) { return From(i) < kWidth ? From(i) : From(i) - (kTaken - kWidth); }
+  };
+
+  template <int chroma>
+  static constexpr std::uint64_t Beyond() {
+    std::uint64_t bytes = 0;
+    for (int i = 0; i < kWidth; ++i) bytes |= std::uint64_t{Bytes<chroma>::From(i) >= kWidth} << i;
+    return bytes;
+  }
+
+  /// Luma in even, chroma in odd words.
+  template <int chroma>
+  struct Fields {
+    static constexpr int At(int i) {
+      const int sample = i % 4 == 0 ? 1 : 2 * chroma;
+      if (bits == 16) return i % 8 / 4 * 32 + (sample - chroma) * 16 + 8;
+      return (Upper(i / 4, sample) - 8 * First<chroma>(i / 8)) & 63;
+    }
+  };
+
+  U8 mUnused;
 };
+#endif
+#endif
 
 /// A channel of a block whose pixels share chroma: words with 128 * (value - 128) and a fraction, which clip
 /// to values from 0 to 255. `spread` is the order of SpreadHalves, else the pixels stand in natural order.
@@ -487,6 +670,14 @@ template <class Writer>
 struct SingleWriter : PairWriter<Writer> {};
 #if defined(__SSSE3__) && !defined(__AVX512VBMI__)
 template <int depth>
+struct SingleWriter<MonoWriter<depth>> {
+  using Type = PairsToMonoWords<depth>;
+};
+template <>
+struct SingleWriter<MonoWriter<8>> {
+  using Type = PairsToMono8;
+};
+template <int depth>
 struct SingleWriter<PlanarWriter<depth, false>> {
   using Type = PairsToWordPlanes<depth>;
 };
@@ -537,8 +728,25 @@ struct CbYYCrYY {
 };
 
 constexpr KernelRow kRows[] = {
-    Row<SourceReader::YCbCr, SingleLines<YCbCr444Reader<Pairs<0, 1>, Pairs<0, 2>, Twofold<0, 1, 2>>>>(),
-    Row<SourceReader::CbYCr, SingleLines<YCbCr444Reader<Pairs<1, 0>, Pairs<1, 2>, Twofold<1, 0, 2>>>>(),
+#if defined(ZR_READS_FOURS)
+    Row<SourceReader::YCbCr, SingleLines<SingleReader<SingleBytes, 1, 0, 2>>>(),
+    Row<SourceReader::CbYCr, SingleLines<SingleReader<SingleBytes, 0, 1, 2>>>(),
+    Row<SourceReader::CbYCr16, SingleLines<SingleReader<SingleWords, 0, 1, 2>>>(),
+    Row<SourceReader::CbYCr10p, SingleLines<SingleReader<SinglePacked<Form10p>, 0, 1, 2>>>(),
+    Row<SourceReader::CbYCr12p, SingleLines<SingleReader<SinglePacked<Form12p>, 0, 1, 2>>>(),
+#else
+    Row<SourceReader::YCbCr, Lines<SumReader<WordsOfBytes<1, 0, 2>>>>(),
+    Row<SourceReader::CbYCr, Lines<SumReader<WordsOfBytes<0, 1, 2>>>>(),
+#if defined(__AVX512VBMI__)
+    Row<SourceReader::CbYCr16, Lines<SumReader<WordsOfPacked<16>>>>(),
+    Row<SourceReader::CbYCr10p, Lines<SumReader<WordsOfPacked<10>>>>(),
+    Row<SourceReader::CbYCr12p, Lines<SumReader<WordsOfPacked<12>>>>(),
+#else
+    {SourceReader::CbYCr16, {}},
+    {SourceReader::CbYCr10p, {}},
+    {SourceReader::CbYCr12p, {}},
+#endif
+#endif
     Row<SourceReader::YCbYCr8, SharedLines<Samples8, true>>(),
     Row<SourceReader::YCbYCr16, SharedLines<Samples16, true>>(),
     Row<SourceReader::YCbYCr10p, SharedLines<SamplesPacked<Form10p>, true>>(),
