@@ -146,6 +146,9 @@ class ZR_EXPORT PixelConverter {
   /// `width` must not exceed `destinationWidth` when the destination is planar. Planes of a line would
   /// overlap or lines run into the next, and the bytes there differ between CPU levels.
   ///
+  /// The library's own converters take up to 144 KiB of stack, most of it when SCF1 mosaics are interpolated,
+  /// and allocate nothing but the intermediate buffer of a ComplexConverter.
+  ///
   /// With L lines per block (GetLinesPerConvert) and a height that is no multiple of L, the last block reads
   /// and writes up to L - 1 lines past `height`, unless FLAG_BAND_LAST is set. `flipVertical` writes the
   /// blocks from the bottom up and keeps the order of lines within a block; the lines of an incomplete last
