@@ -63,10 +63,14 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
-/// What is prefetched: bytes this far ahead, which come from memory or else are in some cache.
+/// Distances from the bytes being read to those prefetched into the first cache and into the second one. One
+/// of them is 0, which names bytes that are on their way: a branch instead would cost kernels registers that
+/// they do not have.
 struct ReadAhead {
-  std::ptrdiff_t distance;
-  bool fromMemory;
+  std::ptrdiff_t toFirst, toSecond;
+
+  explicit ZR_INLINE ReadAhead(const KernelArgs& args)
+      : toFirst(args.fromMemory ? 0 : args.prefetch), toSecond(args.fromMemory ? args.prefetch : 0) {}
 };
 
 /// The pointers of a line, or pair of lines: a copy of those in KernelArgs that can stay in registers.
@@ -77,8 +81,7 @@ struct LinePointers {
   std::size_t width;
   ReadAhead ahead;
 
-  explicit ZR_INLINE LinePointers(const KernelArgs& args)
-      : width(args.width), ahead{args.prefetch, args.fromMemory} {
+  explicit ZR_INLINE LinePointers(const KernelArgs& args) : width(args.width), ahead(args) {
     for (std::size_t i = 0; i < sources; ++i) source[i] = LoadedSingly(args.source[i]);
     for (std::size_t i = 0; i < destinations; ++i) destination[i] = LoadedSingly(args.destination[i]);
   }
@@ -112,10 +115,8 @@ ZR_INLINE void PrefetchInto(const std::uint8_t* p, std::ptrdiff_t distance) {
 /// non-temporal stores need. What the second cache holds is called into the first one.
 template <int bytes>
 ZR_INLINE void Prefetch(const std::uint8_t* p, const ReadAhead& ahead) {
-  if (__builtin_expect(ahead.fromMemory, 0))
-    PrefetchInto<bytes, 2>(p, ahead.distance);
-  else
-    PrefetchInto<bytes, 3>(p, ahead.distance);
+  PrefetchInto<bytes, 2>(p, ahead.toSecond);
+  PrefetchInto<bytes, 3>(p, ahead.toFirst);
 }
 
 /// The source bytes of a block, or a copy of them if the reader's loads would reach beyond the line.
