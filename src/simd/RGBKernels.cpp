@@ -258,11 +258,11 @@ struct PixelWordReader {
 /// Red in bits 9..0, green in 19..10, blue in 29..20; bits 31..30 are unused.
 struct RGB10p32Layout {
   struct Map {
-    static constexpr int kBytes = 4;
+    [[maybe_unused]] static constexpr int kBytes = 4;
     static constexpr int At(int j) { return j / 2 + j % 2; }
   };
-  static constexpr unsigned kFactors[] = {64, 16, 4};
-  static constexpr bool kUpperByte = false;
+  [[maybe_unused]] static constexpr unsigned kFactors[] = {64, 16, 4};
+  [[maybe_unused]] static constexpr bool kUpperByte = false;
 
   static ZR_INLINE U16 Scaled(U16 x, U16 factors) { return (x * factors) & Splat16(0xFFC0); }
 
@@ -284,11 +284,11 @@ struct RGB10p32Layout {
 /// the upper eight bits.
 struct RGB10V1PackedLayout {
   struct Map {
-    static constexpr int kBytes = 4;
+    [[maybe_unused]] static constexpr int kBytes = 4;
     static constexpr int At(int j) { return j % 2 == 0 ? 0 : 1 + j / 2; }
   };
-  static constexpr unsigned kFactors[] = {64, 16, 4};
-  static constexpr bool kUpperByte = true;
+  [[maybe_unused]] static constexpr unsigned kFactors[] = {64, 16, 4};
+  [[maybe_unused]] static constexpr bool kUpperByte = true;
 
   static ZR_INLINE U16 Scaled(U16 x, U16 factors) {
     return (x & Splat16(0xFF00)) | ((x * factors) & Splat16(0x00C0));
