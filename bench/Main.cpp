@@ -21,7 +21,7 @@ struct Options {
   std::size_t streamingThreshold = 0;
   std::vector<std::string> cached, fromMemory;
   Selection selection;
-  std::string filter = "both";
+  std::string filter = "both", tables = "gains";
   std::string note;
   std::string csv, json, summary;
   bool table = false;
@@ -74,6 +74,7 @@ Run RunAll(const Options& options) {
   std::cerr << run.measurements.size() << " measurements at level " << run.level << '\n';
   const double begin = Now();
   Frames frames(run.measurements);
+  if (options.tables == "gammas") frames.tables = Tables::Gammas;
   MeasureFor(BudgetOf(options), run.measurements, frames,
              [](const std::string& state) { std::cerr << state << '\n'; });
   run.facts = DescribeMachine();
@@ -118,6 +119,10 @@ void Define(CLI::App& app, Options& options) {
                "Packed samples as GigE Vision and MIPI CSI-2 order their bits, too");
   app.add_option("--filter", options.filter, "Conversions through tone tables or not: on, off or both")
       ->check(CLI::IsMember({"on", "off", "both"}))
+      ->capture_default_str();
+  app.add_option("--tables", options.tables,
+                 "What tone tables hold: gains (straight lines) or gammas (curves)")
+      ->check(CLI::IsMember({"gains", "gammas"}))
       ->capture_default_str();
   app.add_flag("--table", options.table,
                "Print the ratios of every case, and what a call for 64x64 costs beside its pixels");

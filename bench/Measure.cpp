@@ -4,6 +4,7 @@
 #include <ZrConvertersLib/Format.h>
 #include <ZrConvertersLib/PixelConverter.h>
 #include <ZrConvertersLib/RGBFilter.h>
+#include <ZrConvertersLib/ToneSettings.h>
 
 #include <algorithm>
 #include <cstring>
@@ -42,15 +43,21 @@ std::size_t RingBytes(const std::vector<Measurement>& measurements, bool source)
   return std::max(MostBytes(measurements, source), fromMemory ? far : 0);
 }
 
-/// Three different tables, none of them the identity.
+/// Three different tables, none of them the identity, of either kind.
 class Tone : public RGBFilter {
  public:
-  Tone() { SetMultipliers(1.2, 0.9, 1.4, 3, -2, 7); }
+  explicit Tone(Tables tables) {
+    if (tables == Tables::Gains)
+      SetMultipliers(1.2, 0.9, 1.4, 3, -2, 7);
+    else
+      SetTone({.gamma = 2.2, .balance = {1.2, 0.9, 1.4}, .gain = {}});
+  }
 };
 
-const RGBFilter* FilterOf(const Case& what) {
-  static const Tone tone;
-  return what.filtered ? &tone : nullptr;
+const RGBFilter* FilterOf(const Case& what, Tables tables) {
+  static const Tone gains(Tables::Gains), gammas(Tables::Gammas);
+  if (!what.filtered) return nullptr;
+  return tables == Tables::Gains ? &gains : &gammas;
 }
 
 std::uint32_t InterpolationFlag(const Case& what) {
@@ -194,7 +201,7 @@ void ConvertFrame(const Case& what, Size size, FramePair pair, Frames& frames) {
   const auto [width, height] = size;
   what.converter->Convert(pair.source, width, height, pair.destination, width, height, width, height,
                           FlagsOf(what, size), 0, &frames.pipelineBuffer, &frames.pipelineBufferSize, 0,
-                          false, FilterOf(what));
+                          false, FilterOf(what, frames.tables));
 }
 
 void MeasureRound(Measurement& m, Frames& frames) {

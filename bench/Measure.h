@@ -53,6 +53,9 @@ struct FramePair {
   unsigned char* destination;
 };
 
+/// What conversions with a filter map channels by: straight lines, or a curve that no straight line fits.
+enum class Tables { Gains, Gammas };
+
 /// Frames of all measurements share this memory.
 struct Frames {
   explicit Frames(const std::vector<Measurement>& measurements);
@@ -62,6 +65,7 @@ struct Frames {
   FramePair Next(const Measurement& measurement);
 
   Ring source, destination;
+  Tables tables = Tables::Gains;            ///< of conversions with a filter
   unsigned char* pipelineBuffer = nullptr;  ///< of chains: a caller's, kept from call to call
   std::uint32_t pipelineBufferSize = 0;
 

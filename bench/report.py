@@ -50,7 +50,8 @@ more than on the code, because a memcpy reads as much as it writes.
   offsets in their pages.
 - Calls of less than a millisecond are timed by the wall clock, longer ones by the thread's processor time, which leaves
   out the time that the thread waits for a processor. Other programs still share the memory and the last cache.
-- "With a filter" means three tables, none of them the identity. Only 8-bit colour destinations have a filter.
+- "With a filter" means three tables of gains and offsets, which are straight lines, unless curves (gammas) are named.
+  Only 8-bit colour destinations have a filter.
 - "Nanoseconds beside the pixels" of a frame of 64x64 is what the straight line through the times of 64x64 and 64x16
   leaves for a frame without lines. Both lie in the first-level cache.
 
@@ -245,6 +246,19 @@ def write_aims(out, runs):
         write_row(out, what, frames, *(cell for level in levels for cell in found.get(level, ["", "", ""])))
 
 
+def write_curves(out, paths):
+    """Geometric means through tables that are no straight lines."""
+    out.write("\nThe aims for filters hold gains. Through gammas, which have to be looked up, the means with fast demosaic "
+              "are:\n\n")
+    for number, data in enumerate(map(load, paths)):
+        places = places_of(data["measurements"])
+        if number == 0:
+            write_header(out, "Level", *places)
+        fast = [m for m in data["measurements"] if m["demosaic"] != "interpolate"]
+        write_row(out, data["run"]["Level"], *(f"{geometric_mean(m['ratio'] for m in fast if place_of(m) == place):.2f}"
+                                               for place in places))
+
+
 def write_levels(out, paths):
     """Geometric means of all levels that were measured."""
     out.write("\n## CPU levels\n\nAll pairs with fast demosaic and without a filter, level forced; the floor is that of "
@@ -335,6 +349,7 @@ def write_page(directory, results, runs):
     with open(directory / "README.md", "w", encoding="utf-8") as out:
         out.write(METHOD.format(minutes=minutes))
         write_aims(out, runs)
+        write_curves(out, [results / f"gammas-{level}.json" for level in LEVELS])
         for level in LEVELS:
             summary = (results / f"summary-{level}.md").read_text(encoding="utf-8")
             write_section(out, f"Level {level}", summary.split("\nAims\n")[0])
