@@ -72,6 +72,12 @@ class FilterTables<true> {
   bool mAreOne;
 };
 
+/// Keeps compilers from exchanging the stores before it with those behind. Two that go down in one cache line
+/// take up to 1.6 times as long as two that go up.
+ZR_INLINE void KeepStoresInOrder() {
+  asm volatile("" : : : "memory");
+}
+
 /// Stores one channel at `depth` bits: a byte, or the low bits of a 16-bit word.
 template <int depth>
 struct Sample {
@@ -80,6 +86,7 @@ struct Sample {
 
   static ZR_INLINE void Put(std::uint8_t* p, const Words& x) {
     Store(p, x.a >> (16 - depth));
+    KeepStoresInOrder();
     Store(p + kWidth, x.b >> (16 - depth));
   }
 };
