@@ -72,8 +72,8 @@ class FilterTables<true> {
   bool mAreOne;
 };
 
-/// Keeps compilers from exchanging the stores before it with those behind. Two that go down in one cache line
-/// take up to 1.6 times as long as two that go up.
+/// Keeps compilers from exchanging the stores before it with those behind. Where little else is done, two
+/// that go down in one cache line take up to 1.6 times as long as two that go up.
 ZR_INLINE void KeepStoresInOrder() {
   asm volatile("" : : : "memory");
 }
@@ -85,10 +85,17 @@ struct Sample {
   static constexpr int kStep = 2;
 
   static ZR_INLINE void Put(std::uint8_t* p, const Words& x) {
-    Store(p, x.a >> (16 - depth));
-    KeepStoresInOrder();
-    Store(p + kWidth, x.b >> (16 - depth));
+    Store(p, Scaled(x.a));
+    Store(p + kWidth, Scaled(x.b));
   }
+  static ZR_INLINE void PutUpwards(std::uint8_t* p, const Words& x) {
+    Store(p, Scaled(x.a));
+    KeepStoresInOrder();
+    Store(p + kWidth, Scaled(x.b));
+  }
+
+ private:
+  static ZR_INLINE U16 Scaled(U16 x) { return x >> (16 - depth); }
 };
 
 template <>
@@ -97,6 +104,7 @@ struct Sample<8> {
   static constexpr int kStep = 1;
 
   static ZR_INLINE void Put(std::uint8_t* p, U8 x) { Store(p, x); }
+  static ZR_INLINE void PutUpwards(std::uint8_t* p, U8 x) { Store(p, x); }
 };
 
 /// What writers without tables do with pixels that are moved.
@@ -121,7 +129,7 @@ struct MonoWriter : Sample<depth>, Unmapped {
 
   template <class Block>
   ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    this->Put(p, block.Green());
+    this->PutUpwards(p, block.Green());
   }
 };
 
