@@ -14,7 +14,7 @@
 ///                 readers whose work it does. The unpacker writes bytes to a buffer, and `of` reads them
 ///                 from there.
 ///  deeper         the reader of words that it stands for as well
-/// CbYCr16 and what unpacks 4:4:4 have kernels only where bytes can be shuffled and their products added.
+/// CbYCr16 and what unpacks 4:4:4 have kernels from x86-64-v3 on only, to keep the library small.
 /// BayerBilinear takes the rows that the Split readers make of mosaic lines; these write Mono8 only.
 // clang-format off
 #define ZR_SOURCE_READERS(row) \

@@ -94,6 +94,7 @@ struct SingleBytes {
   }
 };
 
+#if defined(__AVX2__)
 /// Twelve samples from words with the first eight and the last eight, whose upper bytes they are.
 template <class Order>
 ZR_INLINE U8 TwelveOf(U16 first, U16 last) {
@@ -121,8 +122,7 @@ struct SingleWords {
 template <class Form>
 struct SinglePacked {
   static constexpr int kFour = 12 * Form::kBytes / Form::kPixels;
-  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = 3 * Form::kBytes;
-  static constexpr int kOverread = kWidth > 16 || kFour > 15 ? 0 : 16 - kFour;
+  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = 3 * Form::kBytes, kOverread = 0;
 
   explicit ZR_INLINE SinglePacked(const KernelArgs&) {}
 
@@ -147,6 +147,7 @@ struct SinglePacked {
     return Form::Lifted(LanesOfFours<kFour, first, low, high>::template Shuffled<Bytes>(p));
   }
 };
+#endif
 
 #else
 /// What rounding and the offsets of luma and chroma add to every sum of products.
@@ -731,21 +732,22 @@ constexpr KernelRow kRows[] = {
 #if defined(ZR_READS_FOURS)
     Row<SourceReader::YCbCr, SingleLines<SingleReader<SingleBytes, 1, 0, 2>>>(),
     Row<SourceReader::CbYCr, SingleLines<SingleReader<SingleBytes, 0, 1, 2>>>(),
-    Row<SourceReader::CbYCr16, SingleLines<SingleReader<SingleWords, 0, 1, 2>>>(),
-    Row<SourceReader::CbYCr10p, SingleLines<SingleReader<SinglePacked<Form10p>, 0, 1, 2>>>(),
-    Row<SourceReader::CbYCr12p, SingleLines<SingleReader<SinglePacked<Form12p>, 0, 1, 2>>>(),
 #else
     Row<SourceReader::YCbCr, Lines<SumReader<WordsOfBytes<1, 0, 2>>>>(),
     Row<SourceReader::CbYCr, Lines<SumReader<WordsOfBytes<0, 1, 2>>>>(),
+#endif
 #if defined(__AVX512VBMI__)
     Row<SourceReader::CbYCr16, Lines<SumReader<WordsOfPacked<16>>>>(),
     Row<SourceReader::CbYCr10p, Lines<SumReader<WordsOfPacked<10>>>>(),
     Row<SourceReader::CbYCr12p, Lines<SumReader<WordsOfPacked<12>>>>(),
+#elif defined(__AVX2__)
+    Row<SourceReader::CbYCr16, SingleLines<SingleReader<SingleWords, 0, 1, 2>>>(),
+    Row<SourceReader::CbYCr10p, SingleLines<SingleReader<SinglePacked<Form10p>, 0, 1, 2>>>(),
+    Row<SourceReader::CbYCr12p, SingleLines<SingleReader<SinglePacked<Form12p>, 0, 1, 2>>>(),
 #else
     {SourceReader::CbYCr16, {}},
     {SourceReader::CbYCr10p, {}},
     {SourceReader::CbYCr12p, {}},
-#endif
 #endif
     Row<SourceReader::YCbYCr8, SharedLines<Samples8, true>>(),
     Row<SourceReader::YCbYCr16, SharedLines<Samples16, true>>(),
