@@ -20,9 +20,9 @@ using simd::PixelWriter;
 
 namespace {
 
-/// How far ahead of the bytes being read a kernel prefetches at least: into the first cache, and from memory
-/// into the second one.
-constexpr std::size_t kNear = 1024, kFar = 3072;
+/// How far ahead of the bytes being read a kernel prefetches: from memory into the second cache at least
+/// kFar, and from there into the first one kNext; frames that the second cache holds at least kNear.
+constexpr std::size_t kNear = 1024, kNext = 512, kFar = 3072;
 
 /// Frames that the first cache holds need no prefetching.
 constexpr std::size_t kFirstCache = 32 * 1024;
@@ -76,6 +76,12 @@ std::ptrdiff_t PrefetchDistance(const PixelConverterContext& context, const simd
   return static_cast<std::ptrdiff_t>((least + pair - 1) / pair * pair);
 }
 
+simd::ReadAhead AheadOf(const PixelConverterContext& context, const simd::ReaderLines& lines,
+                        std::size_t frameBytes) {
+  if (frameBytes <= ReadAheadThreshold()) return {PrefetchDistance(context, lines, kNear), 0};
+  return {kNext, PrefetchDistance(context, lines, kFar)};
+}
+
 }  // namespace
 
 PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe)
@@ -91,10 +97,8 @@ PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineR
   planes = destination.planes;
 
   args.lines = 1;
-  if (!recipe.fromCaches && !recipe.samples && frameBytes > kFirstCache) {
-    args.fromMemory = frameBytes > ReadAheadThreshold();
-    args.prefetch = PrefetchDistance(context, reader.lines, args.fromMemory ? kFar : kNear);
-  }
+  if (!recipe.fromCaches && !recipe.samples && frameBytes > kFirstCache)
+    args.ahead = AheadOf(context, reader.lines, frameBytes);
   args.planeDistance = PlaneDistance(context);
   args.shift = recipe.shift;
   args.flip = recipe.flip;

@@ -98,7 +98,8 @@ SCF1Samples::SCF1Samples(const PixelConverterContext& context, const LineRecipe&
     : mAreRows(recipe.reader == SourceReader::Mono16 || recipe.writer == simd::PixelWriter::Mono8),
       mPlan(context, recipe) {
   // Lines are read piece by piece, several at a time, so what follows in memory is not what is read next.
-  if (mPlan.Args().fromMemory) mPlan.Args().prefetch = kPrefetchedLines * context.mSourceStride;
+  if (mPlan.Args().ahead.toSecond != 0)
+    mPlan.Args().ahead.toSecond = kPrefetchedLines * context.mSourceStride;
 }
 
 void SCF1Samples::Read(const SourceLines& lines, std::size_t count, const MosaicColumns& columns,

@@ -101,10 +101,7 @@ class SCF1Samples {
     return line + mPlan.SourceBytes(column);
   }
   std::uint32_t Shift() const { return mPlan.Kernel().args.shift; }
-  std::ptrdiff_t Prefetch() const {
-    const simd::KernelArgs& args = mPlan.Kernel().args;
-    return args.fromMemory ? args.prefetch : 0;
-  }
+  std::ptrdiff_t Prefetch() const { return mPlan.Kernel().args.ahead.toSecond; }
 
   /// Of `count` lines exactly the bytes of the columns, the first of which begins a group of samples. `row`
   /// is the place of the first column in the first of as many rows, `pitch` bytes apart.

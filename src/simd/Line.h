@@ -63,16 +63,6 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
-/// Distances from the bytes being read to those prefetched into the first cache and into the second one. One
-/// of them is 0, which names bytes that are on their way: a branch instead would cost kernels registers that
-/// they do not have.
-struct ReadAhead {
-  std::ptrdiff_t toFirst, toSecond;
-
-  explicit ZR_INLINE ReadAhead(const KernelArgs& args)
-      : toFirst(args.fromMemory ? 0 : args.prefetch), toSecond(args.fromMemory ? args.prefetch : 0) {}
-};
-
 /// The pointers of a line, or pair of lines: a copy of those in KernelArgs that can stay in registers.
 template <std::size_t sources, std::size_t destinations>
 struct LinePointers {
@@ -81,7 +71,7 @@ struct LinePointers {
   std::size_t width;
   ReadAhead ahead;
 
-  explicit ZR_INLINE LinePointers(const KernelArgs& args) : width(args.width), ahead(args) {
+  explicit ZR_INLINE LinePointers(const KernelArgs& args) : width(args.width), ahead(args.ahead) {
     for (std::size_t i = 0; i < sources; ++i) source[i] = LoadedSingly(args.source[i]);
     for (std::size_t i = 0; i < destinations; ++i) destination[i] = LoadedSingly(args.destination[i]);
   }
@@ -111,8 +101,8 @@ ZR_INLINE void PrefetchInto(const std::uint8_t* p, std::ptrdiff_t distance) {
 }
 
 /// The processor's own prefetching follows too few streams and starts too late for frames that come from
-/// memory. These are called into the second cache: lines on their way to the first one hold the buffers that
-/// non-temporal stores need. What the second cache holds is called into the first one.
+/// memory. These are called into the second cache, as lines on their way from memory to the first one would
+/// hold the buffers that non-temporal stores need, and into the first one shortly before they are read.
 template <int bytes>
 ZR_INLINE void Prefetch(const std::uint8_t* p, const ReadAhead& ahead) {
   PrefetchInto<bytes, 2>(p, ahead.toSecond);

@@ -26,6 +26,12 @@ enum class PixelWriter : std::uint8_t {
 
 inline constexpr std::size_t kPixelWriters = static_cast<std::size_t>(PixelWriter::Count);
 
+/// Distances from the bytes being read to those prefetched into the first cache and into the second one. 0
+/// names bytes that are on their way: a branch instead would cost kernels registers that they do not have.
+struct ReadAhead {
+  std::ptrdiff_t toFirst, toSecond;
+};
+
 /// What one kernel call converts: `width` pixels of each of some lines, or of pairs of lines for mosaics.
 struct KernelArgs {
   const std::uint8_t* source[6];  ///< first sample of each source line the reader needs
@@ -35,10 +41,9 @@ struct KernelArgs {
   std::ptrdiff_t sourceStep;      ///< bytes from a source line to the same one of the next line or pair
   std::ptrdiff_t destinationStep;
   std::ptrdiff_t planeDistance;  ///< bytes from a plane to the next (planar writers)
-  std::ptrdiff_t prefetch;    ///< distance from the bytes being read to those prefetched; 0 in small frames
+  ReadAhead ahead;
   std::uint32_t shift;        ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
   std::uint8_t flip;          ///< Mono8: XORed to each sample (0x80 turns signed into offset binary)
-  bool fromMemory;            ///< the source is not in the caches
   bool redAtEvenColumn;       ///< mosaics and two-colour lines: red stands in even columns (of its line)
   bool greenFirst;            ///< two-colour lines: green is the first of a pixel's two samples
   bool redInLine;             ///< interpolated mosaics: red stands in the line, otherwise blue
