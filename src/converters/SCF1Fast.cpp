@@ -10,9 +10,22 @@ namespace {
 
 constexpr std::uint32_t kTile = 4;
 
-simd::Scf1TilesFunction TilesKernel(bool fromBytes, bool toBytes) {
-  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
-  return !toBytes ? kernels.tiles : fromBytes ? kernels.byteTiles : kernels.tilesToBytes;
+/// How the kernels find samples that are read where they lie.
+simd::Scf1Samples SamplesOf(const SCF1Recipe& recipe) {
+  switch (recipe.samples.reader) {
+    case simd::SourceReader::Mono8:
+      return simd::Scf1Samples::Bytes;
+    case simd::SourceReader::Mono10p:
+      return simd::Scf1Samples::Packed10;
+    case simd::SourceReader::Mono12p:
+      return simd::Scf1Samples::Packed12;
+    default:
+      return simd::Scf1Samples::Words;
+  }
+}
+
+simd::Scf1TilesFunction TilesKernel(simd::Scf1Samples samples, bool toBytes) {
+  return simd::CurrentLevel().scf1->tiles[static_cast<std::size_t>(samples)][toBytes ? 1 : 0];
 }
 
 }  // namespace
@@ -21,8 +34,10 @@ SCF1Fast::SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recip
     : mContext(context),
       mTile(SCF1TileOf(context.mFlags)),
       mToBytes(recipe.ToBytes()),
-      mKernel(TilesKernel(recipe.FromBytes(), mToBytes)),
-      mSamples(context, recipe.Samples(mToBytes)),
+      mKernel(TilesKernel(SamplesOf(recipe), mToBytes)),
+      mRowsKernel(
+          TilesKernel(recipe.FromBytes() ? simd::Scf1Samples::Bytes : simd::Scf1Samples::Words, mToBytes)),
+      mSamples(context, recipe.Samples()),
       mPixels(context, recipe, mToBytes) {}
 
 void SCF1Fast::Run(const SCF1Lines& lines) const {
@@ -52,7 +67,8 @@ void SCF1Fast::MakeTiles(const SourceLines& lines, const MosaicColumns& columns,
   simd::Scf1Tiles args{};
   planes.List(args.plane, mTile.redAbove);
   args.greenFirst = mTile.greenFirst;
-  if (mSamples.AreRows() && whole >= simd::kScf1Vector) {
+  args.greenOnly = mPixels.GreenOnly();
+  if (mKernel != nullptr && whole >= simd::kScf1Vector) {
     for (std::uint32_t i = 0; i < kTile; ++i)
       args.line[i] = mSamples.At(lines.At(std::ptrdiff_t{i}), columns.first);
     args.pixels = whole;
@@ -77,7 +93,7 @@ void SCF1Fast::MakeTilesOfRows(const SourceLines& lines, const MosaicColumns& co
     part = SCF1Part(part.end, columns.end, kSCF1SampleColumns);
     mSamples.Read(lines, kTile, part, rows[0].First(), sizeof rows[0]);
     args.pixels = std::max<std::size_t>(part.Count(), simd::kScf1Vector);
-    mKernel(args);
+    mRowsKernel(args);
     for (std::uint8_t*& plane : args.plane) plane += std::size_t{part.Count()} * (mToBytes ? 1 : 2);
   }
 }

@@ -19,8 +19,9 @@ class SCF1Fast {
 
   const PixelConverterContext& mContext;
   SCF1Tile mTile;
-  bool mToBytes;  ///< the planes of colours hold bytes
-  simd::Scf1TilesFunction mKernel;
+  bool mToBytes;                        ///< the planes of colours hold bytes
+  simd::Scf1TilesFunction mKernel;      ///< of samples where they lie, if there is one
+  simd::Scf1TilesFunction mRowsKernel;  ///< of rows of samples
   SCF1Samples mSamples;
   SCF1Pixels mPixels;
 };

@@ -40,7 +40,7 @@ SCF1Interpolation::SCF1Interpolation(const PixelConverterContext& context, const
       mApartDepth(ApartDepth(recipe)),
       mToBytes(mApartDepth != 0 && recipe.ToBytes()),
       mCellRow(CellRowKernel(mApartDepth != 0, mToBytes)),
-      mSamples(context, recipe.Samples(true)),
+      mSamples(context, recipe.Samples()),
       mPixels(context, recipe, mToBytes) {}
 
 class SCF1Interpolation::Work {

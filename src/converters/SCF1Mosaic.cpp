@@ -88,9 +88,9 @@ bool SCF1Recipe::ToBytes() const {
   return kDestinations[static_cast<std::size_t>(writer)].depth == 8;
 }
 
-LineRecipe SCF1Recipe::Samples(bool keepBytes) const {
+LineRecipe SCF1Recipe::Samples() const {
   LineRecipe recipe = samples;
-  if (keepBytes && FromBytes()) recipe.writer = simd::PixelWriter::Mono8;
+  if (FromBytes()) recipe.writer = simd::PixelWriter::Mono8;
   return recipe;
 }
 

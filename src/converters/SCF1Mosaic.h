@@ -27,8 +27,8 @@ struct SCF1Recipe {
   bool ToBytes() const;
   /// Whether samples are bytes.
   bool FromBytes() const { return samples.reader == simd::SourceReader::Mono8; }
-  /// The recipe of rows of samples: of bytes if samples are bytes and `keepBytes`, else of words.
-  LineRecipe Samples(bool keepBytes) const;
+  /// The recipe of rows of samples: of bytes if samples are bytes, else of words.
+  LineRecipe Samples() const;
 };
 
 /// Lines that follow one another, of which the first is a context's.

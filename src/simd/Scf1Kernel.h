@@ -18,6 +18,10 @@ inline constexpr std::size_t kScf1Vector = 64;
 /// Bytes that a kernel may read or write past the end of a row, and read before its beginning.
 inline constexpr std::size_t kScf1Beyond = 2 * kScf1Vector;
 
+/// How the samples of a line lie in memory.
+enum class Scf1Samples : std::uint8_t { Words, Bytes, Packed10, Packed12 };
+inline constexpr std::size_t kScf1Samples = 4;
+
 /// One colour for each tile of 2x2 cells. Lines and planes are read and written without going beyond the
 /// pixels, of which there are kScf1Vector or more.
 struct Scf1Tiles {
@@ -26,6 +30,7 @@ struct Scf1Tiles {
       plane[3];        ///< of the colour that stands beside green in the upper cells, green, the third colour
   std::size_t pixels;  ///< four for each tile
   bool greenFirst;     ///< the upper left cell is a green one
+  bool greenOnly;      ///< only the plane of green is written
   std::uint32_t shift;  ///< of words: left to the 16-bit scale
   std::ptrdiff_t
       prefetch;  ///< distance from the bytes being read to those asked of memory; 0 in small frames
@@ -67,9 +72,8 @@ using Scf1TilesFunction = void (*)(const Scf1Tiles&);
 using Scf1CellRowFunction = void (*)(const Scf1CellRow&);
 
 struct Scf1Kernels {
-  Scf1TilesFunction tiles;         ///< words to words
-  Scf1TilesFunction tilesToBytes;  ///< words to bytes
-  Scf1TilesFunction byteTiles;     ///< bytes to bytes
+  Scf1TilesFunction tiles[kScf1Samples]
+                         [2];  ///< to words and to bytes; null where samples have to be unpacked
   void (*cells)(const Scf1Cells&);
   Scf1CellRowFunction cellRow;
   void (*bytesApart)(const Scf1Apart&);

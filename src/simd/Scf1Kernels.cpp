@@ -2,6 +2,7 @@
 
 #include "simd/Floats.h"
 #include "simd/Line.h"
+#include "simd/Packed.h"
 #include "simd/Saturate.h"
 
 /// Kernels of SCF1 mosaics. A 32-bit element of a row of words is what a cell has in one line: the site of
@@ -16,7 +17,6 @@ namespace ZrConvertersLib::simd {
 namespace {
 
 constexpr std::size_t kElement = 4;  ///< bytes of a cell in a row
-constexpr std::size_t kElements = kWidth / kElement;
 
 ZR_INLINE U32 LoadCells(const std::uint8_t* p) {
   return As<U32>(Load(p));
@@ -40,6 +40,23 @@ ZR_INLINE U32 SumWhite(U32 upper, U32 lower) {
   return Even(upper) + Odd(lower);
 }
 
+/// Elements of the one in even places, of the other in odd ones.
+template <class V>
+ZR_INLINE V Alternate(V even, V odd) {
+#if !defined(__x86_64__) || defined(__SSE4_1__)
+  constexpr int kCount = int{sizeof(V) / sizeof even[0]};
+  return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {
+    return __builtin_shufflevector(even, odd, (i % 2 == 0 ? i : i + kCount)...);
+  }
+  (std::make_integer_sequence<int, kCount>());
+#else
+  struct IsEven {
+    static constexpr bool At(int i) { return i / int{sizeof even[0]} % 2 == 0; }
+  };
+  return As<V>(Select(Where<IsEven>(), As<U8>(even), As<U8>(odd)));
+#endif
+}
+
 /// Of each `count` words the one at `place`, as all of them.
 template <int count, int place, int... i>
 ZR_INLINE U16 RepeatedWord(U16 x, std::integer_sequence<int, i...>) {
@@ -50,100 +67,245 @@ ZR_INLINE U16 RepeatedWord(U16 x) {
   return RepeatedWord<count, place>(x, std::make_integer_sequence<int, kWidth / 2>());
 }
 
-/// The elements of a tile: two sums of coloured sites.
-struct WordTile {
-  using Sums = U32;
-
-  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower, std::uint32_t shift) {
-    return SumColour(LoadShifted(upper, shift), LoadShifted(lower, shift));
-  }
-  static ZR_INLINE Sums Second(Sums x) { return As<U32>(As<U64>(x) >> 32); }
-
-  /// The first or the second element as all four pixels.
-  template <int element>
-  static ZR_INLINE U16 Repeated(Sums x) {
-    return RepeatedWord<4, 2 * element>(As<U16>(x));
-  }
-};
-
-struct ByteTile {
-  using Sums = U16;
-
-  static ZR_INLINE Sums Sum(const std::uint8_t* upper, const std::uint8_t* lower, std::uint32_t) {
-    return (As<U16>(Load(upper)) >> 8) + (As<U16>(Load(lower)) & Splat16(0xFF));
-  }
-  static ZR_INLINE Sums Second(Sums x) { return As<U16>(As<U32>(x) >> 16); }
-
-  template <int element>
-  static ZR_INLINE U8 Repeated(Sums x) {
-    return As<U8>(RepeatedWord<2, element>(x | (x << 8)));
-  }
-};
-
-/// The colours of tiles in the order of Scf1Tiles::plane.
-template <class Pixels>
+/// The colours of the tiles of a block, of which a tile is eight bytes in two vectors of words, or four bytes
+/// in one. A colour is on the scale of its plane in word kPlace of its tile.
+template <class Values>
 struct TileColours {
-  Pixels v[3];
+  static constexpr int kPlace[] = {1, 0, 0};
+  Values v[3];
 };
 
-template <class Tile, bool greenFirst>
-ZR_INLINE auto ColoursAt(const Scf1Tiles& tiles, std::size_t at) {
-  constexpr int kUpperColour = greenFirst ? 1 : 0;
-  const auto upper = Tile::Sum(tiles.line[0] + at, tiles.line[1] + at, tiles.shift);
-  const auto lower = Tile::Sum(tiles.line[2] + at, tiles.line[3] + at, tiles.shift);
-  const auto greens = greenFirst ? upper + Tile::Second(lower) : Tile::Second(upper) + lower;
-  return TileColours<decltype(Tile::template Repeated<0>(greens))>{
-      {Tile::template Repeated<kUpperColour>(upper >> 1), Tile::template Repeated<0>(greens >> 2),
-       Tile::template Repeated<1 - kUpperColour>(lower >> 1)}};
+/// A vector of coloured sites of two lines to the colours of tiles: of the two lines in which green stands
+/// on the left, and of the two others. On the 16-bit scale in the lower half of each cell.
+struct SumsOfWords {
+  static ZR_INLINE TileColours<U16> Get(U16 greenLeft, U16 greenRight) {
+    const U32 a = Even(As<U32>(greenLeft)) + Odd(As<U32>(greenLeft));
+    const U32 b = Even(As<U32>(greenRight)) + Odd(As<U32>(greenRight));
+    const U32 greens = a + As<U32>(As<U64>(b) >> 32);
+    return {{As<U16>(a >> 1), As<U16>(greens >> 2), As<U16>(b >> 1)}};
+  }
+};
+
+/// The same for samples of up to 12 bits, where no mean has a fraction.
+struct ExactMeans {
+  static ZR_INLINE U16 OfCells(U16 x) { return MeanUp(x, As<U16>(As<U32>(x) >> 16)); }
+
+  static ZR_INLINE TileColours<U16> Get(U16 greenLeft, U16 greenRight) {
+    const U16 a = OfCells(greenLeft), b = OfCells(greenRight);
+    return {{a, MeanUp(a, As<U16>(As<U64>(b) >> 32)), b}};
+  }
+};
+
+/// Lines of words.
+struct WordSites {
+  using Means = SumsOfWords;
+  static constexpr int kPixels = 1, kBytes = 2;
+  static constexpr bool kLanesApart = false;
+
+  template <int half>
+  static ZR_INLINE U16 Coloured(const std::uint8_t* upper, const std::uint8_t* lower, std::uint32_t shift) {
+    return ShiftLeft(Alternate(As<U16>(Load(lower + half * kWidth)), As<U16>(Load(upper + half * kWidth))),
+                     shift);
+  }
+};
+
+/// Lines of packed samples, which are scaled after two lines have become one. With AVX2 each half of a block
+/// is every second lane of it.
+template <class Form>
+struct PackedSites {
+  using Means = ExactMeans;
+  using Groups = Spread<typename Form::Map>;
+  static constexpr int kPixels = Form::kPixels, kBytes = Form::kBytes;
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  static constexpr bool kLanesApart = true;
+#else
+  static constexpr bool kLanesApart = false;
+#endif
+
+  template <int half>
+  static ZR_INLINE U16 Coloured(const std::uint8_t* upper, const std::uint8_t* lower, std::uint32_t) {
+    constexpr int kApart = kLanesApart ? 2 : 1, kAt = half * Groups::kTaken / kApart;
+    const U16 sites = Alternate(As<U16>(Groups::template Read<kApart>(lower + kAt)),
+                                As<U16>(Groups::template Read<kApart>(upper + kAt)));
+    constexpr auto& kFactors = Form::kFactors;
+    return Form::Scaled(sites, EveryFour<kFactors[0], kFactors[1], kFactors[2], kFactors[3]>());
+  }
+};
+
+/// Planes of bytes and of words, from vectors of words.
+struct BytePlanes {
+  static constexpr int kBytes = 1;
+
+  /// The upper bytes of words `place` of the tiles of a and of b, four times each.
+  template <int place, bool lanesApart>
+  static ZR_INLINE U8 Repeated(U16 a, U16 b) {
+#if defined(__x86_64__) && !defined(__SSSE3__)
+    return NarrowHigh(Words{RepeatedWord<4, 2 * place>(a), RepeatedWord<4, 2 * place>(b)});
+#else
+    struct Index {
+      static constexpr int At(int i) { return i % (kLane / 2) / 4 * 8 + 4 * place + 1; }
+    };
+#if defined(__AVX512VBMI__)
+    const auto index = As<Native>(Constant<Index>::Get());
+    const Native low = _mm512_permutexvar_epi8(index, As<Native>(a));
+    return As<U8>(_mm512_mask_permutexvar_epi8(low, 0xFFFFFFFF00000000, index, As<Native>(b)));
+#else
+    struct Low {
+      static constexpr int At(int i) { return i < kLane / 2 ? Index::At(i) : -1; }
+    };
+    struct High {
+      static constexpr int At(int i) { return i < kLane / 2 ? -1 : Index::At(i); }
+    };
+    const U8 both = ShuffleLanes<Low>(As<U8>(a)) | ShuffleLanes<High>(As<U8>(b));
+    return lanesApart ? both : JoinHalves(both);
+#endif
+#endif
+  }
+
+  template <int place, bool lanesApart>
+  static ZR_INLINE void Put(std::uint8_t* plane, U16 a, U16 b) {
+    Store(plane, Repeated<place, lanesApart>(a, b));
+  }
+};
+
+struct WordPlanes {
+  static constexpr int kBytes = 2;
+
+  template <int place, bool lanesApart>
+  static ZR_INLINE void Put(std::uint8_t* plane, U16 a, U16 b) {
+    const U16 first = RepeatedWord<4, 2 * place>(a), second = RepeatedWord<4, 2 * place>(b);
+    PutLanes<lanesApart>(plane, As<U8>(first), As<U8>(second));
+  }
+
+ private:
+  template <bool lanesApart>
+  static ZR_INLINE void PutLanes(std::uint8_t* plane, U8 a, U8 b) {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    if constexpr (lanesApart) {
+      Store(plane, _mm256_permute2x128_si256(As<Native>(a), As<Native>(b), 0x20));
+      Store(plane + kWidth, _mm256_permute2x128_si256(As<Native>(a), As<Native>(b), 0x31));
+      return;
+    }
+#endif
+    Store(plane, a);
+    Store(plane + kWidth, b);
+  }
+};
+
+/// Asks memory for the bytes of a block of each line.
+template <class Sites>
+ZR_INLINE void PrefetchTiles(const Scf1Tiles& tiles, std::size_t at) {
+  constexpr int kBlock = kWidth / Sites::kPixels * Sites::kBytes;
+  Unrolled<4>([&](auto i) ZR_ALWAYS { PrefetchInto<kBlock, 2>(tiles.line[i] + at, tiles.prefetch); });
 }
 
-/// Asks memory for the bytes of a block of each line, `bytes` for each pixel.
-template <int bytes>
-ZR_INLINE void PrefetchTiles(const Scf1Tiles& tiles, std::size_t x) {
-  Unrolled<4>([&](auto i)
-                  ZR_ALWAYS { PrefetchInto<bytes * kWidth, 2>(tiles.line[i] + bytes * x, tiles.prefetch); });
+/// A copy of the arguments, which no store of pixels can change, with green on the left in the first two
+/// lines and the colour beside it in the first plane. Pointers are loaded as they were stored, one by one: a
+/// load of two would wait until both stores have reached the cache.
+ZR_INLINE Scf1Tiles GreenFirst(const Scf1Tiles& tiles) {
+  Scf1Tiles result;
+  const int first = tiles.greenFirst ? 0 : 2;
+  for (int i = 0; i < 4; ++i) result.line[i] = LoadedSingly(tiles.line[(i + first) % 4]);
+  result.plane[0] = LoadedSingly(tiles.plane[first]);
+  result.plane[1] = LoadedSingly(tiles.plane[1]);
+  result.plane[2] = LoadedSingly(tiles.plane[2 - first]);
+  result.pixels = tiles.pixels;
+  result.shift = tiles.shift;
+  result.prefetch = tiles.prefetch;
+  return result;
 }
 
-template <bool greenFirst>
-void RunTiles(const Scf1Tiles& tiles) {
-  EachBlock<2, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
-    PrefetchTiles<2>(tiles, x);
-    const auto a = ColoursAt<WordTile, greenFirst>(tiles, 2 * x);
-    const auto b = ColoursAt<WordTile, greenFirst>(tiles, 2 * x + kWidth);
+template <class Sites, class Planes, bool greenOnly>
+ZR_INLINE void RunTiles(const Scf1Tiles& given) {
+  const Scf1Tiles tiles = GreenFirst(given);
+  EachBlock<Planes::kBytes, 4>(tiles.pixels, tiles.plane[1], [&](std::size_t x) ZR_ALWAYS {
+    const std::size_t at = x / Sites::kPixels * Sites::kBytes;
+    PrefetchTiles<Sites>(tiles, at);
+    const auto sites = [&](auto half, int line) ZR_ALWAYS {
+      return Sites::template Coloured<half>(tiles.line[line] + at, tiles.line[line + 1] + at, tiles.shift);
+    };
+    const auto colours = [&](auto half)
+                             ZR_ALWAYS { return Sites::Means::Get(sites(half, 0), sites(half, 2)); };
+    const TileColours<U16> a = colours(std::integral_constant<int, 0>());
+    const TileColours<U16> b = colours(std::integral_constant<int, 1>());
     Unrolled<3>([&](auto i) ZR_ALWAYS {
-      Store(tiles.plane[i] + 2 * x, a.v[i]);
-      Store(tiles.plane[i] + 2 * x + kWidth, b.v[i]);
+      if constexpr (!greenOnly || i == 1)
+        Planes::template Put<TileColours<U16>::kPlace[i], Sites::kLanesApart>(
+            tiles.plane[i] + Planes::kBytes * x, a.v[i], b.v[i]);
     });
   });
 }
 
-template <bool greenFirst>
-void RunTilesToBytes(const Scf1Tiles& tiles) {
-  EachBlock<1, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
-    PrefetchTiles<2>(tiles, x);
-    const auto a = ColoursAt<WordTile, greenFirst>(tiles, 2 * x);
-    const auto b = ColoursAt<WordTile, greenFirst>(tiles, 2 * x + kWidth);
-    Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + x, NarrowHigh(Words{a.v[i], b.v[i]})); });
-  });
-}
-
-template <bool greenFirst>
-void RunByteTiles(const Scf1Tiles& tiles) {
-  EachBlock<1, 4>(tiles.pixels, tiles.plane[0], [&](std::size_t x) ZR_ALWAYS {
-    PrefetchTiles<1>(tiles, x);
-    const auto colours = ColoursAt<ByteTile, greenFirst>(tiles, x);
-    Unrolled<3>([&](auto i) ZR_ALWAYS { Store(tiles.plane[i] + x, colours.v[i]); });
-  });
-}
-
+template <class Sites, class Planes>
 void Tiles(const Scf1Tiles& tiles) {
-  tiles.greenFirst ? RunTiles<true>(tiles) : RunTiles<false>(tiles);
+  tiles.greenOnly ? RunTiles<Sites, Planes, true>(tiles) : RunTiles<Sites, Planes, false>(tiles);
 }
-void TilesToBytes(const Scf1Tiles& tiles) {
-  tiles.greenFirst ? RunTilesToBytes<true>(tiles) : RunTilesToBytes<false>(tiles);
+
+/// Sums of bytes, a word for each cell: 9 bits of the third and the first colour, 10 of green.
+ZR_INLINE TileColours<U16> SumsOfBytes(U16 greenLeft, U16 greenRight) {
+  const U16 a = (greenLeft >> 8) + (greenLeft & Splat16(0xFF));
+  const U16 b = (greenRight >> 8) + (greenRight & Splat16(0xFF));
+  return {{a, a + As<U16>(As<U32>(b) >> 16), b}};
 }
+
+/// Planes of bytes and of words, from sums of so many bits.
+struct BytePlanesOfSums : BytePlanes {
+  template <int place, int bits>
+  static ZR_INLINE void Put(std::uint8_t* plane, U16 sums) {
+    const U16 x = sums >> (bits - 8);
+#if defined(__x86_64__) && !defined(__SSSE3__)
+    Store(plane, RepeatedWord<2, place>(x | (x << 8)));
+#else
+    struct Index {
+      static constexpr int At(int i) { return i / 4 * 4 + 2 * place; }
+    };
+    Store(plane, ShuffleLanes<Index>(As<U8>(x)));
+#endif
+  }
+};
+
+struct WordPlanesOfSums : WordPlanes {
+  template <int place, int bits>
+  static ZR_INLINE void Put(std::uint8_t* plane, U16 sums) {
+    const U8 x = SpreadHalves(As<U8>(RepeatedWord<2, place>(sums << (16 - bits))));
+    Store(plane, UnpackLow32(x, x));
+    Store(plane + kWidth, UnpackHigh32(x, x));
+  }
+};
+
+struct ByteSites {
+  static constexpr int kPixels = 1, kBytes = 1;
+};
+
+template <class Planes, bool greenOnly>
+ZR_INLINE void RunByteTiles(const Scf1Tiles& given) {
+  const Scf1Tiles tiles = GreenFirst(given);
+  EachBlock<Planes::kBytes, 4>(tiles.pixels, tiles.plane[1], [&](std::size_t x) ZR_ALWAYS {
+    PrefetchTiles<ByteSites>(tiles, x);
+    const auto line = [&](int i) ZR_ALWAYS { return As<U16>(Load(tiles.line[i] + x)); };
+    const auto sites = [&](int i)
+                           ZR_ALWAYS { return (line(i) & Splat16(0xFF00)) | (line(i + 1) & Splat16(0xFF)); };
+    const TileColours<U16> sums = SumsOfBytes(sites(0), sites(2));
+    Unrolled<3>([&](auto i) ZR_ALWAYS {
+      if constexpr (!greenOnly || i == 1)
+        Planes::template Put<TileColours<U16>::kPlace[i], i == 1 ? 10 : 9>(
+            tiles.plane[i] + Planes::kBytes * x, sums.v[i]);
+    });
+  });
+}
+
+template <class Planes>
 void ByteTiles(const Scf1Tiles& tiles) {
-  tiles.greenFirst ? RunByteTiles<true>(tiles) : RunByteTiles<false>(tiles);
+  tiles.greenOnly ? RunByteTiles<Planes, true>(tiles) : RunByteTiles<Planes, false>(tiles);
+}
+
+/// Packed samples are read where they lie only if nothing beyond them is loaded.
+template <class Form, class Planes>
+constexpr Scf1TilesFunction PackedTiles() {
+  if constexpr (PackedSites<Form>::Groups::kOverread == 0)
+    return Tiles<PackedSites<Form>, Planes>;
+  else
+    return nullptr;
 }
 
 void Cells(const Scf1Cells& cells) {
@@ -161,16 +323,10 @@ struct Three {
   Value v[3];
 };
 
-template <bool greenFirst, int... i>
-ZR_INLINE U32 Alternating(U32 atGreen, U32 elsewhere, std::integer_sequence<int, i...>) {
-  return __builtin_shufflevector(atGreen, elsewhere,
-                                 ((i % 2 == 0) == greenFirst ? i : i + int{kElements})...);
-}
-
 /// Elements of the one where cells are green, of the other in between.
-template <bool greenFirst>
-ZR_INLINE U32 Alternating(U32 atGreen, U32 elsewhere) {
-  return Alternating<greenFirst>(atGreen, elsewhere, std::make_integer_sequence<int, int{kElements}>());
+template <bool greenFirst, class V>
+ZR_INLINE V Alternating(V atGreen, V elsewhere) {
+  return greenFirst ? Alternate(atGreen, elsewhere) : Alternate(elsewhere, atGreen);
 }
 
 /// The bilinear means of a row of cells from it and its neighbours.
@@ -298,14 +454,6 @@ void WordsApart(const Scf1Apart& apart) {
   });
 }
 
-template <bool greenFirst>
-ZR_INLINE U16 AlternatingWords(U16 atGreen, U16 elsewhere) {
-  return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS {
-    return __builtin_shufflevector(atGreen, elsewhere, ((i % 2 == 0) == greenFirst ? i : i + kWidth / 2)...);
-  }
-  (std::make_integer_sequence<int, kWidth / 2>());
-}
-
 /// The bilinear sums of a row of cells from it and its neighbours: of one, of two or of four cells.
 template <bool greenFirst>
 ZR_INLINE Three<U16> BilinearSums(const std::uint8_t* const (&row)[3], std::size_t at) {
@@ -316,9 +464,8 @@ ZR_INLINE Three<U16> BilinearSums(const std::uint8_t* const (&row)[3], std::size
   };
   const U16 centre = LoadWord(own), beside = LoadWord(own - kCell) + LoadWord(own + kCell);
   const U16 middle = vertical(0), corners = vertical(-1) + vertical(1);
-  return {{AlternatingWords<greenFirst>(beside, centre),
-           AlternatingWords<greenFirst>(centre, beside + middle),
-           AlternatingWords<greenFirst>(middle, corners)}};
+  return {{Alternating<greenFirst>(beside, centre), Alternating<greenFirst>(centre, beside + middle),
+           Alternating<greenFirst>(middle, corners)}};
 }
 
 /// The words of the lower and of the upper half of each lane.
@@ -468,8 +615,16 @@ void ApartRow(const Scf1CellRow& row) {
 }  // namespace
 
 extern const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels);
-constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {Tiles,      TilesToBytes,      ByteTiles,
-                                                         Cells,      CellRow,           BytesApart,
-                                                         WordsApart, ApartRow<ToBytes>, ApartRow<ToWords>};
+constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {
+    {{Tiles<WordSites, WordPlanes>, Tiles<WordSites, BytePlanes>},
+     {ByteTiles<WordPlanesOfSums>, ByteTiles<BytePlanesOfSums>},
+     {PackedTiles<Form10p, WordPlanes>(), PackedTiles<Form10p, BytePlanes>()},
+     {PackedTiles<Form12p, WordPlanes>(), PackedTiles<Form12p, BytePlanes>()}},
+    Cells,
+    CellRow,
+    BytesApart,
+    WordsApart,
+    ApartRow<ToBytes>,
+    ApartRow<ToWords>};
 
 }  // namespace ZrConvertersLib::simd
