@@ -61,17 +61,39 @@ struct LanesOfPixels {  ///< of 4:4:4: green of the two halves in turn
   static constexpr int Green(int pixel) { return pixel % 4 * 2 + pixel / 4; }
 };
 
-/// Half a block: blue and red as bytes, green as words of 128 times the value and a fraction, below 0 where
-/// it is to be clipped.
+/// Half a block in words of 128 times the value and a fraction, below 0 where it is to be clipped: two
+/// vectors of blue and red in turn, and one of green.
 struct HalfOfPairs {
-  U8 blueRed;
-  S16 green;
+  S16 first, second, green;
 };
+
+/// Blue and red as bytes, where the pixels' order has them.
+ZR_INLINE U8 BlueRed(const HalfOfPairs& half) {
+  return PackClipped(half.first >> 7, half.second >> 7);
+}
+
+/// The same with the upper five bits of blue, which products shift further than red.
+ZR_INLINE U8 FiveBitBlueRed(const HalfOfPairs& half) {
+  const S16 factors = As<S16>(Splat32(0x02000040));
+  return PackClipped(MultiplyUpper(half.first, factors), MultiplyUpper(half.second, factors));
+}
 
 template <class Lanes>
 struct ColourPairs {
   using Order = Lanes;
   HalfOfPairs a, b;
+};
+
+/// Green alone, in the order of the pixels.
+struct HalfOfGreens {
+  S16 green;
+};
+
+struct Greens {
+  struct Order {
+    static constexpr int Green(int pixel) { return pixel; }
+  };
+  HalfOfGreens a, b;
 };
 
 /// Which pixels the lanes of a block have. Where a lane is a vector there is one answer.
@@ -88,8 +110,18 @@ struct AsPairs {
   static constexpr Placing kPlacing = placing;
 };
 
+/// The same for destinations of green alone.
+template <Placing placing>
+struct AsGreens : AsPairs<placing> {
+  static constexpr bool kGreenOnly = true;
+};
+
 template <class To, class Order>
 ZR_INLINE const ColourPairs<Order>& In(const ColourPairs<Order>& block) {
+  return block;
+}
+template <class To>
+ZR_INLINE const Greens& In(const Greens& block) {
   return block;
 }
 
@@ -123,7 +155,7 @@ class PairMatrix {
     const U8 centred = samples ^ Splat8(0x80), exchanged = ShuffleSixteens<LumaExchanged>(centred);
     const S16 chroma = Chroma(centred), rest = ChromaRest(chroma);
     const S16 green = Twice<false>(As<S16>(MultiplyAddPairs(S32{}, chroma, mGreen)));
-    return {PackClipped(BlueRed(centred, rest), BlueRed(exchanged, rest)), Green(centred, green)};
+    return {Outer(centred, rest), Outer(exchanged, rest), Green(centred, green)};
   }
 
   /// Of twice kWidth / 4 pixels: luma with cb and the same luma with cr.
@@ -132,8 +164,7 @@ class PairMatrix {
     const S16 chromaA = Chroma(a), chromaB = Chroma(b);
     const S16 green = As<S16>(
         JoinUpper(MultiplyAddPairs(S32{}, chromaA, mGreen), MultiplyAddPairs(S32{}, chromaB, mGreen)));
-    return {PackClipped(BlueRed(a, ChromaRest(chromaA)), BlueRed(b, ChromaRest(chromaB))),
-            Green(BlendWords(a, b), green)};
+    return {Outer(a, ChromaRest(chromaA)), Outer(b, ChromaRest(chromaB)), Green(BlendWords(a, b), green)};
   }
 
  private:
@@ -156,9 +187,9 @@ class PairMatrix {
 
   ZR_INLINE S16 ChromaRest(S16 chroma) const { return MultiplyUpper(chroma, mRest) + mOffset; }
 
-  /// Not clipped yet.
-  ZR_INLINE S16 BlueRed(U8 centred, S16 rest) const {
-    return AddClipped(MultiplyAddBytes(centred, mBlueRed), rest) >> 7;
+  /// Blue and red.
+  ZR_INLINE S16 Outer(U8 centred, S16 rest) const {
+    return AddClipped(MultiplyAddBytes(centred, mBlueRed), rest);
   }
 
   ZR_INLINE S16 Green(U8 centred, S16 chroma) const {
@@ -172,8 +203,8 @@ class PairMatrix {
 };
 
 /// Green in the order of the pixels, not less than 0.
-template <class Order>
-ZR_INLINE S16 GreenWords(const HalfOfPairs& half) {
+template <class Order, class Half>
+ZR_INLINE S16 GreenWords(const Half& half) {
   struct InOrder {
     static constexpr int At(int i) { return 2 * Order::Green(i / 2) + i % 2; }
   };
@@ -183,13 +214,13 @@ ZR_INLINE S16 GreenWords(const HalfOfPairs& half) {
 
 /// Blue and red, or red and blue, in the order of the pixels.
 template <class Order, bool blueFirst>
-ZR_INLINE U8 OuterBytes(const HalfOfPairs& half) {
+ZR_INLINE U8 OuterBytes(U8 blueRed) {
   struct InOrder {
     static constexpr int At(int i) {
       return i % 2 == (blueFirst ? 0 : 1) ? Order::Blue(i / 2) : Order::Red(i / 2);
     }
   };
-  return ShuffleSixteens<InOrder>(half.blueRed);
+  return ShuffleSixteens<InOrder>(blueRed);
 }
 
 /// Three bytes and an alpha of 0xFF.
@@ -209,7 +240,7 @@ struct PairsToFourBytes {
  private:
   template <class Order>
   static ZR_INLINE void Put(std::uint8_t* p, const HalfOfPairs& half) {
-    const U8 outer = OuterBytes<Order, blueFirst>(half);
+    const U8 outer = OuterBytes<Order, blueFirst>(BlueRed(half));
     const U8 inner = As<U8>(As<U16>(GreenWords<Order>(half) >> 7) | Splat16(0xFF00));
     Store(p, UnpackLow8(outer, inner));
     Store(p + kWidth, UnpackHigh8(outer, inner));
@@ -218,8 +249,8 @@ struct PairsToFourBytes {
 
 #if !defined(__AVX512VBMI__)
 /// The green of a block as bytes, each lane of a followed by the same lane of b.
-template <class Order>
-ZR_INLINE U8 GreenBytes(const ColourPairs<Order>& block) {
+template <class Block>
+ZR_INLINE U8 GreenBytes(const Block& block) {
   return PackClipped(block.a.green >> 7, block.b.green >> 7);
 }
 
@@ -259,9 +290,9 @@ ZR_INLINE U8 StripPart(const ColourPairs<Order>& block, U8 green) {
   constexpr int kHalf = 3 * size / 2;  // lanes of the pixels in half a block, rounded down
   U8 x = ShuffleSixteens<GreenOfStrip<Order, size, part>>(green);
   if constexpr (2 * part < 3 * size)
-    x |= ShuffleSixteens<OuterOfStrip<Order, size, part, blueFirst, 0>>(block.a.blueRed);
+    x |= ShuffleSixteens<OuterOfStrip<Order, size, part, blueFirst, 0>>(BlueRed(block.a));
   if constexpr (part >= kHalf)
-    x |= ShuffleSixteens<OuterOfStrip<Order, size, part, blueFirst, 1>>(block.b.blueRed);
+    x |= ShuffleSixteens<OuterOfStrip<Order, size, part, blueFirst, 1>>(BlueRed(block.b));
   return x;
 }
 
@@ -318,7 +349,7 @@ ZR_INLINE Colour<U8> Channels(const ColourPairs<Order>& block) {
   struct Apart {
     static constexpr int At(int i) { return i < 8 ? Order::Blue(i) : Order::Red(i - 8); }
   };
-  const U8 a = ShuffleSixteens<Apart>(block.a.blueRed), b = ShuffleSixteens<Apart>(block.b.blueRed);
+  const U8 a = ShuffleSixteens<Apart>(BlueRed(block.a)), b = ShuffleSixteens<Apart>(BlueRed(block.b));
   return {UnpackHigh64(a, b), ShuffleSixteens<GreenInOrder<Order>>(GreenBytes(block)), UnpackLow64(a, b)};
 }
 
@@ -342,8 +373,8 @@ struct PairsToPlanes {
 };
 
 /// Values of green as words of `depth` bits.
-template <int depth, class Order>
-ZR_INLINE U16 GreenSamples(const HalfOfPairs& half) {
+template <int depth, class Order, class Half>
+ZR_INLINE U16 GreenSamples(const Half& half) {
   const U16 green = As<U16>(GreenWords<Order>(half));
   return depth == 16 ? (green << 1) & Splat16(0xFF00) : (green >> 7) << (depth - 8);
 }
@@ -365,7 +396,7 @@ struct PairsToWordPlanes {
  private:
   template <class Order>
   ZR_INLINE void Put(std::uint8_t* p, const HalfOfPairs& half) const {
-    const U16 blueRed = As<U16>(OuterBytes<Order, true>(half));
+    const U16 blueRed = As<U16>(OuterBytes<Order, true>(BlueRed(half)));
     Store(p, depth == 16 ? blueRed & Splat16(0xFF00) : (blueRed >> 8) << (depth - 8));
     Store(p + mPlane, GreenSamples<depth, Order>(half));
     Store(p + 2 * mPlane, (blueRed << 8) >> (16 - depth));
@@ -390,15 +421,16 @@ struct PairsTo565 {
  private:
   template <class Order>
   static ZR_INLINE U16 Word(const HalfOfPairs& half) {
-    const U16 blueRed = As<U16>(OuterBytes<Order, true>(half)), green = As<U16>(GreenWords<Order>(half));
-    return (blueRed & Splat16(0xF800)) | ((green >> 4) & Splat16(0x07E0)) | ((blueRed >> 3) & Splat16(0x1F));
+    const U8 blueRed = OuterBytes<Order, true>(FiveBitBlueRed(half));
+    const U16 green = As<U16>(GreenWords<Order>(half)) >> 4;
+    return As<U16>(Select(As<U8>(Splat16(0x07E0)), As<U8>(green), blueRed));
   }
 };
 
 /// Green as words of `depth` bits.
 template <int depth>
 struct PairsToMonoWords {
-  using Channel = AsPairs<Placing::Natural>;
+  using Channel = AsGreens<Placing::Natural>;
   static constexpr int kStep = 2;
 
   explicit ZR_INLINE PairsToMonoWords(const KernelArgs&) {}
@@ -413,7 +445,7 @@ struct PairsToMonoWords {
 
 /// Green as bytes.
 struct PairsToMono8 {
-  using Channel = AsPairs<Placing::Strips>;
+  using Channel = AsGreens<Placing::Strips>;
   static constexpr int kStep = 1;
 
   explicit ZR_INLINE PairsToMono8(const KernelArgs&) {}

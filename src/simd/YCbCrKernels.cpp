@@ -10,10 +10,36 @@
 namespace ZrConvertersLib::simd {
 namespace {
 
+#if defined(__AVX2__) || !defined(__SSSE3__)
+/// What rounding and the offsets of luma and chroma add to every sum of products.
+ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
+  return As<S32>(Splat32(static_cast<std::uint32_t>((512 - m.yOffset * m.y - 128 * chroma) * scale)));
+}
+#endif
+
 #if defined(__SSSE3__) && !defined(__AVX512VBMI__)
 #define ZR_READS_FOURS
-/// Four pixels of 4:4:4 for each lane. Samples::Of<low, high, Order>(p) gives their twelve samples by
-/// Order::At(byte), the second lane's from `high` fours on and the first one's from `low` fours on.
+/// The fours that the two lanes of a vector have.
+template <int low, int high>
+struct LanesOf {
+  static constexpr int kLow = low, kHigh = high;
+};
+
+/// Two vectors of fours that make the first (0) or the second half of a block.
+template <Placing placing, int half>
+class HalfOfFours {
+  static constexpr bool kOne = kWidth == 16, kStrips = placing == Placing::Strips;
+  static constexpr int kApart = kOne ? 0 : kStrips ? 4 : placing == Placing::Natural ? 2 : 1;
+  static constexpr int kNext = !kOne && placing == Placing::Quarters ? 2 : 1;
+  static constexpr int kBegin = half * (kOne || kStrips ? 2 : 4);
+
+ public:
+  using First = LanesOf<kBegin, kBegin + kApart>;
+  using Second = LanesOf<kBegin + kNext, kBegin + kNext + kApart>;
+};
+
+/// Four pixels of 4:4:4 for each lane. Samples::Of<Lanes, Order>(p) gives their twelve samples by
+/// Order::At(byte); Green<Fours>(p), where there is one, gives half a block of green alone.
 template <class Samples, int cb, int luma, int cr>
 class SingleReader : Samples {
  public:
@@ -23,7 +49,10 @@ class SingleReader : Samples {
 
   template <class Channel>
   ZR_INLINE auto Read(const std::uint8_t* p) const {
-    if constexpr (requires { Channel::kPlacing; })
+    if constexpr (GivesGreen<Channel>())
+      return Greens{this->template Green<HalfOfFours<Channel::kPlacing, 0>>(p),
+                    this->template Green<HalfOfFours<Channel::kPlacing, 1>>(p)};
+    else if constexpr (requires { Channel::kPlacing; })
       return Pairs<Channel::kPlacing>(p);
     else
       return Channels(Pairs<Placing::Strips>(p));
@@ -35,21 +64,24 @@ class SingleReader : Samples {
     static constexpr int At(int i) { return i / 4 * 3 + (i % 2 == 0 ? luma : i % 4 == 1 ? cb : cr); }
   };
 
-  template <int low, int high>
-  ZR_INLINE U8 Fours(const std::uint8_t* p) const {
-    return this->template Of<low, high, LumaTwice>(p);
+  template <class Channel>
+  static constexpr bool GivesGreen() {
+    if constexpr (requires { Channel::kGreenOnly; })
+      return requires(const Samples& samples, const std::uint8_t* p) {
+        samples.template Green<HalfOfFours<Channel::kPlacing, 0>>(p);
+      };
+    return false;
   }
 
   template <Placing placing>
   ZR_INLINE ColourPairs<LanesOfPixels> Pairs(const std::uint8_t* p) const {
-    if constexpr (kWidth == 16)
-      return {mMatrix.Single(Fours<0, 0>(p), Fours<1, 1>(p)), mMatrix.Single(Fours<2, 2>(p), Fours<3, 3>(p))};
-    else if constexpr (placing == Placing::Strips)
-      return {mMatrix.Single(Fours<0, 4>(p), Fours<1, 5>(p)), mMatrix.Single(Fours<2, 6>(p), Fours<3, 7>(p))};
-    else if constexpr (placing == Placing::Quarters)
-      return {mMatrix.Single(Fours<0, 1>(p), Fours<2, 3>(p)), mMatrix.Single(Fours<4, 5>(p), Fours<6, 7>(p))};
-    else
-      return {mMatrix.Single(Fours<0, 2>(p), Fours<1, 3>(p)), mMatrix.Single(Fours<4, 6>(p), Fours<5, 7>(p))};
+    return {Half<HalfOfFours<placing, 0>>(p), Half<HalfOfFours<placing, 1>>(p)};
+  }
+
+  template <class Fours>
+  ZR_INLINE HalfOfPairs Half(const std::uint8_t* p) const {
+    return mMatrix.Single(this->template Of<typename Fours::First, LumaTwice>(p),
+                          this->template Of<typename Fours::Second, LumaTwice>(p));
   }
 
   PairMatrix<true> mMatrix;
@@ -88,9 +120,9 @@ struct SingleBytes {
 
   explicit ZR_INLINE SingleBytes(const KernelArgs&) {}
 
-  template <int low, int high, class Order>
+  template <class Lanes, class Order>
   static ZR_INLINE U8 Of(const std::uint8_t* p) {
-    return LanesOfFours<12, 0, low, high>::template Shuffled<Order>(p);
+    return LanesOfFours<12, 0, Lanes::kLow, Lanes::kHigh>::template Shuffled<Order>(p);
   }
 };
 
@@ -109,52 +141,202 @@ struct SingleWords {
 
   explicit ZR_INLINE SingleWords(const KernelArgs& args) : mShift(args.shift) {}
 
-  template <int low, int high, class Order>
+  template <class Lanes, class Order>
   ZR_INLINE U8 Of(const std::uint8_t* p) const {
-    return TwelveOf<Order>(ShiftLeft(As<U16>(LanesOfFours<24, 0, low, high>::Load(p)), mShift),
-                           ShiftLeft(As<U16>(LanesOfFours<24, 8, low, high>::Load(p)), mShift));
+    const auto eight = [&](auto first) ZR_ALWAYS {
+      return ShiftLeft(As<U16>(LanesOfFours<24, first, Lanes::kLow, Lanes::kHigh>::Load(p)), mShift);
+    };
+    return TwelveOf<Order>(eight(std::integral_constant<int, 0>{}), eight(std::integral_constant<int, 8>{}));
   }
 
  private:
   std::uint32_t mShift;
 };
 
+/// Samples of a form in words that are not negative: of the bytes of two, Wanted keeps a sample's upper eight
+/// bits. These may stand at different places; times its weight each is 2^kScale times the value.
 template <class Form>
-struct SinglePacked {
-  static constexpr int kFour = 12 * Form::kBytes / Form::kPixels;
-  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = 3 * Form::kBytes, kOverread = 0;
+struct PositiveWords;
 
-  explicit ZR_INLINE SinglePacked(const KernelArgs&) {}
+/// All at one place. The last sample of a group fills a byte, which therefore may be the lower one.
+template <>
+struct PositiveWords<Form10p> {
+  static constexpr int kScale = 7;
 
-  template <int low, int high, class Order>
-  ZR_INLINE U8 Of(const std::uint8_t* p) const {
-    return TwelveOf<Order>(Eight<0, 0, low, high>(p), Eight < 4, kFour < 16 ? 0 : kFour - 16, low,
-                           high > (p));
+  static constexpr int Byte(int sample, int i) {
+    const int in = sample % 4;
+    return in < 3 ? sample / 4 * 5 + in + i : i == 0 ? sample / 4 * 5 + 4 : -1;
+  }
+  static constexpr unsigned Weight(int) { return 1; }
+
+  template <class Order>
+  static ZR_INLINE U16 Wanted(U8 bytes) {
+    struct Factors {
+      static constexpr int At(int i) {
+        constexpr int of[] = {32, 8, 2, 128};
+        return i % 2 == 0 ? of[Order::At(i / 2 % 8) % 4] : 0;
+      }
+    };
+    return (As<U16>(bytes) * As<U16>(Constant<Factors>::Get())) & Splat16(0x7F80);
+  }
+};
+
+/// Every second sample has a byte of its own.
+template <>
+struct PositiveWords<Form12p> {
+  static constexpr int kScale = 4;
+
+  static constexpr int Byte(int sample, int i) {
+    const int group = sample / 2 * 3;
+    return sample % 2 == 0 ? group + i : i == 0 ? group + 2 : -1;
+  }
+  static constexpr unsigned Weight(int sample) { return sample % 2 == 0 ? 1 : 16; }
+
+  template <class Order>
+  static ZR_INLINE U16 Wanted(U8 bytes) {
+    struct Mask {
+      static constexpr int At(int i) {
+        const bool whole = Order::At(i / 2 % 8) % 2 != 0;
+        return i % 2 == 0 ? (whole ? 0xFF : 0xF0) : 0x0F;
+      }
+    };
+    return As<U16>(bytes & Constant<Mask>::Get());
+  }
+};
+
+/// Green of packed cb, luma and cr, in 32-bit sums. Neither blue nor red is computed, and two vectors share
+/// what is done with cb.
+template <class Form>
+class GreenSums {
+ public:
+  explicit ZR_INLINE GreenSums(const YCbCrMatrix& m)
+      : mLumaCr(Weighted<LumaCr>(Factors(m.y, m.greenV))),
+        mFirstCb(Weighted<Cb>(Factors(m.greenU, 0))),
+        mSecondCb(Weighted<Cb>(Factors(0, m.greenU))),
+        mOffset(First(m, m.greenU + m.greenV, 1 << Words::kScale)) {}
+
+  /// Half a block.
+  template <class Fours>
+  ZR_INLINE HalfOfGreens Half(const std::uint8_t* p) const {
+    using A = typename Fours::First;
+    using B = typename Fours::Second;
+    const S16 cb = As<S16>(Words::template Wanted<Cb>(Bytes<CbOf<0>, A>(p) | Bytes<CbOf<1>, B>(p)));
+    const auto sum = [&](U8 lumaCr, S16 cbFactors) ZR_ALWAYS {
+      const S16 x = As<S16>(Words::template Wanted<LumaCr>(lumaCr));
+      return MultiplyAddPairs(MultiplyAddPairs(mOffset, x, mLumaCr), cb, cbFactors) >> (Words::kScale + 3);
+    };
+    return {PackSigned(sum(Bytes<LumaCr, A>(p), mFirstCb), sum(Bytes<LumaCr, B>(p), mSecondCb))};
   }
 
  private:
-  using Map = typename Form::Map;
+  using Words = PositiveWords<Form>;
+  static constexpr int kFour = 12 * Form::kBytes / Form::kPixels;
 
-  /// Samples from `sample` on, from the bytes from `first` on.
-  template <int sample, int first, int low, int high>
-  static ZR_INLINE U16 Eight(const std::uint8_t* p) {
-    struct Bytes {
+  /// The samples of a four in eight words: luma and cr of each pixel, ...
+  struct LumaCr {
+    static constexpr int At(int i) { return i / 2 * 3 + 1 + i % 2; }
+  };
+  /// ... cb twice, ...
+  struct Cb {
+    static constexpr int At(int i) { return i / 2 * 3; }
+  };
+  /// ... or once, leaving out every second word.
+  template <int first>
+  struct CbOf {
+    static constexpr int At(int i) { return i % 2 == first ? i / 2 * 3 : -1; }
+  };
+
+  /// The bytes that hold samples of a four in each lane.
+  template <class Order, class Lanes>
+  static ZR_INLINE U8 Bytes(const std::uint8_t* p) {
+    struct Map {
       static constexpr int At(int i) {
-        const int result = 2 * sample + i;
-        return result / Map::kResult * Map::kBytes + Map::At(result % Map::kResult);
+        return Order::At(i / 2) < 0 ? -1 : Words::Byte(Order::At(i / 2), i % 2);
       }
     };
-    return Form::Lifted(LanesOfFours<kFour, first, low, high>::template Shuffled<Bytes>(p));
+    constexpr bool kFirstSixteen = [] {
+      for (int i = 0; i < 16; ++i)
+        if (Map::At(i) >= 16) return false;
+      return true;
+    }();
+    return LanesOfFours < kFour, kFirstSixteen ? 0 : kFour - 16, Lanes::kLow,
+           Lanes::kHigh > ::template Shuffled<Map>(p);
   }
+
+  template <class Order>
+  static ZR_INLINE S16 Weighted(S16 factors) {
+    struct Weights {
+      static constexpr int At(int i) {
+        return i % 2 == 0 ? static_cast<int>(Words::Weight(Order::At(i / 2 % 8))) : 0;
+      }
+    };
+    return As<S16>(As<U16>(factors) * As<U16>(Constant<Weights>::Get()));
+  }
+
+  S16 mLumaCr, mFirstCb, mSecondCb;
+  S32 mOffset;
+};
+
+/// Packed samples, of cb, luma and cr.
+template <class Form>
+class SinglePacked {
+ public:
+  static constexpr int kFour = 12 * Form::kBytes / Form::kPixels;
+  static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = 3 * Form::kBytes, kOverread = 0;
+
+  explicit ZR_INLINE SinglePacked(const KernelArgs& args) : mGreen(*args.matrix) {}
+
+  template <class Lanes, class Order>
+  ZR_INLINE U8 Of(const std::uint8_t* p) const {
+    if constexpr (kFour <= 16) {
+      const U16 even = Eight<EverySecond<Order, 0>, 0, Lanes>(p);
+      const U16 odd = Eight<EverySecond<Order, 1>, 0, Lanes>(p);
+      return As<U8>((even >> 8) | (odd & Splat16(0xFF00)));
+    } else {
+      return TwelveOf<Order>(Eight<InTurn<0>, 0, Lanes>(p), Eight<InTurn<4>, kFour - 16, Lanes>(p));
+    }
+  }
+
+  template <class Fours>
+  ZR_INLINE HalfOfGreens Green(const std::uint8_t* p) const {
+    return mGreen.template Half<Fours>(p);
+  }
+
+ private:
+  template <class Order, int odd>
+  struct EverySecond {
+    static constexpr int At(int i) { return Order::At(2 * i + odd); }
+  };
+  template <int first>
+  struct InTurn {
+    static constexpr int At(int i) { return first + i; }
+  };
+
+  /// Words whose upper bytes are those of eight samples of a four, taken from the bytes from `first` on.
+  template <class Order, int first, class Lanes>
+  static ZR_INLINE U16 Eight(const std::uint8_t* p) {
+    using Map = typename Form::Map;
+    constexpr int kSamples = Map::kResult / 2;
+    struct Bytes {
+      static constexpr int At(int i) {
+        const int sample = Order::At(i / 2);
+        return sample / kSamples * Map::kBytes + Map::At(sample % kSamples * 2 + i % 2);
+      }
+    };
+    struct Factors {
+      static constexpr int At(int i) {
+        return i % 2 == 0 ? static_cast<int>(Form::kFactors[Order::At(i / 2 % 8) % 4]) : 0;
+      }
+    };
+    return As<U16>(LanesOfFours<kFour, first, Lanes::kLow, Lanes::kHigh>::template Shuffled<Bytes>(p)) *
+           As<U16>(Constant<Factors>::Get());
+  }
+
+  GreenSums<Form> mGreen;
 };
 #endif
 
 #else
-/// What rounding and the offsets of luma and chroma add to every sum of products.
-ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
-  return As<S32>(Splat32(static_cast<std::uint32_t>((512 - m.yOffset * m.y - 128 * chroma) * scale)));
-}
-
 /// The matrix for 4:4:4, where each pixel has its own chroma. A 32-bit element takes one pixel: luma in its
 /// low half and a chroma sample in its high half, so that a sum of products is one instruction.
 class Matrix {
@@ -578,6 +760,7 @@ struct SumsToFourBytes {
 };
 #endif
 
+#if defined(__AVX512VBMI__) || !defined(__SSSE3__)
 /// The words of RGB565p from sums.
 struct SumsTo565 {
   using Channel = Sums<false>;
@@ -598,6 +781,7 @@ struct SumsTo565 {
            Splat16(0x8410);
   }
 };
+#endif
 
 #if defined(__AVX512VBMI__)
 /// Only green is converted, for which words take fewer instructions.
@@ -636,6 +820,10 @@ template <>
 struct PairWriter<PlanarWriter<8, false>> {
   using Type = PairsToPlanes;
 };
+template <>
+struct PairWriter<RGB565Writer<false>> {
+  using Type = PairsTo565;
+};
 #endif
 
 /// ... where pixels share chroma ...
@@ -650,6 +838,10 @@ template <>
 struct SharedWriter<MonoWriter<8>> {
   using Type = SumsToMono8;
 };
+template <>
+struct SharedWriter<RGB565Writer<false>> {
+  using Type = SumsTo565;
+};
 #elif defined(__SSSE3__)
 template <>
 struct SharedWriter<MonoWriter<8>> {
@@ -660,11 +852,11 @@ template <bool blueFirst>
 struct SharedWriter<FourBytesWriter<blueFirst, false>> {
   using Type = SumsToFourBytes<blueFirst>;
 };
-#endif
 template <>
 struct SharedWriter<RGB565Writer<false>> {
   using Type = SumsTo565;
 };
+#endif
 
 /// ... and where they do not.
 template <class Writer>
@@ -685,10 +877,6 @@ struct SingleWriter<PlanarWriter<depth, false>> {
 template <>
 struct SingleWriter<PlanarWriter<8, false>> {
   using Type = PairsToPlanes;
-};
-template <>
-struct SingleWriter<RGB565Writer<false>> {
-  using Type = PairsTo565;
 };
 #endif
 
