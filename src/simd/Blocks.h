@@ -33,6 +33,11 @@ Grey(Channel) -> Grey<Channel>;
 template <class Channel>
 Colour(Channel, Channel, Channel) -> Colour<Channel>;
 
+/// Words of grey whose upper six bits alone count.
+struct UpperSix {
+  U16 a, b;
+};
+
 template <class Channel>
 struct Cast;
 
@@ -46,6 +51,13 @@ template <>
 struct Cast<Words> {
   static ZR_INLINE Words From(U8 x) { return WidenHigh(x); }
   static ZR_INLINE Words From(const Words& x) { return x; }
+};
+
+template <>
+struct Cast<UpperSix> {
+  static ZR_INLINE UpperSix From(U8 x) { return From(InterleaveBytes(x, x)); }
+  static ZR_INLINE UpperSix From(const Words& x) { return {x.a, x.b}; }
+  static ZR_INLINE UpperSix From(const UpperSix& x) { return x; }
 };
 
 template <class To, class From>

@@ -116,10 +116,10 @@ class BlockBytes {
   /// Of source line `from`, from pixel x on.
   template <class Line>
   ZR_INLINE const std::uint8_t* At(const Line& line, int from, std::size_t x) {
-    const std::uint8_t* bytes = line.source[from] + x / Reader::kGroupPixels * Reader::kGroupBytes;
+    const std::uint8_t* bytes = line.source[from] + BytesOf(x);
     Prefetch<kBlock>(bytes, line.ahead);
     if constexpr (Reader::kOverread > 0) {
-      const std::size_t after = (line.width - x - kWidth) / Reader::kGroupPixels * Reader::kGroupBytes;
+      const std::size_t after = BytesOf(line.width - x - kWidth);
       if (after < Reader::kOverread) {
         std::memcpy(mCopy, bytes, kBlock);
         return mCopy;
@@ -129,6 +129,16 @@ class BlockBytes {
   }
 
  private:
+  /// Of whole groups. With more bytes than pixels this sum takes fewer operations than one quotient, which
+  /// compilers cut to whole groups again.
+  static ZR_INLINE std::size_t BytesOf(std::size_t pixels) {
+    constexpr std::size_t kPixels = Reader::kGroupPixels, kBytes = Reader::kGroupBytes;
+    if constexpr (kBytes > kPixels && kBytes < 2 * kPixels)
+      return pixels + pixels / kPixels * (kBytes - kPixels);
+    else
+      return pixels / kPixels * kBytes;
+  }
+
   static constexpr std::size_t kBlock = kWidth / Reader::kGroupPixels * Reader::kGroupBytes;
   std::uint8_t mCopy[Reader::kOverread > 0 ? kBlock + Reader::kOverread : 1];
 };

@@ -76,7 +76,7 @@ template <class Form>
 struct PackedReader {
   static constexpr int kGroupPixels = Form::kPixels, kGroupBytes = Form::kBytes;
   static constexpr int kOverread = Packed<Form>::kOverread;
-  static constexpr bool kWordsFirst = !HasUpperBytes<Form>;
+  static constexpr bool kWordsFirst = true;
 
   explicit ZR_INLINE PackedReader(const KernelArgs& args) : mForm{args.shift} {}
 
@@ -84,6 +84,8 @@ struct PackedReader {
   ZR_INLINE Grey<Channel> Read(const std::uint8_t* p) const {
     if constexpr (std::is_same_v<Channel, U8>)
       return {Packed<Form>::ReadHigh(mForm, p)};
+    else if constexpr (std::is_same_v<Channel, UpperSix>)
+      return {Packed<Form>::ReadTop(p)};
     else
       return {Packed<Form>::Read(mForm, p)};
   }
@@ -114,6 +116,14 @@ struct SubByte {
     }
   }
 
+  /// A vector of words of five, six and five bits.
+  template <int vector>
+  static ZR_INLINE U8 Read565(const std::uint8_t* p) requires(bits == 1) {
+    __mmask32 pixels;
+    std::memcpy(&pixels, p + vector * sizeof pixels, sizeof pixels);
+    return As<U8>(_mm512_movm_epi16(pixels));
+  }
+
  private:
   static ZR_INLINE U8 Scale(U8 samples) {
     struct Scaled {
@@ -128,7 +138,7 @@ struct SubByte {
 #elif defined(__AVX2__)
 
 /// Each pixel's byte gets the nibble, or for single bits the byte, that holds the sample, which is then
-/// looked up where it stands.
+/// looked up where it stands. Words of five, six and five bits are looked up byte by byte.
 template <int bits>
 struct SubByte {
   static constexpr int kOverread = 0;
@@ -138,7 +148,21 @@ struct SubByte {
     if constexpr (bits == 1)
       return As<U8>((Spread<Repeat>::Read(p) & sample) == sample);
     else
-      return ShuffleBytes(Constant<Scaled>::Get(), Nibbles(p) & sample);
+      return ShuffleBytes(Constant<Scaled>::Get(), Nibbles<false>(p) & sample);
+  }
+
+  /// A vector of words of five, six and five bits.
+  template <int vector>
+  static ZR_INLINE U8 Read565(const std::uint8_t* p) {
+    if constexpr (bits == 1) {
+      const U16 bit = As<U16>(Constant<Bit>::Get());
+      return As<U8>((As<U16>(ShuffleBytes(Bits(p), Constant<Half<vector>>::Get())) & bit) == bit);
+    } else {
+      const U8 samples = Nibbles<true>(p) & Constant<Sample>::Get();
+      const U8 low = ShuffleBytes(Constant<Byte565<0>>::Get(), samples);
+      const U8 high = ShuffleBytes(Constant<Byte565<1>>::Get(), samples);
+      return vector == 0 ? UnpackLow8(low, high) : UnpackHigh8(low, high);
+    }
   }
 
  private:
@@ -155,6 +179,20 @@ struct SubByte {
     }
   };
 
+  /// A bit of a word for each pixel of half a block, whose bytes lie in every 32-bit element.
+  struct Bit {
+    static constexpr int At(int i) { return (1 << i / 2) >> (8 * (i % 2)) & 0xFF; }
+  };
+  template <int vector>
+  struct Half {
+    static constexpr int At(int i) { return 2 * vector + i % 2; }
+  };
+  static ZR_INLINE U8 Bits(const std::uint8_t* p) {
+    std::uint32_t pixels;
+    std::memcpy(&pixels, p, sizeof pixels);
+    return As<U8>(Splat32(pixels));
+  }
+
   struct Scaled {
     static constexpr int At(int i) {
       const int nibble = i % 16, sample = bits == 2 && nibble % 4 == 0 ? nibble / 4 : nibble;
@@ -162,18 +200,30 @@ struct SubByte {
     }
   };
 
+  /// The low or the high byte of a grey word of five, six and five bits.
+  template <int byte>
+  struct Byte565 {
+    static constexpr int At(int i) {
+      const int grey = Scaled::At(i);
+      return (grey >> 3 << 11 | grey >> 2 << 5 | grey >> 3) >> (8 * byte) & 0xFF;
+    }
+  };
+
   /// The nibbles of four bits a pixel, or twice those of two bits; there is more above them in their bytes.
+  /// `spread`: their 64-bit parts as SpreadHalves orders them.
+  template <bool spread>
   static ZR_INLINE U8 Nibbles(const std::uint8_t* p) {
     if constexpr (bits == 4) {
-      const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), high = _mm_srli_epi16(low, 4);
-      return As<U8>(_mm256_set_m128i(_mm_unpackhi_epi8(low, high), _mm_unpacklo_epi8(low, high)));
+      const U16 two = As<U16>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))));
+      const U8 nibbles = As<U8>(two | (two << 4));
+      return spread ? SpreadHalves(nibbles) : nibbles;
     } else {
       struct Twice {
-        static constexpr int At(int i) { return i / 2; }
+        static constexpr int At(int i) { return spread ? i / 16 * 4 + i % 16 / 8 * 8 + i % 8 / 2 : i / 2; }
       };
       const __m128i low = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), high = _mm_srli_epi16(low, 4);
-      const __m256i both = _mm256_castsi128_si256(_mm_unpacklo_epi8(low, high));
-      return ShuffleBytes(As<U8>(_mm256_permute4x64_epi64(both, 0x50)), Constant<Twice>::Get());
+      const __m256i both = _mm256_broadcastsi128_si256(_mm_unpacklo_epi8(low, high));
+      return ShuffleBytes(As<U8>(both), Constant<Twice>::Get());
     }
   }
 };
@@ -229,6 +279,12 @@ struct SubByteReader {
   template <class Channel>
   ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
     return {SubByte<bits>::Read(p)};
+  }
+
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const
+      requires(std::same_as<To, Word565>&& requires { SubByte<bits>::template Read565<vector>(p); }) {
+    return SubByte<bits>::template Read565<vector>(p);
   }
 };
 

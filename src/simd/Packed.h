@@ -2,13 +2,15 @@
 
 #include <iterator>
 
+#include "simd/Blocks.h"
 #include "simd/PixelLayout.h"
 #include "simd/Spread.h"
 
 /// Packed samples to words of the 16-bit scale. A form says how many samples and bytes a group has and scales
 /// the samples of half a vector from their first byte on. Where two bytes hold a sample, its Map says which
 /// ones these are, kFactors what moves the sample (or its low bits) to the top of the word that they make,
-/// and Scaled does so. kUpperByte: the second one holds the upper eight bits and nothing else.
+/// and Scaled does so. kUpperByte: the second one holds the upper eight bits and nothing else. Top gives
+/// words whose upper bytes are those of the samples, with anything below.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -45,6 +47,11 @@ struct Form10p {
 
   /// Words whose upper bytes are those of the samples, of the bytes that Map spreads.
   static ZR_INLINE U16 Lifted(U8 bytes) { return As<U16>(bytes) * EveryFour<64, 16, 4, 1>(); }
+
+  template <int apart = 1>
+  static ZR_INLINE U16 Top(const std::uint8_t* p) {
+    return Lifted(Spread<Map>::template Read<apart>(p));
+  }
 };
 
 /// Two samples in three bytes, least significant bits first; two such groups are taken as one.
@@ -66,6 +73,11 @@ struct Form12p {
   }
 
   static ZR_INLINE U16 Lifted(U8 bytes) { return As<U16>(bytes) * EveryFour<16, 1, 16, 1>(); }
+
+  template <int apart = 1>
+  static ZR_INLINE U16 Top(const std::uint8_t* p) {
+    return Lifted(Spread<Map>::template Read<apart>(p));
+  }
 };
 
 /// Sample k of four has bits 14k to 14k + 13 of seven bytes, so it lies in up to three bytes. The two bytes
@@ -85,29 +97,63 @@ struct Form14p {
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 factor = EveryFour<4, 16, 64, 1>();
-    const U16 upper = As<U16>(Spread<Upper>::template Read<apart>(p)) * factor;
-    const U16 before = (As<U16>(Spread<Before>::template Read<apart>(p)) * factor) >> 8;
-    return (upper | before) & Splat16(0xFFFC);
+    const U16 before = (As<U16>(Spread<Before>::template Read<apart>(p)) * Factors()) >> 8;
+    return (Top<apart>(p) | before) & Splat16(0xFFFC);
   }
+
+  template <int apart = 1>
+  static ZR_INLINE U16 Top(const std::uint8_t* p) {
+    return As<U16>(Spread<Upper>::template Read<apart>(p)) * Factors();
+  }
+
+ private:
+  static ZR_INLINE U16 Factors() { return EveryFour<4, 16, 64, 1>(); }
 };
 
 /// Two samples in three bytes: the first and last byte hold the upper eight bits, the middle one the nibbles
-/// that are ORed in `shift` bits up (first pixel's nibble high).
+/// that are ORed in `shift` bits up (first pixel's nibble high): 4 for 12 bits, or 6 for 10 bits, whose
+/// nibbles reach two bits into the upper bytes. Top has the upper six bits only.
 struct FormPairPacked {
   static constexpr int kPixels = 2, kBytes = 3;
   struct Map {  // nibbles' byte low, upper bits' byte high
     static constexpr int kBytes = 6, kResult = 8;
     static constexpr int At(int j) { return j / 4 * 3 + (j % 2 == 0 ? 1 : j % 4 - 1); }
   };
-  std::uint32_t shift;
+
+  explicit ZR_INLINE FormPairPacked(std::uint32_t shift)
+      : mReach(shift != 4),
+        mFactors(Pinned(As<U8>(ShiftLeft(EveryFour<1, 16, 1, 16>(), shift - 4)))),
+        mNibble(Pinned(As<U8>(ShiftLeft(Splat16(0x0F), shift)))) {}
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    const U16 x = As<U16>(Spread<Map>::template Read<apart>(p));
-    const U16 nibble = ((x & Splat16(0xFF)) * EveryFour<1, 16, 1, 16>() >> 4) & Splat16(0x0F);
-    return (x & Splat16(0xFF00)) | ShiftLeft(nibble, shift);
+    const U16 x = Top<apart>(p);
+    return (x & Splat16(0xFF00)) | ((x * As<U16>(mFactors)) & As<U16>(mNibble));
   }
+
+  template <int apart = 1>
+  static ZR_INLINE U16 Top(const std::uint8_t* p) {
+    return As<U16>(Spread<Map>::template Read<apart>(p));
+  }
+
+  /// The middle bytes of pairs of pixels as upper bytes of words.
+  struct Middle {
+    static constexpr int kBytes = kWidth / 2 * 3;
+    static constexpr int At(int i) { return i % 2 == 0 ? -1 : i / 2 * 3 + 1; }
+  };
+
+  /// What those of 10 bits add to upper bytes: bits 7..6 of a middle byte to the first pixel's, 3..2 to the
+  /// second one's, which 64 + 1 / 64 times the byte has at their places.
+  static ZR_INLINE U8 Reaching(U8 middle) {
+    return As<U8>(MultiplyUpper(As<U16>(middle), (64 << 8) + 4) & Splat16(0x0303));
+  }
+
+  /// Whether the nibbles reach into the upper bytes.
+  ZR_INLINE bool Reach() const { return mReach; }
+
+ private:
+  bool mReach;
+  U8 mFactors, mNibble;
 };
 
 /// Samples whose upper eight bits have a byte of their own and whose low bits share another one, which is
@@ -125,7 +171,12 @@ struct SharedLowBits {
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
-    return Scaled(As<U16>(Spread<Map>::template Read<apart>(p)), EveryFour<factors...>());
+    return Scaled(Top<apart>(p), EveryFour<factors...>());
+  }
+
+  template <int apart = 1>
+  static ZR_INLINE U16 Top(const std::uint8_t* p) {
+    return As<U16>(Spread<Map>::template Read<apart>(p));
   }
 };
 
@@ -176,18 +227,30 @@ struct Form14pCsi2 {
     }
   };
   using Map = Upper;
+  static constexpr bool kUpperByte = true;
   std::uint32_t shift;
 
   template <int apart = 1>
   ZR_INLINE U16 Scale(const std::uint8_t* p) const {
     const U16 lower = (As<U16>(Spread<Lower>::template Read<apart>(p)) * EveryFour<64, 1, 4, 16>()) >> 4;
-    return As<U16>(Spread<Upper>::template Read<apart>(p)) | (lower & Splat16(0xFC));
+    return Top<apart>(p) | (lower & Splat16(0xFC));
+  }
+
+  template <int apart = 1>
+  static ZR_INLINE U16 Top(const std::uint8_t* p) {
+    return As<U16>(Spread<Upper>::template Read<apart>(p));
   }
 };
 
 /// Whether the upper eight bits of each sample are a byte.
 template <class Form>
 concept HasUpperBytes = Form::kUpperByte;
+
+/// Whether that is so but for bits that other bytes may add.
+template <class Form>
+concept NibblesReachUp = requires {
+  typename Form::Middle;
+};
 
 /// Whether two bytes hold each sample.
 template <class Form>
@@ -288,26 +351,48 @@ struct Packed {
     return {form.Scale(p), form.Scale(p + kHalf)};
   }
 
+  /// The upper six bits of the samples, and anything below.
+  static ZR_INLINE UpperSix ReadTop(const std::uint8_t* p) { return {Form::Top(p), Form::Top(p + kHalf)}; }
+
   /// The upper 8 bits of the samples.
   static ZR_INLINE U8 ReadHigh(const Form& form, const std::uint8_t* p) {
-    using Grey = PixelLayout<1, 1, false>;
     if constexpr (kGathers && HasUpperBytes<Form>)
-      return MovedSamples<Form, Grey, Grey>::template ReadHigh<0>(p);
+      return Gather<UpperBytes>(p);
+    else if constexpr (kGathers && NibblesReachUp<Form>)
+      return WithNibbles(form, p);
+    else
+      return Narrowed(form, p);
+  }
+
+ private:
+  /// The second bytes of all samples.
+  struct UpperBytes {
+    static constexpr int kBytes = kTaken;
+    static constexpr int At(int i) { return i / 4 * Form::Map::kBytes + Form::Map::At(i % 4 * 2 + 1); }
+  };
+
+  static ZR_INLINE U8 WithNibbles(const Form& form, const std::uint8_t* p) {
+    const U8 upper = Gather<UpperBytes>(p);
+    return form.Reach() ? upper | Form::Reaching(Gather<typename Form::Middle>(p)) : upper;
+  }
+
+  static ZR_INLINE U8 Narrowed([[maybe_unused]] const Form& form, const std::uint8_t* p) {
 #if defined(__AVX512VBMI__)
     if constexpr (requires { Form::kBits; }) return Fields<Form::kBits>(p);
 #endif
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
+    using Grey = PixelLayout<1, 1, false>;
     if constexpr (InTwoBytes<Form>) return MovedSamples<Form, Grey, Grey>::template ReadHigh<0>(p);
     // With every second lane of samples in one vector, packing gives natural order.
-    const U16 even = form.template Scale<2>(p), odd = form.template Scale<2>(p + kHalf / 2);
+    const U16 even = Form::template Top<2>(p), odd = Form::template Top<2>(p + kHalf / 2);
     return PackClipped(As<S16>(even >> 8), As<S16>(odd >> 8));
 #else
-    return NarrowHigh(Read(form, p));
+    if constexpr (NibblesReachUp<Form>) return NarrowHigh(Read(form, p));
+    return NarrowHigh({Form::Top(p), Form::Top(p + kHalf)});
 #endif
   }
 
 #if defined(__AVX512VBMI__)
- private:
   /// Four samples that follow one another bit by bit fill whole bytes, which are put into 64 bits.
   struct Four {
     static constexpr int kBytes = 4 / Form::kPixels * Form::kBytes, kResult = 8;

@@ -358,11 +358,6 @@ struct RGB565Reader {
   }
 
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
-  /// The upper halves of products of words.
-  static ZR_INLINE S16 High(U16 x, unsigned factor) {
-    return As<S16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
-  }
-
   /// Bytes as products: 8.25 times five bits, 4.0625 times six, rounded down.
   static ZR_INLINE Colour<U8> ReadBytes(const std::uint8_t* p) {
     const auto lane = [&](int i)
@@ -370,10 +365,12 @@ struct RGB565Reader {
     // With every second lane in one vector, packing gives natural order.
     const U16 a = As<U16>(_mm256_set_m128i(lane(2), lane(0))),
               b = As<U16>(_mm256_set_m128i(lane(3), lane(1)));
-    const auto channel = [&](auto bytes) ZR_ALWAYS { return PackClipped(bytes(a), bytes(b)); };
-    return Ordered<blueFirst>(channel([](U16 x) ZR_ALWAYS { return High(x & Splat16(0xF800), 264); }),
-                              channel([](U16 x) ZR_ALWAYS { return High(x & Splat16(0x07E0), 8320); }),
-                              channel([](U16 x) ZR_ALWAYS { return High(x << 11, 264); }));
+    const auto channel = [&](auto bytes)
+                             ZR_ALWAYS { return PackClipped(As<S16>(bytes(a)), As<S16>(bytes(b))); };
+    return Ordered<blueFirst>(
+        channel([](U16 x) ZR_ALWAYS { return MultiplyUpper(x & Splat16(0xF800), 264); }),
+        channel([](U16 x) ZR_ALWAYS { return MultiplyUpper(x & Splat16(0x07E0), 8320); }),
+        channel([](U16 x) ZR_ALWAYS { return MultiplyUpper(x << 11, 264); }));
   }
 #endif
 };

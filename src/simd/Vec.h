@@ -155,6 +155,39 @@ ZR_INLINE U16 ShiftRight(U16 x, std::uint32_t count) {
 #endif
 }
 
+/// The upper halves of the 32-bit products of words.
+ZR_INLINE U16 MultiplyUpper(U16 x, unsigned factor) {
+#if defined(__AVX512VBMI__)
+  return As<U16>(_mm512_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+#elif defined(__AVX2__)
+  return As<U16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+#elif defined(__x86_64__)
+  return As<U16>(_mm_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+#elif defined(__wasm_simd128__)
+  const Native by = As<Native>(Splat16(factor));
+  return As<U16>(wasm_i16x8_shuffle(wasm_u32x4_extmul_low_u16x8(As<Native>(x), by),
+                                    wasm_u32x4_extmul_high_u16x8(As<Native>(x), by), 1, 3, 5, 7, 9, 11, 13,
+                                    15));
+#else
+  const uint16x8_t words = As<uint16x8_t>(x), by = As<uint16x8_t>(Splat16(factor));
+  return As<U16>(vuzp2q_u16(As<uint16x8_t>(vmull_u16(vget_low_u16(words), vget_low_u16(by))),
+                            As<uint16x8_t>(vmull_high_u16(words, by))));
+#endif
+}
+
+/// Grey as words of five, six and five bits, from the upper six bits of words.
+ZR_INLINE U16 Grey565(U16 x) {
+#if defined(__aarch64__)
+  const uint16x8_t grey = As<uint16x8_t>(x);
+  return As<U16>(vsriq_n_u16(grey, vsriq_n_u16(grey, grey, 6), 5));
+#elif defined(__x86_64__)
+  // 32.5 times six bits are these bits above their upper five.
+  return (x & Splat16(0xF800)) | MultiplyUpper(x & Splat16(0xFC00), 2080);
+#else
+  return (x & Splat16(0xF800)) | ((x >> 5) & Splat16(0x07E0)) | (x >> 11);
+#endif
+}
+
 /// 0xFF in each byte where Mask::At(i) is true, else 0.
 template <class Mask>
 ZR_INLINE U8 Where() {
