@@ -10,20 +10,6 @@ namespace {
 
 constexpr std::uint32_t kTile = 4;
 
-/// How the kernels find samples that are read where they lie.
-simd::Scf1Samples SamplesOf(const SCF1Recipe& recipe) {
-  switch (recipe.samples.reader) {
-    case simd::SourceReader::Mono8:
-      return simd::Scf1Samples::Bytes;
-    case simd::SourceReader::Mono10p:
-      return simd::Scf1Samples::Packed10;
-    case simd::SourceReader::Mono12p:
-      return simd::Scf1Samples::Packed12;
-    default:
-      return simd::Scf1Samples::Words;
-  }
-}
-
 simd::Scf1TilesFunction TilesKernel(simd::Scf1Samples samples, bool toBytes) {
   return simd::CurrentLevel().scf1->tiles[static_cast<std::size_t>(samples)][toBytes ? 1 : 0];
 }
@@ -34,7 +20,7 @@ SCF1Fast::SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recip
     : mContext(context),
       mTile(SCF1TileOf(context.mFlags)),
       mToBytes(recipe.ToBytes()),
-      mKernel(TilesKernel(SamplesOf(recipe), mToBytes)),
+      mKernel(TilesKernel(recipe.Kind(), mToBytes)),
       mRowsKernel(
           TilesKernel(recipe.FromBytes() ? simd::Scf1Samples::Bytes : simd::Scf1Samples::Words, mToBytes)),
       mSamples(context, recipe.Samples()),

@@ -22,10 +22,9 @@ std::ptrdiff_t RowOfValues(const PixelConverterContext& context, std::ptrdiff_t 
   return 2 * row + 1 < height ? row : row - 2;
 }
 
-/// The scale of lines that are taken apart.
-int ApartDepth(const SCF1Recipe& recipe) {
-  if (recipe.FromBytes()) return 8;
-  return recipe.samples.shift >= 16 - 12 ? 12 : 0;
+/// Whether lines are taken apart: those of samples of up to 12 bits.
+bool AreApart(const SCF1Recipe& recipe) {
+  return recipe.FromBytes() || recipe.samples.shift >= 16 - 12;
 }
 
 simd::Scf1CellRowFunction CellRowKernel(bool apart, bool toBytes) {
@@ -33,13 +32,25 @@ simd::Scf1CellRowFunction CellRowKernel(bool apart, bool toBytes) {
   return !apart ? kernels.cellRow : toBytes ? kernels.apartToBytes : kernels.apartToWords;
 }
 
+simd::Scf1ApartFunction ApartKernel(simd::Scf1Samples samples) {
+  return simd::CurrentLevel().scf1->apart[static_cast<std::size_t>(samples)];
+}
+
+/// Whether lines of so many columns can be taken apart without being copied to rows.
+bool FitsKernel(std::uint32_t columns) {
+  constexpr std::uint32_t kGroup = 4;
+  return columns >= simd::kScf1Vector && columns % kGroup == 0;
+}
+
 }  // namespace
 
 SCF1Interpolation::SCF1Interpolation(const PixelConverterContext& context, const SCF1Recipe& recipe)
     : mContext(context),
-      mApartDepth(ApartDepth(recipe)),
-      mToBytes(mApartDepth != 0 && recipe.ToBytes()),
-      mCellRow(CellRowKernel(mApartDepth != 0, mToBytes)),
+      mApart(AreApart(recipe)),
+      mToBytes(mApart && recipe.ToBytes()),
+      mTakeApart(ApartKernel(recipe.Kind())),
+      mTakeRowsApart(ApartKernel(recipe.KindOfRows())),
+      mCellRow(CellRowKernel(mApart, mToBytes)),
       mSamples(context, recipe.Samples()),
       mPixels(context, recipe, mToBytes) {}
 
@@ -55,7 +66,7 @@ class SCF1Interpolation::Work {
   void Run();
 
  private:
-  /// Of each cell of a row: means, or sums if lines are taken apart.
+  /// Of each cell of a row: means, or what they miss to 65535 if lines are taken apart.
   struct CellValues {
     SCF1CellRow colour, white;
   };
@@ -77,7 +88,7 @@ class SCF1Interpolation::Work {
   SourceLines Pair(std::ptrdiff_t upper, std::ptrdiff_t lower) const;
   void MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values) const;
   void TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row, CellValues& values) const;
-  void TakePartApart(const SourceLines& pair, const MosaicColumns& part, bool areRows, CellRow& row,
+  void TakePartApart(const SourceLines& pair, const MosaicColumns& part, bool direct, CellRow& row,
                      CellValues& values) const;
   template <class Element>
   void Complete(CellValues& values) const;
@@ -94,7 +105,7 @@ class SCF1Interpolation::Work {
 };
 
 void SCF1Interpolation::Run(const SCF1Lines& lines) const {
-  const std::uint32_t most = mApartDepth != 0 ? kSCF1Columns : kSCF1Columns / 2;
+  const std::uint32_t most = mApart ? kSCF1Columns : kSCF1Columns / 2;
   for (MosaicColumns columns{0, 0}; columns.end < lines.width;) {
     columns = SCF1Part(columns.end, lines.width, most);
     Work(*this, lines, columns).Run();
@@ -127,7 +138,7 @@ void SCF1Interpolation::Work::Make(std::ptrdiff_t row) {
 /// The two lines go to `row`, the values of the cells that they make to `values`.
 void SCF1Interpolation::Work::MakeCells(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
                                         CellValues& values) {
-  if (mDemosaic.mApartDepth != 0)
+  if (mDemosaic.mApart)
     TakeApart(upper, lower, row, values);
   else
     MakeMeans(upper, lower, row, values);
@@ -162,11 +173,10 @@ void SCF1Interpolation::Work::MakeMeans(std::ptrdiff_t upper, std::ptrdiff_t low
 void SCF1Interpolation::Work::TakeApart(std::ptrdiff_t upper, std::ptrdiff_t lower, CellRow& row,
                                         CellValues& values) const {
   const SourceLines pair = Pair(upper, lower);
-  const bool areRows =
-      mDemosaic.mSamples.AreRows() && mRead.Count() % 2 == 0 && mRead.Count() >= simd::kScf1Vector;
+  const bool direct = mDemosaic.mTakeApart != nullptr && FitsKernel(mRead.Count());
   for (MosaicColumns part{mRead.first, mRead.first}; part.end < mRead.end;) {
-    part = areRows ? mRead : SCF1Part(part.end, mRead.end, kSCF1SampleColumns);
-    TakePartApart(pair, part, areRows, row, values);
+    part = direct ? mRead : SCF1Part(part.end, mRead.end, kSCF1SampleColumns);
+    TakePartApart(pair, part, direct, row, values);
   }
   const std::ptrdiff_t end = ColumnsToEdge() / 2;
   if (AtFirstColumn()) row.line[1].Copy<std::uint16_t>(-1, 0);
@@ -174,7 +184,7 @@ void SCF1Interpolation::Work::TakeApart(std::ptrdiff_t upper, std::ptrdiff_t low
   Complete<std::uint16_t>(values);
 }
 
-void SCF1Interpolation::Work::TakePartApart(const SourceLines& pair, const MosaicColumns& part, bool areRows,
+void SCF1Interpolation::Work::TakePartApart(const SourceLines& pair, const MosaicColumns& part, bool direct,
                                             CellRow& row, CellValues& values) const {
   const SCF1Samples& samples = mDemosaic.mSamples;
   SCF1SampleRow rows[2];
@@ -185,15 +195,14 @@ void SCF1Interpolation::Work::TakePartApart(const SourceLines& pair, const Mosai
                        std::max<std::size_t>((part.Count() + 1) / 2 * 2, simd::kScf1Vector),
                        0,
                        0};
-  if (areRows) {
+  if (direct) {
     for (std::ptrdiff_t i = 0; i < 2; ++i) args.line[i] = samples.At(pair.At(i), part.first);
     args.shift = samples.Shift();
     args.prefetch = samples.Prefetch();
   } else {
     samples.Read(pair, 2, part, rows[0].First(), sizeof rows[0]);
   }
-  const simd::Scf1Kernels& kernels = *simd::CurrentLevel().scf1;
-  (mDemosaic.mApartDepth == 8 ? kernels.bytesApart : kernels.wordsApart)(args);
+  (direct ? mDemosaic.mTakeApart : mDemosaic.mTakeRowsApart)(args);
 }
 
 /// A cell that the right edge cuts becomes a copy of the cell two to its left; then the cells are mirrored.
@@ -219,7 +228,6 @@ void SCF1Interpolation::Work::Interpolate(std::ptrdiff_t row) {
       {above.values.white.First(), own.values.white.First(), below.values.white.First()},
       {},
       (std::size_t{mColumns.Count()} + 1) / 2,
-      mDemosaic.mApartDepth,
       mTile.greenFirst != isLower,
       mDemosaic.mPixels.GreenOnly()};
   for (std::size_t i = 0; i < 2; ++i) mPlanes[i].List(args.plane[i], mTile.redAbove != isLower);

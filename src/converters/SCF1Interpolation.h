@@ -18,8 +18,10 @@ class SCF1Interpolation {
   class Work;
 
   const PixelConverterContext& mContext;
-  int mApartDepth;  ///< scale of lines that are taken apart; 0 for samples of more than 12 bits
-  bool mToBytes;    ///< the planes of colours hold bytes
+  bool mApart;                             ///< lines are taken apart
+  bool mToBytes;                           ///< the planes of colours hold bytes
+  simd::Scf1ApartFunction mTakeApart;      ///< of samples where they lie, if there is one
+  simd::Scf1ApartFunction mTakeRowsApart;  ///< of rows of samples
   simd::Scf1CellRowFunction mCellRow;
   SCF1Samples mSamples;
   SCF1Pixels mPixels;

@@ -88,6 +88,19 @@ bool SCF1Recipe::ToBytes() const {
   return kDestinations[static_cast<std::size_t>(writer)].depth == 8;
 }
 
+simd::Scf1Samples SCF1Recipe::Kind() const {
+  switch (samples.reader) {
+    case SourceReader::Mono8:
+      return simd::Scf1Samples::Bytes;
+    case SourceReader::Mono10p:
+      return simd::Scf1Samples::Packed10;
+    case SourceReader::Mono12p:
+      return simd::Scf1Samples::Packed12;
+    default:
+      return simd::Scf1Samples::Words;
+  }
+}
+
 LineRecipe SCF1Recipe::Samples() const {
   LineRecipe recipe = samples;
   if (FromBytes()) recipe.writer = simd::PixelWriter::Mono8;
@@ -95,8 +108,7 @@ LineRecipe SCF1Recipe::Samples() const {
 }
 
 SCF1Samples::SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe)
-    : mAreRows(recipe.reader == SourceReader::Mono16 || recipe.writer == simd::PixelWriter::Mono8),
-      mPlan(context, recipe) {
+    : mPlan(context, recipe) {
   // Lines are read piece by piece, several at a time, so what follows in memory is not what is read next.
   if (mPlan.Args().ahead.toSecond != 0)
     mPlan.Args().ahead.toSecond = kPrefetchedLines * context.mSourceStride;

@@ -27,6 +27,11 @@ struct SCF1Recipe {
   bool ToBytes() const;
   /// Whether samples are bytes.
   bool FromBytes() const { return samples.reader == simd::SourceReader::Mono8; }
+  /// How the kernels find samples where they lie, and in rows.
+  simd::Scf1Samples Kind() const;
+  simd::Scf1Samples KindOfRows() const {
+    return FromBytes() ? simd::Scf1Samples::Bytes : simd::Scf1Samples::Words;
+  }
   /// The recipe of rows of samples: of bytes if samples are bytes, else of words.
   LineRecipe Samples() const;
 };
@@ -95,8 +100,6 @@ class SCF1Samples {
   /// By `recipe`, to rows of words or of bytes.
   SCF1Samples(const PixelConverterContext& context, const LineRecipe& recipe);
 
-  /// Whether the kernels of SCF1 may read the samples where they are, instead of rows.
-  bool AreRows() const { return mAreRows; }
   const std::uint8_t* At(const std::uint8_t* line, std::size_t column) const {
     return line + mPlan.SourceBytes(column);
   }
@@ -109,7 +112,6 @@ class SCF1Samples {
             std::ptrdiff_t pitch) const;
 
  private:
-  bool mAreRows;
   LinePlan mPlan;
 };
 

@@ -44,31 +44,32 @@ struct Scf1Cells {
   std::size_t cells;
 };
 
-/// Two lines taken apart, for samples of up to 12 bits: words for each cell, on the 8-bit scale if lines are
-/// of bytes, on the 12-bit scale if they are of words.
+/// Two lines taken apart, for samples of up to 14 bits: words on the 16-bit scale for each cell.
 struct Scf1Apart {
   const std::uint8_t* line[2];
   std::uint8_t* white[2];  ///< sites of the upper and of the lower line
-  std::uint8_t* sum[2];    ///< of the two coloured sites and of the two white ones
-  std::size_t columns;     ///< kScf1Vector or more, an even number; nothing beyond them is read or written
-  std::uint32_t shift;     ///< as in Scf1Tiles
+  std::uint8_t*
+      missing[2];  ///< 65535 less the mean of the two coloured sites, and less that of the white ones
+  std::size_t
+      columns;  ///< kScf1Vector or more, a multiple of 2, of packed samples of 4; nothing else is used
+  std::uint32_t shift;  ///< as in Scf1Tiles
   std::ptrdiff_t prefetch;
 };
 
 /// The pixels of a row of cells. Each row has elements before its first and after its last one. Of lines
-/// taken apart, `line` has the white sites: `colour` and `white` are sums.
+/// taken apart, `line` has the white sites: `colour` and `white` are what the means miss to 65535.
 struct Scf1CellRow {
   const std::uint8_t* line[4];    ///< the two lines of the cells between the one above and the one below
   const std::uint8_t* colour[3];  ///< of the cells above, of these and of those below
   const std::uint8_t* white[3];
   std::uint8_t* plane[2][3];  ///< of the upper and of the lower line, in the order of Scf1Tiles
   std::size_t cells;
-  int depth;        ///< scale of lines taken apart, 8 or 12 bits
   bool greenFirst;  ///< the first cell is a green one
   bool greenOnly;   ///< only the planes of green are written
 };
 
 using Scf1TilesFunction = void (*)(const Scf1Tiles&);
+using Scf1ApartFunction = void (*)(const Scf1Apart&);
 using Scf1CellRowFunction = void (*)(const Scf1CellRow&);
 
 struct Scf1Kernels {
@@ -76,10 +77,9 @@ struct Scf1Kernels {
                          [2];  ///< to words and to bytes; null where samples have to be unpacked
   void (*cells)(const Scf1Cells&);
   Scf1CellRowFunction cellRow;
-  void (*bytesApart)(const Scf1Apart&);
-  void (*wordsApart)(const Scf1Apart&);
+  Scf1ApartFunction apart[kScf1Samples];  ///< null where samples have to be unpacked
   Scf1CellRowFunction apartToBytes;
-  Scf1CellRowFunction apartToWords;
+  Scf1CellRowFunction apartToWords;  ///< of samples of up to 12 bits
 };
 
 }  // namespace ZrConvertersLib::simd

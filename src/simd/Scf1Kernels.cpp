@@ -9,9 +9,9 @@
 /// the even column in the lower half, that of the odd one in the upper half. Both are widened where they are,
 /// computed and put back without a shuffle.
 ///
-/// The sums of eight samples of up to 12 bits fit words, so the cells of these are summed in words, even and
-/// odd columns apart. Such sums lose no bit; means on the 16-bit scale do not either, and the quotient of two
-/// sums is that of the two means.
+/// Samples of up to 14 bits are interpolated from words, even and odd columns apart: on the 16-bit scale the
+/// means of two of them, and of two such means, have no fraction. Rows of cells hold what is missing to
+/// 65535, because there is an instruction for means that are rounded up.
 
 namespace ZrConvertersLib::simd {
 namespace {
@@ -20,10 +20,6 @@ constexpr std::size_t kElement = 4;  ///< bytes of a cell in a row
 
 ZR_INLINE U32 LoadCells(const std::uint8_t* p) {
   return As<U32>(Load(p));
-}
-/// Of words that are to be shifted to the 16-bit scale.
-ZR_INLINE U32 LoadShifted(const std::uint8_t* p, std::uint32_t shift) {
-  return As<U32>(ShiftLeft(As<U16>(Load(p)), shift));
 }
 ZR_INLINE U32 Even(U32 sites) {
   return sites & Splat32(0xFFFF);
@@ -411,60 +407,145 @@ ZR_INLINE U16 LoadWord(const std::uint8_t* p) {
   return As<U16>(Load(p));
 }
 
-void BytesApart(const Scf1Apart& apart) {
-  const Scf1Apart row = apart;  // so that no store can change it
-  EachBlock<1, 2>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
-    Unrolled<2>([&](auto i) ZR_ALWAYS { PrefetchInto<kWidth, 2>(row.line[i] + x, row.prefetch); });
-    const U16 upper = LoadWord(row.line[0] + x), lower = LoadWord(row.line[1] + x);
-    const U16 white[] = {upper & Splat16(0xFF), lower >> 8};
-    Store(row.white[0] + x, white[0]);
-    Store(row.white[1] + x, white[1]);
-    Store(row.sum[0] + x, (upper >> 8) + (lower & Splat16(0xFF)));
-    Store(row.sum[1] + x, white[0] + white[1]);
-  });
-}
+/// The sites of a line in even and in odd columns, on the 16-bit scale.
+struct Columns {
+  U16 even, odd;
+};
 
-/// The sites of kElements cells in one line, as 32-bit elements on the 12-bit scale.
-struct Sites {
-  U32 even, odd;
+struct ByteColumns {
+  static constexpr int kPixels = 1, kBytes = 1, kGroup = 2;
 
-  explicit ZR_INLINE Sites(const std::uint8_t* p, std::uint32_t shift) {
-    const U32 both = As<U32>(As<U16>(LoadShifted(p, shift)) >> 4);
-    even = Even(both);
-    odd = Odd(both);
+  static ZR_INLINE Columns Read(const std::uint8_t* p, std::uint32_t) {
+    const U16 both = LoadWord(p);
+    return {both << 8, both & Splat16(0xFF00)};
   }
 };
 
-ZR_INLINE U16 JoinWords(U32 a, U32 b) {
-  return As<U16>(JoinHalves(As<U8>(PackSigned(As<S32>(a), As<S32>(b)))));
-}
+struct WordColumns {
+  static constexpr int kPixels = 1, kBytes = 2, kGroup = 2;
 
-void WordsApart(const Scf1Apart& apart) {
+  static ZR_INLINE Columns Read(const std::uint8_t* p, std::uint32_t shift) {
+    return Part(ShiftLeft(LoadWord(p), shift), ShiftLeft(LoadWord(p + kWidth), shift));
+  }
+
+ private:
+  /// Every second word of two vectors from word `odd` on.
+  template <int odd>
+  struct Words {
+    static constexpr int At(int i) { return (2 * (i / 2) + odd) * 2 % kLane + i % 2; }
+  };
+
+  static ZR_INLINE Columns Part(U16 a, U16 b) {
+#if defined(__AVX512VBMI__)
+    return {EverySecond<0>(As<Native>(a), As<Native>(b)), EverySecond<1>(As<Native>(a), As<Native>(b))};
+#elif defined(__x86_64__)
+    const U8 x = EvenThenOdd(As<U8>(a)), y = EvenThenOdd(As<U8>(b));
+    return {As<U16>(JoinHalves(UnpackLow64(x, y))), As<U16>(JoinHalves(UnpackHigh64(x, y)))};
+#else
+    return [&]<int... i>(std::integer_sequence<int, i...>) ZR_ALWAYS->Columns {
+      return {__builtin_shufflevector(a, b, 2 * i...), __builtin_shufflevector(a, b, 2 * i + 1 ...)};
+    }
+    (std::make_integer_sequence<int, kWidth / 2>());
+#endif
+  }
+
+#if defined(__AVX512VBMI__)
+  template <int odd>
+  static ZR_INLINE U16 EverySecond(Native a, Native b) {
+    const auto index = As<Native>(Constant<Words<odd>>::Get());
+    const Native low = _mm512_permutexvar_epi8(index, a);
+    return As<U16>(_mm512_mask_permutexvar_epi8(low, 0xFFFFFFFF00000000, index, b));
+  }
+#elif defined(__SSSE3__)
+  static ZR_INLINE U8 EvenThenOdd(U8 x) {
+    struct Index {
+      static constexpr int At(int i) { return i < 8 ? Words<0>::At(i) : Words<1>::At(i - 8); }
+    };
+    return ShuffleLanes<Index>(x);
+  }
+#elif defined(__x86_64__)
+  static ZR_INLINE U8 EvenThenOdd(U8 x) {
+    const U16 pairs = __builtin_shufflevector(As<U16>(x), As<U16>(x), 0, 2, 1, 3, 4, 6, 5, 7);
+    return As<U8>(__builtin_shufflevector(As<U32>(pairs), As<U32>(pairs), 0, 2, 1, 3));
+  }
+#endif
+};
+
+/// Packed samples, parted as they are spread.
+template <class Form>
+struct PackedColumns {
+  static constexpr int kPixels = Form::kPixels, kBytes = Form::kBytes, kGroup = 4;
+
+  /// Even columns in the first half of each lane, odd ones in the second.
+  struct Map {
+    static constexpr int kResult = kLane, kBytes = kLane / 8 * Form::Map::kBytes;
+    static constexpr int Sample(int i) { return i / 2 * 2 % (kLane / 2) + i / (kLane / 2); }
+    static constexpr int At(int i) {
+      return Sample(i) / 4 * Form::Map::kBytes + Form::Map::At(Sample(i) % 4 * 2 + i % 2);
+    }
+  };
+  struct Factors {
+    static constexpr int At(int i) {
+      return static_cast<int>(Form::kFactors[Map::Sample(i % kLane) % 4] >> (i % 2 * 8) & 0xFF);
+    }
+  };
+  using Groups = Spread<Map>;
+
+  static ZR_INLINE Columns Read(const std::uint8_t* p, std::uint32_t) {
+#if defined(__AVX512VBMI__)
+    const auto a = As<Native>(Scaled(Groups::Read(p))),
+               b = As<Native>(Scaled(Groups::Read(p + Groups::kTaken)));
+    return {As<U16>(_mm512_shuffle_i64x2(a, b, 0x44)), As<U16>(_mm512_shuffle_i64x2(a, b, 0xEE))};
+#else
+    // With every second lane of samples in one vector, both halves are in natural order.
+    const U8 a = Scaled(Groups::template Read<2>(p)), b = Scaled(Groups::template Read<2>(p + Map::kBytes));
+    return {As<U16>(UnpackLow64(a, b)), As<U16>(UnpackHigh64(a, b))};
+#endif
+  }
+
+ private:
+  static ZR_INLINE U8 Scaled(U8 bytes) {
+    return As<U8>(Form::Scaled(As<U16>(bytes), As<U16>(Constant<Factors>::Get())));
+  }
+};
+
+template <class Source>
+void TakeApart(const Scf1Apart& apart) {
   const Scf1Apart row = apart;  // so that no store can change it
-  EachBlock<1, 2>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
-    Unrolled<2>([&](auto i) ZR_ALWAYS { PrefetchInto<2 * kWidth, 2>(row.line[i] + 2 * x, row.prefetch); });
-    const auto sites = [&](int line, int vector)
-                           ZR_ALWAYS { return Sites(row.line[line] + 2 * x + vector * kWidth, row.shift); };
-    const Sites upper[] = {sites(0, 0), sites(0, 1)}, lower[] = {sites(1, 0), sites(1, 1)};
-    const U16 white[] = {JoinWords(upper[0].even, upper[1].even), JoinWords(lower[0].odd, lower[1].odd)};
-    Store(row.white[0] + x, white[0]);
-    Store(row.white[1] + x, white[1]);
-    Store(row.sum[0] + x, JoinWords(upper[0].odd + lower[0].even, upper[1].odd + lower[1].even));
-    Store(row.sum[1] + x, white[0] + white[1]);
+  EachBlock<1, Source::kGroup>(row.columns, row.white[0], [&](std::size_t x) ZR_ALWAYS {
+    const std::size_t at = x / Source::kPixels * Source::kBytes;
+    constexpr int kBlock = kWidth / Source::kPixels * Source::kBytes;
+    Unrolled<2>([&](auto i) ZR_ALWAYS { PrefetchInto<kBlock, 2>(row.line[i] + at, row.prefetch); });
+    const Columns upper = Source::Read(row.line[0] + at, row.shift);
+    const Columns lower = Source::Read(row.line[1] + at, row.shift);
+    Store(row.white[0] + x, upper.even >> 2);
+    Store(row.white[1] + x, lower.odd >> 2);
+    Store(row.missing[0] + x, ~MeanUp(upper.odd, lower.even));
+    // White of at least 1 in each cell makes all means of cells at least 1 and changes none that is more.
+    Store(row.missing[1] + x, ~Max16(MeanUp(upper.even, lower.odd), Splat16(1)));
   });
 }
 
-/// The bilinear sums of a row of cells from it and its neighbours: of one, of two or of four cells.
+/// Packed samples are read where they lie only if nothing beyond them is loaded.
+template <class Form>
+constexpr Scf1ApartFunction TakePackedApart() {
+  if constexpr (PackedSites<Form>::Groups::kOverread == 0)
+    return TakeApart<PackedColumns<Form>>;
+  else
+    return nullptr;
+}
+
+/// The bilinear means of a row of cells from it and its neighbours, all as what is missing to 65535.
 template <bool greenFirst>
-ZR_INLINE Three<U16> BilinearSums(const std::uint8_t* const (&row)[3], std::size_t at) {
+ZR_INLINE Three<U16> BilinearMeans(const std::uint8_t* const (&row)[3], std::size_t at) {
   constexpr int kCell = 2;
   const std::uint8_t *const above = row[0] + at, *const own = row[1] + at, *const below = row[2] + at;
   const auto vertical = [&](int cell) ZR_ALWAYS {
-    return LoadWord(above + kCell * cell) + LoadWord(below + kCell * cell);
+    return MeanUp(LoadWord(above + kCell * cell), LoadWord(below + kCell * cell));
   };
-  const U16 centre = LoadWord(own), beside = LoadWord(own - kCell) + LoadWord(own + kCell);
-  const U16 middle = vertical(0), corners = vertical(-1) + vertical(1);
-  return {{Alternating<greenFirst>(beside, centre), Alternating<greenFirst>(centre, beside + middle),
+  const U16 centre = LoadWord(own), beside = MeanUp(LoadWord(own - kCell), LoadWord(own + kCell));
+  const U16 middle = vertical(0), corners = MeanUp(vertical(-1), vertical(1));
+  return {{Alternating<greenFirst>(beside, centre), Alternating<greenFirst>(centre, MeanUp(beside, middle)),
            Alternating<greenFirst>(middle, corners)}};
 }
 
@@ -482,61 +563,59 @@ class WordScale {
         mOffset(As<F32>(As<U32>(mExponent) & Splat32(0xFFFF0000))) {}
 
   ZR_INLINE Halves operator()(U16 x) const {
-    return {As<F32>(UnpackLow16(As<U8>(x), As<U8>(mExponent))) - mOffset,
-            As<F32>(UnpackHigh16(As<U8>(x), As<U8>(mExponent))) - mOffset};
+    const Halves numbers = WithOffset(x);
+    return {numbers.low - mOffset, numbers.high - mOffset};
+  }
+
+  /// Of what words miss to 65535.
+  ZR_INLINE Halves Missing(U16 x) const {
+    const Halves numbers = WithOffset(x);
+    const F32 most = As<F32>(As<U32>(mOffset) | Splat32(0xFFFF));
+    return {most - numbers.low, most - numbers.high};
   }
 
  private:
+  ZR_INLINE Halves WithOffset(U16 x) const {
+    return {As<F32>(UnpackLow16(As<U8>(x), As<U8>(mExponent))),
+            As<F32>(UnpackHigh16(As<U8>(x), As<U8>(mExponent)))};
+  }
+
   U16 mExponent;
   F32 mOffset;
 };
 
-/// 2^power.
-ZR_INLINE F32 PowerOfTwo(int power) {
-  return As<F32>(Splat32(static_cast<unsigned>(127 + power) << 23));
-}
-
-/// The sums of white that stand for 1 on the 16-bit scale.
-template <bool greenFirst>
-ZR_INLINE Three<F32> LeastWhite(int depth) {
-  const auto least = [depth](int greenCells, int otherCells) ZR_ALWAYS {
-    const int shift = depth - 16 + 1;
-    return As<F32>(Alternating<greenFirst>(As<U32>(PowerOfTwo(shift + greenCells)),
-                                           As<U32>(PowerOfTwo(shift + otherCells))));
-  };
-  return {{least(1, 0), least(0, 2), least(1, 2)}};
-}
-
 /// How much of white each colour is.
 template <class To, bool greenFirst>
-ZR_INLINE Three<Halves> ApartQuotients(const Scf1CellRow& row, const Three<F32>& least, std::size_t at) {
-  const WordScale unscaled(0);
-  const Three<U16> colour = BilinearSums<greenFirst>(row.colour, at);
-  const Three<U16> white = BilinearSums<greenFirst>(row.white, at);
+ZR_INLINE Three<Halves> ApartQuotients(const Scf1CellRow& row, std::size_t at) {
+  const WordScale scale(0);
+  const Three<U16> colour = BilinearMeans<greenFirst>(row.colour, at);
+  const Three<U16> white = BilinearMeans<greenFirst>(row.white, at);
   Three<Halves> quotient;
   Unrolled<3>([&](auto i) ZR_ALWAYS {
-    const Halves c = unscaled(colour.v[i]), w = unscaled(white.v[i]);
-    quotient.v[i] = {To::Limited(c.low / Larger(w.low, least.v[i])),
-                     To::Limited(c.high / Larger(w.high, least.v[i]))};
+    const Halves c = scale.Missing(colour.v[i]);
+    const Halves w = scale.Missing(white.v[i]);
+    quotient.v[i] = {To::Limited(c.low / w.low), To::Limited(c.high / w.high)};
   });
   return quotient;
 }
 
-/// Four times the white of the pixels of even and of odd columns.
-struct FourWhites {
-  U16 even, odd;
+/// White of the pixels of even and of odd columns.
+struct Whites {
+  Halves even, odd;
 };
 
 /// Of the upper (0) or of the lower line (1). A coloured site of the upper line has white ones in its own
-/// cell and in the next one, and in the lines above and below.
-template <int line>
-ZR_INLINE FourWhites FourWhitesOf(const Scf1CellRow& row, std::size_t at) {
+/// cell and in the next one, and in the lines above and below. They are on the 14-bit scale, so the sum of
+/// four is on the 16-bit scale.
+template <class To, int line>
+ZR_INLINE Whites WhitesOf(const Scf1CellRow& row, std::size_t at) {
+  const WordScale scale(To::kScale), scaleOfOwn(To::kScale + 2);
   constexpr int kNext = line == 0 ? 2 : -2;
   const U16 own = LoadWord(row.line[1 + line] + at);
   const U16 sum = own + LoadWord(row.line[1 + line] + at + kNext) + LoadWord(row.line[line] + at) +
                   LoadWord(row.line[line + 2] + at);
-  if constexpr (line == 0) return {own << 2, sum};
-  return {sum, own << 2};
+  if constexpr (line == 0) return {scaleOfOwn(own), scale(sum)};
+  return {scale(sum), scaleOfOwn(own)};
 }
 
 ZR_INLINE S32 Product(F32 quotient, F32 white) {
@@ -571,34 +650,48 @@ struct ToBytes {
   }
 };
 
+/// Words even[0], odd[0], even[1], odd[1], ...
+ZR_INLINE void StoreInterleaved(std::uint8_t* p, U16 even, U16 odd) {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  // Stores of lanes take no shuffle.
+  const auto low = As<Native>(UnpackLow16(As<U8>(even), As<U8>(odd)));
+  const auto high = As<Native>(UnpackHigh16(As<U8>(even), As<U8>(odd)));
+  Store(p, _mm256_castsi256_si128(low));
+  Store(p + 16, _mm256_castsi256_si128(high));
+  Store(p + 32, _mm256_extracti128_si256(low, 1));
+  Store(p + 48, _mm256_extracti128_si256(high, 1));
+#else
+  const Words words = InterleaveWords(even, odd);
+  Store(p, words.a);
+  Store(p + kWidth, words.b);
+#endif
+}
+
 struct ToWords {
   static constexpr int kScale = 0;
 
-  /// So that products stay below 2^31. White is at least 4 unless it is 0: what this limits exceeds 65535.
+  /// So that products stay below 2^31. Of samples of up to 12 bits white is at least 4 unless it is 0: what
+  /// this limits exceeds 65535.
   static ZR_INLINE F32 Limited(F32 quotient) { return Smaller(quotient, F32{} + 32767.0F); }
 
   static ZR_INLINE void Put(std::uint8_t* plane, std::size_t at, const Halves& quotient, const Halves& even,
                             const Halves& odd) {
     const U16 evens = PackUnsigned(Product(quotient.low, even.low), Product(quotient.high, even.high));
     const U16 odds = PackUnsigned(Product(quotient.low, odd.low), Product(quotient.high, odd.high));
-    const Words pixels = InterleaveWords(evens, odds);
-    Store(plane + 2 * at, pixels.a);
-    Store(plane + 2 * at + kWidth, pixels.b);
+    StoreInterleaved(plane + 2 * at, evens, odds);
   }
 };
 
 template <class To, bool greenFirst, bool greenOnly>
 void RunApartRow(const Scf1CellRow& apart) {
   const Scf1CellRow row = apart;  // so that no store can change it
-  const Three<F32> least = LeastWhite<greenFirst>(row.depth);
-  const WordScale scale(16 - 2 - row.depth + To::kScale);
   for (std::size_t at = 0; at < 2 * row.cells; at += kWidth) {
-    const Three<Halves> quotient = ApartQuotients<To, greenFirst>(row, least, at);
+    const Three<Halves> quotient = ApartQuotients<To, greenFirst>(row, at);
     Unrolled<2>([&](auto line) ZR_ALWAYS {
-      const FourWhites white = FourWhitesOf<line>(row, at);
-      const Halves even = scale(white.even), odd = scale(white.odd);
+      const Whites white = WhitesOf<To, line>(row, at);
       Unrolled<3>([&](auto i) ZR_ALWAYS {
-        if constexpr (!greenOnly || i == 1) To::Put(row.plane[line][i], at, quotient.v[i], even, odd);
+        if constexpr (!greenOnly || i == 1)
+          To::Put(row.plane[line][i], at, quotient.v[i], white.even, white.odd);
       });
     });
   }
@@ -622,8 +715,7 @@ constinit const Scf1Kernels ZR_AT_LEVEL(kScf1Kernels) = {
      {PackedTiles<Form12p, WordPlanes>(), PackedTiles<Form12p, BytePlanes>()}},
     Cells,
     CellRow,
-    BytesApart,
-    WordsApart,
+    {TakeApart<WordColumns>, TakeApart<ByteColumns>, TakePackedApart<Form10p>(), TakePackedApart<Form12p>()},
     ApartRow<ToBytes>,
     ApartRow<ToWords>};
 
