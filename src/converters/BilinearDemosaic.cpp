@@ -20,9 +20,12 @@ constexpr std::uint32_t kWholeBlock = 64;
 /// groups.
 constexpr std::uint32_t kColumns = 4096, kBeside = 64;
 
-/// Bytes of the samples of even, or of odd, columns, which are words.
+constexpr std::size_t kCacheLine = 64;
+
+/// Bytes of the samples of even, or of odd, columns, which are words, and of what they begin behind a cache
+/// line.
 constexpr std::size_t HalfRow(std::uint32_t columns) {
-  return (std::size_t{columns} + 2 * kBeside + 63) / 64 * 64;
+  return (std::size_t{columns} + 2 * kBeside + 2 * kCacheLine - 1) / kCacheLine * kCacheLine;
 }
 
 /// Rows for two pairs of lines of the longest, which fit the first-level cache. A pair that reaches past the
@@ -36,8 +39,10 @@ constexpr std::uint32_t RowPairsKept(std::size_t pitch) {
   return static_cast<std::uint32_t>(std::max<std::size_t>(kOfShortRows / (2 * pitch), 2));
 }
 
-LineRecipe LinesRecipe(const MosaicRecipe& recipe) {
-  return {.reader = SourceReader::BayerBilinear, .writer = recipe.writer, .fromCaches = true};
+/// `inOrder`: with ordinary stores only, which replace one another in the order of the program.
+LineRecipe LinesRecipe(simd::PixelWriter writer, bool inOrder) {
+  return {
+      .reader = SourceReader::BayerBilinear, .writer = writer, .throughCaches = inOrder, .fromCaches = true};
 }
 
 LineRecipe SplitRecipe(const MosaicRecipe& recipe) {
@@ -62,6 +67,7 @@ struct BilinearDemosaic::Work {
   const MosaicColumns& columns;
   std::uint8_t* rows;  ///< the first row
   std::size_t half;    ///< bytes from the samples of even columns to those of odd ones
+  std::size_t offset;  ///< bytes that the rows begin behind a cache line
 
   std::size_t Pitch() const { return 2 * half; }
   std::uint8_t* Row(std::size_t i) const { return rows + i * Pitch(); }
@@ -69,12 +75,44 @@ struct BilinearDemosaic::Work {
   /// The place of a column, which may be up to kBeside beside these.
   template <class Byte>
   Byte* Place(Byte* row, std::uint32_t column) const {
-    return row + (kBeside + column / 2 * 2 - columns.first / 2 * 2) + column % 2 * half;
+    return row + (offset + kBeside + column / 2 * 2 - columns.first / 2 * 2) + column % 2 * half;
   }
+
+  /// Of the first pair.
+  std::array<std::uint8_t*, 2> Destinations(const LinePlan& plan) const {
+    return PairDestinations(context, plan.DestinationBytes(columns.first));
+  }
+
+  /// Converts pairs whose first one has these rows. They begin an odd number of lines below a pair of the
+  /// context, or an even one.
+  void Run(LinePlan& plan, const Pairs& now, bool odd, const FourRows& from,
+           const std::array<std::uint8_t*, 2>& destinations) const;
 };
 
+void BilinearDemosaic::Work::Run(LinePlan& plan, const Pairs& now, bool odd, const FourRows& from,
+                                 const std::array<std::uint8_t*, 2>& destinations) const {
+  const MosaicTile tile = TileOf(context);
+  const std::uint32_t first = columns.first;
+  const std::ptrdiff_t down = now.first * pairs.destinationStep;
+  plan.Args().redInLine = tile.redBelow == odd;
+  plan.Args().redAtEvenColumn = tile.redRight == (first % 2 != 0);
+  LineBlock block{{},
+                  {OffsetBy(destinations[0], down), OffsetBy(destinations[1], down)},
+                  columns.Count(),
+                  now.count,
+                  static_cast<std::ptrdiff_t>(2 * Pitch()),
+                  pairs.destinationStep};
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    block.source[2 * i] = Place(from[i], first);
+    block.source[2 * i + 1] = Place(from[i], first + 1);
+  }
+  plan.Run(block);
+}
+
 BilinearDemosaic::BilinearDemosaic(const PixelConverterContext& context, const MosaicRecipe& recipe)
-    : mLines(context, LinesRecipe(recipe)), mSplit(context, SplitRecipe(recipe)) {}
+    : mWriter(recipe.writer),
+      mLines(context, LinesRecipe(recipe.writer, false)),
+      mSplit(context, SplitRecipe(recipe)) {}
 
 void BilinearDemosaic::Run(const PixelConverterContext& context, const MosaicPairs& pairs) {
   if (pairs.width < 2) return;
@@ -92,8 +130,26 @@ void BilinearDemosaic::Run(const PixelConverterContext& context, const MosaicPai
 void BilinearDemosaic::RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs,
                                   const MosaicColumns& columns) {
   alignas(64) std::uint8_t rows[kRowBytes];
-  const Work work{context, pairs, columns, rows, HalfRow(columns.Count())};
+  const Work work{context, pairs, columns, rows, HalfRow(columns.Count()), RowOffset(context, columns)};
   for (std::uint32_t pair = RunInside(work); pair < pairs.count; ++pair) RunBeyond(work, pair);
+}
+
+/// So many bytes that kernels read rows at the addresses of whole vectors in the blocks that they store to
+/// such addresses. Pieces of streamed lines begin with a cache line of the destination; otherwise blocks are
+/// counted from the first pixel stored to the address of a vector.
+std::size_t BilinearDemosaic::RowOffset(const PixelConverterContext& context,
+                                        const MosaicColumns& columns) const {
+  const PreparedKernel& kernel = mLines.Kernel();
+  const auto destination =
+      reinterpret_cast<std::uintptr_t>(PairDestinations(context, mLines.DestinationBytes(columns.first))[0]);
+  const bool streamed = kernel.stream != nullptr;
+  const std::size_t vector = streamed ? kCacheLine : kernel.block;
+  for (std::size_t x = 0; x < kCacheLine; x += 2) {
+    const std::size_t bytes = mLines.DestinationBytes(x);
+    if ((streamed ? destination - bytes : destination + bytes) % vector == 0)
+      return streamed ? x : (kCacheLine - x) % kCacheLine;
+  }
+  return 0;
 }
 
 /// Converts the pairs that have both lines in the image, and returns their number. A pair of rows has the
@@ -111,54 +167,27 @@ std::uint32_t BilinearDemosaic::RunInside(const Work& work) {
     count = std::min(next == 0 ? 1 : kept - next, inside - pair);
     const std::ptrdiff_t lower = first + 2 * std::ptrdiff_t{pair} + 1;
     ReadLines(work, lower, lower + 2 * std::ptrdiff_t{count}, work.Row(2 * next));
-    RunPairs(work, {pair, count}, {work.Row(2 * at), work.Row(2 * at + 1), work.Row(2 * next)},
-             {work.Row(2 * at + 1), work.Row(2 * next), work.Row(2 * next + 1)});
+    work.Run(mLines, {pair, count}, false,
+             {work.Row(2 * at), work.Row(2 * at + 1), work.Row(2 * next), work.Row(2 * next + 1)},
+             work.Destinations(mLines));
   }
   return inside;
 }
 
 /// In a pair that reaches past the image each line has three rows of its own, because a line outside the
-/// image is mirrored where it is a neighbour, but not where it is itself a line of the pair.
+/// image is mirrored where it is a neighbour, but not where it is itself a line of the pair. Each is
+/// converted as the lower line of a pair, which overwrites what the upper one gives.
 void BilinearDemosaic::RunBeyond(const Work& work, std::uint32_t pair) {
+  LinePlan inOrder(work.context, LinesRecipe(mWriter, true));
   for (std::uint32_t line = 0; line < 2; ++line) {
     const std::ptrdiff_t own = LineNumber(work.context) + 2 * std::ptrdiff_t{pair} + line;
-    ReadRows(work, NeighbourLine(work.context, own - 1), 1, work.Row(3 * line));
-    ReadRows(work, own, 1, work.Row(3 * line + 1));
-    ReadRows(work, NeighbourLine(work.context, own + 1), 1, work.Row(3 * line + 2));
+    ReadRows(work, NeighbourLine(work.context, own - 1), 1, work.Row(1));
+    ReadRows(work, own, 1, work.Row(2));
+    ReadRows(work, NeighbourLine(work.context, own + 1), 1, work.Row(3));
+    const auto destination = work.Destinations(inOrder)[line];
+    work.Run(inOrder, {pair, 1}, line == 0, {work.Row(0), work.Row(1), work.Row(2), work.Row(3)},
+             {destination, destination});
   }
-  RunPairs(work, {pair, 1}, {work.Row(0), work.Row(1), work.Row(2)}, {work.Row(3), work.Row(4), work.Row(5)});
-}
-
-/// All upper lines are converted before the lower ones, unless planes overlap, where the order matters.
-void BilinearDemosaic::RunPairs(const Work& work, const Pairs& pairs, const ThreeRows& upper,
-                                const ThreeRows& lower) {
-  const std::size_t pixels = pairs.count * static_cast<std::size_t>(std::abs(work.pairs.destinationStep)) /
-                             mLines.DestinationBytes(1);
-  const std::uint32_t together = mLines.PlanesApart(pixels) ? pairs.count : 1;
-  for (std::uint32_t i = 0; i < pairs.count; i += together) {
-    const Pairs now{pairs.first + i, together};
-    const std::size_t down = 2 * i * work.Pitch();
-    RunLines(work, 0, now, {upper.above + down, upper.here + down, upper.below + down});
-    RunLines(work, 1, now, {lower.above + down, lower.here + down, lower.below + down});
-  }
-}
-
-/// The upper or the lower lines of pairs; the rows are those of the first one.
-void BilinearDemosaic::RunLines(const Work& work, std::uint32_t lower, const Pairs& pairs,
-                                const ThreeRows& rows) {
-  const MosaicTile tile = TileOf(work.context);
-  const std::uint32_t first = work.columns.first;
-  mLines.Args().redInLine = tile.redBelow == (lower == 1);
-  mLines.Args().redAtEvenColumn = tile.redRight == (first % 2 != 0);
-  std::uint8_t* const destination = PairDestinations(work.context, mLines.DestinationBytes(first))[lower];
-  mLines.Run(
-      {{work.Place(rows.above, first), work.Place(rows.above, first + 1), work.Place(rows.here, first),
-        work.Place(rows.here, first + 1), work.Place(rows.below, first), work.Place(rows.below, first + 1)},
-       {OffsetBy(destination, pairs.first * work.pairs.destinationStep)},
-       work.columns.Count(),
-       pairs.count,
-       static_cast<std::ptrdiff_t>(2 * work.Pitch()),
-       work.pairs.destinationStep});
 }
 
 /// Lines [first, end), those outside the image mirrored; lines that follow one another are read in one go.

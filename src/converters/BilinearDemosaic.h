@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "converters/MosaicLines.h"
 
 namespace ZrConvertersLib {
@@ -21,20 +23,18 @@ class BilinearDemosaic {
     std::uint32_t first, count;
   };
 
-  /// A line between its neighbours.
-  struct ThreeRows {
-    const std::uint8_t *above, *here, *below;
-  };
+  /// A pair of lines between its neighbours.
+  using FourRows = std::array<const std::uint8_t*, 4>;
 
+  std::size_t RowOffset(const PixelConverterContext& context, const MosaicColumns& columns) const;
   void RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs,
                   const MosaicColumns& columns);
   std::uint32_t RunInside(const Work& work);
   void RunBeyond(const Work& work, std::uint32_t pair);
-  void RunPairs(const Work& work, const Pairs& pairs, const ThreeRows& upper, const ThreeRows& lower);
-  void RunLines(const Work& work, std::uint32_t lower, const Pairs& pairs, const ThreeRows& rows);
   void ReadLines(const Work& work, std::ptrdiff_t first, std::ptrdiff_t end, std::uint8_t* row) const;
   void ReadRows(const Work& work, std::ptrdiff_t line, std::size_t count, std::uint8_t* row) const;
 
+  simd::PixelWriter mWriter;
   LinePlan mLines;  ///< from rows
   LinePlan mSplit;  ///< samples to rows
 };

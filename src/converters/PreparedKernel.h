@@ -17,7 +17,7 @@ inline constexpr std::size_t kLargestBlock = 64;
 
 /// The lines of one kernel call: pointers to their first pixels.
 struct LineBlock {
-  const std::uint8_t* source[6];
+  const std::uint8_t* source[8];
   std::uint8_t* destination[2];
   std::size_t pixels;
   std::size_t lines = 1;

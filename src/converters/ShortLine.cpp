@@ -32,7 +32,7 @@ void CopyOut(const PreparedKernel& kernel, const std::uint8_t* from, std::ptrdif
 void RunShortLine(const PreparedKernel& kernel, const LineBlock& line) {
   constexpr std::size_t kSource = kLargestBlock * kLargestPixel + 2 * kSlack;
   constexpr std::ptrdiff_t kPlane = 2 * kLargestBlock;
-  alignas(64) std::uint8_t sources[6][kSource];
+  alignas(64) std::uint8_t sources[8][kSource];
   alignas(64) std::uint8_t made[2][3 * kPlane];
   const simd::ReaderLines& lines = kernel.reader.lines;
   simd::KernelArgs args = kernel.args;

@@ -220,65 +220,109 @@ ZR_INLINE void WriteColumns(const ThreeBytesWriter<blueFirst>&, std::uint8_t* p,
         p, {{BytesOf(red.even, green.even), BytesOf(blue.even, red.odd), BytesOf(green.odd, blue.odd)}});
 }
 
-/// Bilinear demosaic of a line. Sites of the line's own colour and green ones alternate; the lines above and
-/// below have green and the third colour. A line comes as two rows of 16-bit samples, of even and of odd
-/// columns; these may be read one sample to either side.
+/// Bilinear demosaic of a pair of lines. In each line sites of its own colour and green ones alternate; the
+/// lines above and below have green and the third colour, which is the other line's own. Lines come as rows
+/// of 16-bit samples of even and of odd columns; these may be read one sample to either side. Rows 0 to 3 are
+/// the line above the pair, the pair and the line below. `ownOdd`: the upper line has its own colour in odd
+/// columns, and the lower one in even columns.
 template <bool ownOdd>
-class Bilinear {
+class BilinearPair {
  public:
-  /// Rows of even and of odd columns of the line above, of the line itself and of the one below.
-  explicit ZR_INLINE Bilinear(const std::uint8_t* const (&row)[6], std::size_t x)
-      : mAbove{row[0] + x, row[1] + x}, mHere{row[2] + x, row[3] + x}, mBelow{row[4] + x, row[5] + x} {}
+  /// Odd columns are equally far from even ones in all rows, so half of the pointers are enough.
+  template <class Line>
+  explicit ZR_INLINE BilinearPair(const Line& line, std::size_t x)
+      : mRow{line.source[0] + x, line.source[2] + x, line.source[4] + x, line.source[6] + x},
+        mToOdd(line.source[1] - line.source[0]),
+        mInUpper(Beside<1, !ownOdd>()),
+        mInLower(Beside<2, ownOdd>()) {}
 
-  ZR_INLINE auto Own() const { return Join(Sums<0>{At<ownOdd>(mHere)}, Sums<1>{Beside<!ownOdd>(mHere)}); }
-  ZR_INLINE auto Green() const {
-    const U16 edges = Beside<ownOdd>(mHere) + At<ownOdd>(mAbove) + At<ownOdd>(mBelow);
-    return Join(Sums<2>{edges}, Sums<0>{At<!ownOdd>(mHere)});
+  /// The upper line's own colour, in either line.
+  ZR_INLINE auto UpperOwn() const { return Join<ownOdd>(Sums<0>{At<1, ownOdd>()}, Sums<1>{mInUpper}); }
+  ZR_INLINE auto UpperOwnBelow() const {
+    const U16 corners = mInUpper + Beside<3, !ownOdd>();
+    return Join<!ownOdd>(Sums<2>{corners}, Sums<1>{At<1, ownOdd>() + At<3, ownOdd>()});
   }
-  ZR_INLINE auto Third() const {
-    const U16 corners = Beside<ownOdd>(mAbove) + Beside<ownOdd>(mBelow);
-    return Join(Sums<2>{corners}, Sums<1>{At<!ownOdd>(mAbove) + At<!ownOdd>(mBelow)});
+  /// The lower line's own colour, in either line.
+  ZR_INLINE auto LowerOwn() const { return Join<!ownOdd>(Sums<0>{At<2, !ownOdd>()}, Sums<1>{mInLower}); }
+  ZR_INLINE auto LowerOwnAbove() const {
+    const U16 corners = Beside<0, ownOdd>() + mInLower;
+    return Join<ownOdd>(Sums<2>{corners}, Sums<1>{At<0, !ownOdd>() + At<2, !ownOdd>()});
+  }
+  /// Green of a line: row 1 or 2.
+  template <int row>
+  ZR_INLINE auto Green() const {
+    constexpr bool kOwnOdd = ownOdd == (row == 1);
+    const U16 edges = Beside<row, kOwnOdd>() + (At<row - 1, kOwnOdd>() + At<row + 1, kOwnOdd>());
+    return Join<kOwnOdd>(Sums<2>{edges}, Sums<0>{At<row, !kOwnOdd>()});
   }
 
  private:
-  struct Rows {
-    const std::uint8_t *even, *odd;
-  };
-
   /// Samples in the even, or in the odd, columns of a block.
-  template <bool odd>
-  static ZR_INLINE U16 At(const Rows& rows) {
-    return As<U16>(Load(odd ? rows.odd : rows.even));
+  template <int row, bool odd>
+  ZR_INLINE U16 At() const {
+    return As<U16>(Load(mRow[row] + (odd ? mToOdd : 0)));
   }
   /// The sums of their neighbours to the left and to the right.
-  template <bool odd>
-  static ZR_INLINE U16 Beside(const Rows& rows) {
-    const std::uint8_t* const left = odd ? rows.even : rows.odd - 2;
+  template <int row, bool odd>
+  ZR_INLINE U16 Beside() const {
+    const std::uint8_t* const left = odd ? mRow[row] : mRow[row] + mToOdd - 2;
     return As<U16>(Load(left)) + As<U16>(Load(left + 2));
   }
 
-  template <int own, int green>
+  template <bool ownIsOdd, int own, int green>
   static ZR_INLINE auto Join(Sums<own> atOwn, Sums<green> atGreen) {
-    if constexpr (ownOdd)
+    if constexpr (ownIsOdd)
       return Columns<green, own>{atGreen, atOwn};
     else
       return Columns<own, green>{atOwn, atGreen};
   }
 
-  Rows mAbove, mHere, mBelow;
+  const std::uint8_t* mRow[4];
+  std::ptrdiff_t mToOdd;
+  U16 mInUpper, mInLower;  ///< sums that both lines need
 };
 
-template <bool ownOdd, bool ownRed, class Writer>
-void InterpolateLines(const KernelArgs& args) {
+template <bool ownOdd, bool upperRed, class Writer>
+void InterpolatePairs(const KernelArgs& args) {
   const Writer writer(args);
-  EachLine<6, 1>(args, [&](const auto& line) ZR_ALWAYS {
+  EachLine<8, 2>(args, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-      const Bilinear<ownOdd> pixels(line.source, x);
-      std::uint8_t* const p = line.destination[0] + x * Writer::kStep;
-      if constexpr (ownRed)
-        WriteColumns(writer, p, pixels.Own(), pixels.Green(), pixels.Third());
-      else
-        WriteColumns(writer, p, pixels.Third(), pixels.Green(), pixels.Own());
+      const BilinearPair<ownOdd> pixels(line, x);
+      std::uint8_t* const upper = line.destination[0] + x * Writer::kStep;
+      std::uint8_t* const lower = line.destination[1] + x * Writer::kStep;
+      const auto own = pixels.UpperOwn();
+      const auto third = pixels.LowerOwnAbove();
+      const auto green = pixels.template Green<1>();
+      const auto ownBelow = pixels.LowerOwn();
+      const auto thirdBelow = pixels.UpperOwnBelow();
+      const auto greenBelow = pixels.template Green<2>();
+      if constexpr (upperRed) {
+        WriteColumns(writer, upper, own, green, third);
+        WriteColumns(writer, lower, thirdBelow, greenBelow, ownBelow);
+      } else {
+        WriteColumns(writer, upper, third, green, own);
+        WriteColumns(writer, lower, ownBelow, greenBelow, thirdBelow);
+      }
+    });
+  });
+}
+
+/// Lookups take much code. They stand here once, for both lines and whichever colour is the upper line's own.
+template <bool ownOdd, class Writer>
+void InterpolateThroughTables(const KernelArgs& args) {
+  const Writer writer(args);
+  const int red = args.redInLine ? 0 : 2;
+  EachLine<8, 2>(args, [&](const auto& line) ZR_ALWAYS {
+    EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+      const BilinearPair<ownOdd> pixels(line, x);
+      using To = Join<U8>;
+      const U8 channels[2][3] = {
+          {To::Of(pixels.UpperOwn()), To::Of(pixels.template Green<1>()), To::Of(pixels.LowerOwnAbove())},
+          {To::Of(pixels.UpperOwnBelow()), To::Of(pixels.template Green<2>()), To::Of(pixels.LowerOwn())}};
+      for (int i = 0; i < 2; ++i) {
+        const U8* const at = channels[i];
+        writer.Write(line.destination[i] + x * Writer::kStep, Colour<U8>{at[red], at[1], at[2 - red]});
+      }
     });
   });
 }
@@ -289,17 +333,35 @@ inline constexpr bool kGreenOnly = false;
 template <int depth>
 inline constexpr bool kGreenOnly<MonoWriter<depth>> = true;
 
-/// Sources 0 to 5 are rows of even and of odd columns in turn, of three lines that follow one another.
+/// Whether a writer looks its bytes up.
+template <class Writer>
+inline constexpr bool kLooksUp = false;
+template <bool blueFirst>
+inline constexpr bool kLooksUp<ThreeBytesWriter<blueFirst, true>> = true;
+template <bool blueFirst>
+inline constexpr bool kLooksUp<FourBytesWriter<blueFirst, true>> = true;
+template <>
+inline constexpr bool kLooksUp<RGB565Writer<true>> = true;
+template <int depth>
+inline constexpr bool kLooksUp<PlanarWriter<depth, true>> = true;
+
+/// Sources 0 to 7 are rows of even and of odd columns in turn, of four lines that follow one another.
 struct BilinearLines {
   template <BlockWriter Writer>
   static void Run(const KernelArgs& args) {
-    constexpr bool kBlue = kGreenOnly<Writer>;  // as good as red
-    if (args.redAtEvenColumn == args.redInLine)
-      args.redInLine ? InterpolateLines<false, true, Writer>(args)
-                     : InterpolateLines<false, kBlue, Writer>(args);
+    args.redAtEvenColumn == args.redInLine ? RunPairs<false, Writer>(args) : RunPairs<true, Writer>(args);
+  }
+
+ private:
+  template <bool ownOdd, class Writer>
+  static ZR_INLINE void RunPairs(const KernelArgs& args) {
+    if constexpr (kLooksUp<Writer>)
+      InterpolateThroughTables<ownOdd, Writer>(args);
+    else if constexpr (kGreenOnly<Writer>)  // blue is as good as red
+      InterpolatePairs<ownOdd, true, Writer>(args);
     else
-      args.redInLine ? InterpolateLines<true, true, Writer>(args)
-                     : InterpolateLines<true, kBlue, Writer>(args);
+      args.redInLine ? InterpolatePairs<ownOdd, true, Writer>(args)
+                     : InterpolatePairs<ownOdd, false, Writer>(args);
   }
 };
 
@@ -316,7 +378,8 @@ void SplitLines(const KernelArgs& args) {
       Store(first, pairs & Splat16(0xFF));
       Store(second, pairs >> 8);
     };
-    EachBlock<1, 2>(line.width - line.width % 2, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
+    constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
+    EachBlock<1, kGroup>(line.width - line.width % 2, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       split(x, line.destination[0] + x, line.destination[1] + x);
     });
     if (const std::size_t x = line.width - kWidth; Samples::kGroupPixels == 1 && x % 2 != 0)

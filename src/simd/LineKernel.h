@@ -34,7 +34,7 @@ struct ReadAhead {
 
 /// What one kernel call converts: `width` pixels of each of some lines, or of pairs of lines for mosaics.
 struct KernelArgs {
-  const std::uint8_t* source[6];  ///< first sample of each source line the reader needs
+  const std::uint8_t* source[8];  ///< first sample of each source line the reader needs
   std::uint8_t* destination[2];   ///< first byte of each destination line (second for mosaics only)
   std::size_t width;              ///< pixels, a whole number of groups, at least the level's block
   std::size_t lines;              ///< lines, or pairs of them, to convert

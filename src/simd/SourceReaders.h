@@ -44,7 +44,7 @@
   row(BayerFast14pCsi2,     4, 7, kPairOfLines, BayerFast8, Mono14pCsi2)    \
   row(BayerFast10Gige,      2, 3, kPairOfLines, BayerFast8, Mono10Gige)     \
   row(BayerFast12Gige,      2, 3, kPairOfLines, BayerFast8, Mono12Gige)     \
-  row(BayerBilinear,        2, 2, kThreeRowsTwice)                          \
+  row(BayerBilinear,        2, 2, kFourRowsTwice)                           \
   row(BayerSplit8,          1, 1, kTwoRows)                                 \
   row(BayerSplit16,         1, 2, kTwoRows)                                 \
   row(BayerSplit10p,        4, 5, kTwoRows, BayerSplit8, Mono10p)           \
@@ -125,7 +125,7 @@ struct ReaderLines {
 };
 
 inline constexpr ReaderLines kOneLine{1, 1, 0}, kThreePlanes{3, 1, 0}, kPairOfLines{2, 2, 0},
-    kThreeRowsTwice{6, 1, 2}, kTwoRows{1, 2, 0}, kFromRowsOfBytes{2, 1, 1}, kFromRowsOfWords{2, 1, 2};
+    kFourRowsTwice{8, 2, 2}, kTwoRows{1, 2, 0}, kFromRowsOfBytes{2, 1, 1}, kFromRowsOfWords{2, 1, 2};
 
 /// The smallest whole number of pixels that fills whole bytes.
 struct ReaderGroup {
