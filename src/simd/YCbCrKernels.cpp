@@ -19,6 +19,60 @@ ZR_INLINE S32 First(const YCbCrMatrix& m, int chroma, int scale) {
 
 #if defined(__SSSE3__) && !defined(__AVX512VBMI__)
 #define ZR_READS_FOURS
+/// Sixteen bytes for each lane from byte `first` on of two parts of a block that have kBytes each. In a
+/// second lane those before `first` take the place of bytes beyond the part, so that none of them is read.
+template <int kBytes, int first, int low, int high>
+struct LanesOfParts {
+  static constexpr int kBeyond = kWidth > 16 && first + 16 > kBytes ? first + 16 - kBytes : 0;
+
+  static ZR_INLINE U8 Load(const std::uint8_t* p) {
+    const std::uint8_t* const at = p + low * kBytes + first;
+#if defined(__AVX2__)
+    return LoadLanes(at, p + high * kBytes + first - kBeyond);
+#else
+    return simd::Load(at);
+#endif
+  }
+
+  /// Byte i of a lane is byte Map::At(i) of the part, or 0 where that is negative.
+  template <class Map>
+  static ZR_INLINE U8 Shuffled(const std::uint8_t* p) {
+    struct Index {
+      static constexpr int At(int i) {
+        const int from = Map::At(i % 16);
+        return from < 0 ? 0xFF : from - first + (i < 16 ? 0 : kBeyond);
+      }
+    };
+    return ShuffleBytes(Load(p), Constant<Index>::Get());
+  }
+};
+
+#if defined(__AVX2__)
+template <int first>
+struct InTurn {
+  static constexpr int At(int i) { return first + i; }
+};
+
+/// Words whose upper bytes are those of eight packed samples of each lane's part, those at Order::At(i).
+template <class Form, class Order, class Lanes>
+ZR_INLINE U16 EightSamples(const std::uint8_t* p) {
+  using Map = typename Form::Map;
+  constexpr int kSamples = Map::kResult / 2;
+  struct Bytes {
+    static constexpr int At(int i) {
+      const int sample = Order::At(i / 2);
+      return sample / kSamples * Map::kBytes + Map::At(sample % kSamples * 2 + i % 2);
+    }
+  };
+  struct Factors {
+    static constexpr int At(int i) {
+      return i % 2 == 0 ? static_cast<int>(Form::kFactors[Order::At(i / 2 % 8) % 4]) : 0;
+    }
+  };
+  return As<U16>(Lanes::template Shuffled<Bytes>(p)) * As<U16>(Constant<Factors>::Get());
+}
+#endif
+
 /// The fours that the two lanes of a vector have.
 template <int low, int high>
 struct LanesOf {
@@ -87,34 +141,6 @@ class SingleReader : Samples {
   PairMatrix<true> mMatrix;
 };
 
-/// Sixteen bytes for each lane from byte `first` on of two fours that have kBytes each. In a second lane
-/// those before `first` take the place of bytes beyond the four, so that none of them is read.
-template <int kBytes, int first, int low, int high>
-struct LanesOfFours {
-  static constexpr int kBeyond = kWidth > 16 && first + 16 > kBytes ? first + 16 - kBytes : 0;
-
-  static ZR_INLINE U8 Load(const std::uint8_t* p) {
-    const std::uint8_t* const at = p + low * kBytes + first;
-#if defined(__AVX2__)
-    return LoadLanes(at, p + high * kBytes + first - kBeyond);
-#else
-    return simd::Load(at);
-#endif
-  }
-
-  /// Byte i of a lane is byte Map::At(i) of the four, or 0 where that is negative.
-  template <class Map>
-  static ZR_INLINE U8 Shuffled(const std::uint8_t* p) {
-    struct Index {
-      static constexpr int At(int i) {
-        const int from = Map::At(i % 16);
-        return from < 0 ? 0xFF : from - first + (i < 16 ? 0 : kBeyond);
-      }
-    };
-    return ShuffleBytes(Load(p), Constant<Index>::Get());
-  }
-};
-
 struct SingleBytes {
   static constexpr int kGroupPixels = 1, kGroupBytes = 3, kOverread = kWidth > 16 ? 0 : 4;
 
@@ -122,7 +148,7 @@ struct SingleBytes {
 
   template <class Lanes, class Order>
   static ZR_INLINE U8 Of(const std::uint8_t* p) {
-    return LanesOfFours<12, 0, Lanes::kLow, Lanes::kHigh>::template Shuffled<Order>(p);
+    return LanesOfParts<12, 0, Lanes::kLow, Lanes::kHigh>::template Shuffled<Order>(p);
   }
 };
 
@@ -144,7 +170,7 @@ struct SingleWords {
   template <class Lanes, class Order>
   ZR_INLINE U8 Of(const std::uint8_t* p) const {
     const auto eight = [&](auto first) ZR_ALWAYS {
-      return ShiftLeft(As<U16>(LanesOfFours<24, first, Lanes::kLow, Lanes::kHigh>::Load(p)), mShift);
+      return ShiftLeft(As<U16>(LanesOfParts<24, first, Lanes::kLow, Lanes::kHigh>::Load(p)), mShift);
     };
     return TwelveOf<Order>(eight(std::integral_constant<int, 0>{}), eight(std::integral_constant<int, 8>{}));
   }
@@ -259,7 +285,7 @@ class GreenSums {
         if (Map::At(i) >= 16) return false;
       return true;
     }();
-    return LanesOfFours < kFour, kFirstSixteen ? 0 : kFour - 16, Lanes::kLow,
+    return LanesOfParts < kFour, kFirstSixteen ? 0 : kFour - 16, Lanes::kLow,
            Lanes::kHigh > ::template Shuffled<Map>(p);
   }
 
@@ -307,29 +333,9 @@ class SinglePacked {
   struct EverySecond {
     static constexpr int At(int i) { return Order::At(2 * i + odd); }
   };
-  template <int first>
-  struct InTurn {
-    static constexpr int At(int i) { return first + i; }
-  };
-
-  /// Words whose upper bytes are those of eight samples of a four, taken from the bytes from `first` on.
   template <class Order, int first, class Lanes>
   static ZR_INLINE U16 Eight(const std::uint8_t* p) {
-    using Map = typename Form::Map;
-    constexpr int kSamples = Map::kResult / 2;
-    struct Bytes {
-      static constexpr int At(int i) {
-        const int sample = Order::At(i / 2);
-        return sample / kSamples * Map::kBytes + Map::At(sample % kSamples * 2 + i % 2);
-      }
-    };
-    struct Factors {
-      static constexpr int At(int i) {
-        return i % 2 == 0 ? static_cast<int>(Form::kFactors[Order::At(i / 2 % 8) % 4]) : 0;
-      }
-    };
-    return As<U16>(LanesOfFours<kFour, first, Lanes::kLow, Lanes::kHigh>::template Shuffled<Bytes>(p)) *
-           As<U16>(Constant<Factors>::Get());
+    return EightSamples<Form, Order, LanesOfParts<kFour, first, Lanes::kLow, Lanes::kHigh>>(p);
   }
 
   GreenSums<Form> mGreen;
@@ -714,6 +720,25 @@ struct SamplesPacked {
     return spread ? SpreadHalves(samples) : samples;
   }
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  static ZR_INLINE Vectors<2> Strips(const std::uint8_t* p) requires(InTwoBytes<Form> &&
+                                                                     !HasUpperBytes<Form>) {
+    return {{Pair<0>(p), Pair<2>(p)}};
+  }
+
+ private:
+  /// The eights of samples `eight` and the next one, and in the second lane those half a block further on.
+  template <int eight>
+  static ZR_INLINE U8 Pair(const std::uint8_t* p) {
+    return PackClipped(As<S16>(Upper<eight>(p) >> 8), As<S16>(Upper<eight + 1>(p) >> 8));
+  }
+  template <int eight>
+  static ZR_INLINE U16 Upper(const std::uint8_t* p) {
+    constexpr int kBytes = 8 / Form::kPixels * Form::kBytes;
+    return EightSamples<Form, InTurn<0>, LanesOfParts<kBytes, 0, eight, eight + kWidth / 8>>(p);
+  }
+#endif
+
  private:
   Form mForm;
 };
@@ -732,6 +757,22 @@ struct Samples411 {
     const U8 samples = Spread<Order>::Read(p);
     return spread ? SpreadHalves(samples) : samples;
   }
+
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+  static ZR_INLINE Vectors<2> Strips(const std::uint8_t* p) {
+    return {{Strip<0>(p), Strip<1>(p)}};
+  }
+
+ private:
+  /// The eight pixels `eight`, and in the second lane those half a block further on.
+  template <int eight>
+  static ZR_INLINE U8 Strip(const std::uint8_t* p) {
+    struct Bytes {
+      static constexpr int At(int i) { return i / 8 * Order::kBytes + Order::At(i % 8); }
+    };
+    return LanesOfParts<2 * Order::kBytes, 0, eight, eight + 2>::template Shuffled<Bytes>(p);
+  }
+#endif
 };
 
 #if !defined(__SSSE3__)
