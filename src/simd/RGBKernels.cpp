@@ -26,6 +26,30 @@ ZR_INLINE Vectors<3> Channels(const Vectors<4>& memory) {
   return Deinterleave4<size>(memory);
 }
 
+#if defined(__AVX2__)
+inline constexpr bool kPacks565 = true;
+
+ZR_INLINE U8 PackWords(U32 a, U32 b) {
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_packus_epi32(As<Native>(a), As<Native>(b)));
+#else
+  return As<U8>(_mm256_packus_epi32(As<Native>(a), As<Native>(b)));
+#endif
+}
+
+/// Vector `vector` of words of five, six and five bits from pixels of 32 bits, of which a layout makes them.
+template <class Layout, int vector>
+ZR_INLINE U8 Read565Of(const std::uint8_t* p) {
+  const auto words = [&](int i) ZR_ALWAYS { return Layout::To565(As<U32>(Load(p + i * kWidth))); };
+  return JoinHalves(PackWords(words(2 * vector), words(2 * vector + 1)));
+}
+#else
+inline constexpr bool kPacks565 = false;
+
+template <class Layout, int vector>
+U8 Read565Of(const std::uint8_t* p);
+#endif
+
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
 inline constexpr bool kSums565 = true;
 
@@ -46,10 +70,6 @@ ZR_INLINE U32 Word565Of(U8 pixels) {
     return Sum565<kFields, 0x00014001, 0x08000001>(pixels);
   else
     return Sum565<kFields, 0x00010240, 0x00010020>(pixels);
-}
-
-ZR_INLINE U8 PackWords(U32 a, U32 b) {
-  return As<U8>(_mm256_packus_epi32(As<Native>(a), As<Native>(b)));
 }
 
 /// Byte of a vector of four-byte pixels -> byte of the block as From, in the order in which packing two of
@@ -75,20 +95,11 @@ ZR_INLINE U8 Read565(const std::uint8_t* p) {
                      Word565Of<From::kBlueFirst>(Gather<ForPacking<From, 2 * vector + 1>>(p)));
   }
 }
-
-/// The same from words of 32 bits, of which a layout makes those of 16.
-template <class Layout, int vector>
-ZR_INLINE U8 Read565Of(const std::uint8_t* p) {
-  const auto words = [&](int i) ZR_ALWAYS { return Layout::To565(As<U32>(Load(p + i * kWidth))); };
-  return JoinHalves(PackWords(words(2 * vector), words(2 * vector + 1)));
-}
 #else
 inline constexpr bool kSums565 = false;
 
 template <class From, int vector>
 U8 Read565(const std::uint8_t* p);
-template <class Layout, int vector>
-U8 Read565Of(const std::uint8_t* p);
 #endif
 
 /// One byte a channel.
@@ -188,6 +199,195 @@ ZR_INLINE U8 ReadMoved(const std::uint8_t* p) {
     return As<U8>(Moved::template ReadWords<vector>(p));
 }
 
+/// The pairs of bytes that hold the samples of red, green or blue of half a block.
+template <class Form, class From, int vector, int channel>
+struct ChannelPairs {
+  using Moved = MovedSamples<Form, From, PixelLayout<2, 3, false>>;
+  static constexpr int kBytes = Moved::kBytes;
+  static constexpr int Element(int i) { return 3 * (vector * kWidth / 2 + i / 2) + channel; }
+  static constexpr int At(int i) { return Moved::Byte(Element(i), i % 2); }
+};
+
+#if defined(__AVX2__)
+/// Words of red, green and blue of half a block of packed samples, four a pixel. Where one shuffle reaches a
+/// whole vector, it takes a channel from all loads; elsewhere one sorts the samples of each lane.
+template <class Form, class From, int vector>
+struct WordsOfFour {
+#if defined(__AVX512VBMI__)
+  static ZR_INLINE Vectors<3> Read(const std::uint8_t* p) {
+    return ForEach<3>([&](auto channel) ZR_ALWAYS {
+      using Pairs = ChannelPairs<Form, From, vector, channel>;
+      return As<U8>(Form::Scaled(As<U16>(Gather<Pairs>(p)),
+                                 As<U16>(Constant<typename Pairs::Moved::template Factors<Pairs>>::Get())));
+    });
+  }
+#else
+  static ZR_INLINE Vectors<3> Read(const std::uint8_t* p) {
+    const Vectors<4> x = ForEach<4>([&](auto pair) ZR_ALWAYS { return Gather<Sorted<pair>>(p); });
+    const U8 low01 = UnpackLow32(x.v[0], x.v[1]), low23 = UnpackLow32(x.v[2], x.v[3]);
+    const U8 high01 = UnpackHigh32(x.v[0], x.v[1]), high23 = UnpackHigh32(x.v[2], x.v[3]);
+    return {{Scaled<0>(UnpackLow64(low01, low23)), Scaled<1>(UnpackHigh64(low01, low23)),
+             Scaled<2>(UnpackLow64(high01, high23))}};
+  }
+
+ private:
+  /// Two pixels a lane, each of whose channels stands in a 32-bit element.
+  template <int pair>
+  struct Sorted {
+    using Moved = MovedSamples<Form, From, PixelLayout<2, 4, false>>;
+    static constexpr int kBytes = Moved::kBytes;
+    static constexpr int At(int i) {
+      const int pixel = vector * kWidth / 2 + i / kLane * 8 + 2 * pair + i / 2 % 2;
+      return Moved::Byte(4 * pixel + i % kLane / 4, i % 2);
+    }
+  };
+
+  /// A pixel's samples begin with the first of a group or, of two in a group, with an even one.
+  template <int channel>
+  static ZR_INLINE U8 Scaled(U8 x) {
+    constexpr int kPlace = From::kBlueFirst ? 2 - channel : channel;
+    return As<U8>(Form::Scaled(As<U16>(x), Splat16(Form::kFactors[kPlace])));
+  }
+#endif
+};
+
+/// Packed samples with the channels of From to words of five, six and five bits.
+template <class Form, class From>
+struct Packed565 {
+  /// Vector `vector` of them.
+  template <int vector>
+  static ZR_INLINE U8 Read(const std::uint8_t* p) {
+#if defined(__AVX512VBMI__)
+    const U16 red = AtTop<Channel<vector, 0>>(p), green = AtTop<Channel<vector, 1>>(p),
+              blue = AtTop<Channel<vector, 2>>(p);
+    const U8 lower = Select(As<U8>(Splat16(0x07E0)), As<U8>(green >> 5), As<U8>(blue >> 11));
+    return Select(As<U8>(Splat16(0xF800)), As<U8>(red), lower);
+#else
+    if constexpr (kFoursInLanes)
+      return FromFours<vector>(p);
+    else
+      return JoinHalves(PackWords(Eight<2 * vector>(p), Eight<2 * vector + 1>(p)));
+#endif
+  }
+
+ private:
+  using Colours = MovedSamples<Form, From, PixelLayout<2, 3, false>>;
+
+  template <int vector, int channel>
+  using Channel = ChannelPairs<Form, From, vector, channel>;
+
+  /// Pairs of bytes to words with the samples at their top, and anything below.
+  template <class Elements>
+  static ZR_INLINE U16 Lifted(U8 pairs) {
+    if constexpr (HasUpperBytes<Form>)
+      return As<U16>(pairs);
+    else
+      return As<U16>(pairs) * As<U16>(Constant<typename Elements::Moved::template Factors<Elements>>::Get());
+  }
+
+  template <class Elements>
+  static ZR_INLINE U16 AtTop(const std::uint8_t* p) {
+    return Lifted<Elements>(Gather<Elements>(p));
+  }
+
+#if !defined(__AVX512VBMI__)
+  /// The upper halves of products.
+  static ZR_INLINE U16 Upper(U16 x, U16 factors) {
+    return As<U16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(factors)));
+  }
+
+  /// Sums of products of neighbouring words.
+  static ZR_INLINE U32 Sums(Native words, unsigned factors) {
+    return As<U32>(_mm256_madd_epi16(words, As<Native>(Splat32(factors))));
+  }
+
+  /// Four pixels of four samples, every second lane of a vector from `first` on.
+  template <int first>
+  struct Fours {
+    using Moved = MovedSamples<Form, From, PixelLayout<1, 4, false>>;
+    static constexpr int kBytes = Moved::kBytes;
+    static constexpr int Element(int i) { return first + i / kLane * kLane + i % kLane / 2; }
+    static constexpr int At(int i) { return Moved::Byte(Element(i), i % 2); }
+  };
+
+  /// Eight pixels as 32-bit elements: five or six bits of the samples as words, as bytes, and in sums.
+  template <int eight>
+  static ZR_INLINE U32 Eight(const std::uint8_t* p) {
+    const U16 fields = EveryFour<32, 64, 32, 0>();
+    const U8 bytes = PackClipped(As<S16>(Upper(AtTop<Fours<eight * kWidth>>(p), fields)),
+                                 As<S16>(Upper(AtTop<Fours<eight * kWidth + kLane / 2>>(p), fields)));
+    return Sums(_mm256_maddubs_epi16(As<Native>(bytes), As<Native>(Splat32(0x00010140))), 0x00010020);
+  }
+
+  /// Whether one load of a lane reaches all samples of four pixels.
+  static constexpr int kFourPixels = Colours::kBytes / (kWidth / 4);
+  static constexpr bool kFoursInLanes = kFourPixels < kLane;
+
+  /// Eight pixels as 32-bit elements, so that packing two vectors gives natural order.
+  template <int eight>
+  struct Spread {
+    static constexpr int kBytes = Colours::kBytes;
+    static constexpr int Pixel(int i) {
+      return eight / 2 * 16 + i / kLane * 8 + eight % 2 * 4 + i % kLane / 4;
+    }
+  };
+
+  /// The first and the last byte of a lane's pixels, and with it the load of the samples in them.
+  template <int eight>
+  struct Ends : Spread<eight> {
+    static constexpr int At(int i) {
+      if (i % kLane > 1) return -1;
+      return Spread<eight>::Pixel(i) / 4 * kFourPixels + i % kLane * (kFourPixels - 1);
+    }
+  };
+
+  template <int eight>
+  struct GreenAndBlue : Spread<eight> {
+    using Moved = Colours;
+    static constexpr int Element(int i) { return 3 * Spread<eight>::Pixel(i) + 1 + i / 2 % 2; }
+    static constexpr int At(int i) { return Moved::Byte(Element(i), i % 2); }
+  };
+
+  template <int eight>
+  struct Red : Spread<eight> {
+    static constexpr int At(int i) {
+      return i % 4 < 2 ? Colours::Byte(3 * Spread<eight>::Pixel(i), i % 2) : -1;
+    }
+  };
+
+  template <class Map, int eight>
+  static ZR_INLINE U8 GatherInEnds(const std::uint8_t* p) {
+    using Load = Gathering<Ends<eight>>;
+    struct Index {
+      static constexpr int At(int i) {
+        return Map::At(i) < 0 ? 0xFF : Map::At(i) - Load::kPlan.at[0].of[i / kLane];
+      }
+    };
+    static_assert(Load::kPlan.loads == 1);
+    return ShuffleBytes(Load::template LoadLanes<0>(p), Constant<Index>::Get());
+  }
+
+  template <int eight>
+  static ZR_INLINE U32 SumsOfEnds(const std::uint8_t* p) {
+    const U16 words = Lifted<GreenAndBlue<eight>>(GatherInEnds<GreenAndBlue<eight>, eight>(p));
+    return Sums(As<Native>(Upper(words, As<U16>(Splat32(0x00200040)))), 0x00010020);
+  }
+
+  /// Red needs no shift, so it is packed before it is multiplied.
+  template <int vector>
+  static ZR_INLINE U8 FromFours(const std::uint8_t* p) {
+    const U8 red = PackWords(As<U32>(GatherInEnds<Red<2 * vector>, 2 * vector>(p)),
+                             As<U32>(GatherInEnds<Red<2 * vector + 1>, 2 * vector + 1>(p)));
+    const U8 others = PackWords(SumsOfEnds<2 * vector>(p), SumsOfEnds<2 * vector + 1>(p));
+    return As<U8>(Lifted<Channel<vector, 0>>(red) & Splat16(0xF800)) | others;
+  }
+#endif
+};
+#else
+template <class Form, class From>
+struct Packed565;
+#endif
+
 /// The green samples of a block.
 template <class Form, class From, class Channel>
 ZR_INLINE Channel GreenOf(const std::uint8_t* p) {
@@ -231,7 +431,7 @@ struct PixelWordReader {
   }
 
   template <class To, int vector>
-  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(kSums565&& std::same_as<To, Word565>) {
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(kPacks565&& std::same_as<To, Word565>) {
     return Read565Of<Layout, vector>(p);
   }
 
@@ -300,11 +500,13 @@ struct RGB10V1PackedLayout {
 
   static ZR_INLINE U32 UpperBits(U32 x) { return x >> 8; }
 
-#if defined(__AVX2__) && !defined(__AVX512VBMI__)
   static ZR_INLINE U32 To565(U32 x) {
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
     return Sum565<0xF8FCF800, 0x01400100, 0x00010800>(As<U8>(x));
-  }
+#else
+    return (x & Splat32(0xF800)) | ((x >> 13) & Splat32(0x07E0)) | (x >> 27);
 #endif
+  }
 
  private:
   static ZR_INLINE U32 LowBits() {
@@ -394,6 +596,12 @@ struct PackedChannelsReader {
       const Vectors<3> x = Channels<1>(ForEach<channels>(
           [&](auto i) ZR_ALWAYS { return Packed<Form>::ReadHigh(form, p + i * Packed<Form>::kTaken); }));
       return Ordered<blueFirst>(x.v[0], x.v[1], x.v[2]);
+#if defined(__AVX2__)
+    } else if constexpr (channels == 4) {
+      const Vectors<3> a = WordsOfFour<Form, Pixel, 0>::Read(p), b = WordsOfFour<Form, Pixel, 1>::Read(p);
+      const auto words = [&](unsigned i) ZR_ALWAYS { return Words{As<U16>(a.v[i]), As<U16>(b.v[i])}; };
+      return Colour<Words>{words(0), words(1), words(2)};
+#endif
     } else {
       // A vector of words is half of what Packed takes at a time.
       const auto half = [&](int first) ZR_ALWAYS {
@@ -409,6 +617,13 @@ struct PackedChannelsReader {
   template <class To, int vector>
   ZR_INLINE U8 ReadStored(const std::uint8_t* p) const requires(MovesSamples<To> && !SameOrder<Pixel, To>) {
     return ReadMoved<Form, Pixel, To, vector>(p);
+  }
+
+  template <class To, int vector>
+  ZR_INLINE U8 ReadStored(const std::uint8_t* p) const
+      requires(kPacks565 && (kLane == 16 || channels == 4 || Form::kPixels == 4) &&
+               std::same_as<To, Word565>) {
+    return Packed565<Form, Pixel>::template Read<vector>(p);
   }
 
   template <class Channel>
