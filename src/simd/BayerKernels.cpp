@@ -395,30 +395,34 @@ constexpr KernelRow SplitRow() {
   return row;
 }
 
+/// Pairs of samples in three bytes, of which the first and the last one hold the upper eight bits. The bits
+/// below are cut off, so packings that differ in them share their kernels.
+using FormPairs = Form12Gige;
+
 constexpr KernelRow kRows[] = {
     Row<SourceReader::BayerFast8, FastLines<ByteSamples>>(),
     Row<SourceReader::BayerFast16, FastLines<WordSamples>>(),
     Row<SourceReader::BayerFast10p, FastLines<PackedSamples<Form10p>>>(),
     Row<SourceReader::BayerFast12p, FastLines<PackedSamples<Form12p>>>(),
     Row<SourceReader::BayerFast14p, FastLines<PackedSamples<Form14p>>>(),
-    Row<SourceReader::BayerFastPacked, FastLines<PackedSamples<FormPairPacked>>>(),
+    Row<SourceReader::BayerFastPacked, FastLines<PackedSamples<FormPairs>>>(),
     Row<SourceReader::BayerFast10pCsi2, FastLines<PackedSamples<Form10pCsi2>>>(),
     Row<SourceReader::BayerFast12pCsi2, FastLines<PackedSamples<Form12pCsi2>>>(),
     Row<SourceReader::BayerFast14pCsi2, FastLines<PackedSamples<Form14pCsi2>>>(),
-    Row<SourceReader::BayerFast10Gige, FastLines<PackedSamples<Form10Gige>>>(),
-    Row<SourceReader::BayerFast12Gige, FastLines<PackedSamples<Form12Gige>>>(),
+    Row<SourceReader::BayerFast10Gige, FastLines<PackedSamples<FormPairs>>>(),
+    Row<SourceReader::BayerFast12Gige, FastLines<PackedSamples<FormPairs>>>(),
     Row<SourceReader::BayerBilinear, BilinearLines>(),
     SplitRow<SourceReader::BayerSplit8, ByteSamples>(),
     SplitRow<SourceReader::BayerSplit16, WordSamples>(),
     SplitRow<SourceReader::BayerSplit10p, PackedSamples<Form10p>>(),
     SplitRow<SourceReader::BayerSplit12p, PackedSamples<Form12p>>(),
     SplitRow<SourceReader::BayerSplit14p, PackedSamples<Form14p>>(),
-    SplitRow<SourceReader::BayerSplitPacked, PackedSamples<FormPairPacked>>(),
+    SplitRow<SourceReader::BayerSplitPacked, PackedSamples<FormPairs>>(),
     SplitRow<SourceReader::BayerSplit10pCsi2, PackedSamples<Form10pCsi2>>(),
     SplitRow<SourceReader::BayerSplit12pCsi2, PackedSamples<Form12pCsi2>>(),
     SplitRow<SourceReader::BayerSplit14pCsi2, PackedSamples<Form14pCsi2>>(),
-    SplitRow<SourceReader::BayerSplit10Gige, PackedSamples<Form10Gige>>(),
-    SplitRow<SourceReader::BayerSplit12Gige, PackedSamples<Form12Gige>>(),
+    SplitRow<SourceReader::BayerSplit10Gige, PackedSamples<FormPairs>>(),
+    SplitRow<SourceReader::BayerSplit12Gige, PackedSamples<FormPairs>>(),
 };
 
 }  // namespace
