@@ -247,6 +247,28 @@ struct PairsToFourBytes {
   }
 };
 
+/// The words of RGB565p.
+struct PairsTo565 {
+  using Channel = AsPairs<Placing::Natural>;
+  static constexpr int kStep = 2;
+
+  explicit ZR_INLINE PairsTo565(const KernelArgs&) {}
+
+  template <class Block>
+  ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
+    Store(p, Word<typename Block::Order>(block.a));
+    Store(p + kWidth, Word<typename Block::Order>(block.b));
+  }
+
+ private:
+  template <class Order>
+  static ZR_INLINE U16 Word(const HalfOfPairs& half) {
+    const U8 blueRed = OuterBytes<Order, true>(FiveBitBlueRed(half));
+    const U16 green = As<U16>(GreenWords<Order>(half)) >> 4;
+    return As<U16>(Select(As<U8>(Splat16(0x07E0)), As<U8>(green), blueRed));
+  }
+};
+
 #if !defined(__AVX512VBMI__)
 /// The green of a block as bytes, each lane of a followed by the same lane of b.
 template <class Block>
@@ -403,28 +425,6 @@ struct PairsToWordPlanes {
   }
 
   std::ptrdiff_t mPlane;
-};
-
-/// The words of RGB565p.
-struct PairsTo565 {
-  using Channel = AsPairs<Placing::Natural>;
-  static constexpr int kStep = 2;
-
-  explicit ZR_INLINE PairsTo565(const KernelArgs&) {}
-
-  template <class Block>
-  ZR_INLINE void Write(std::uint8_t* p, const Block& block) const {
-    Store(p, Word<typename Block::Order>(block.a));
-    Store(p + kWidth, Word<typename Block::Order>(block.b));
-  }
-
- private:
-  template <class Order>
-  static ZR_INLINE U16 Word(const HalfOfPairs& half) {
-    const U8 blueRed = OuterBytes<Order, true>(FiveBitBlueRed(half));
-    const U16 green = As<U16>(GreenWords<Order>(half)) >> 4;
-    return As<U16>(Select(As<U8>(Splat16(0x07E0)), As<U8>(green), blueRed));
-  }
 };
 
 /// Green as words of `depth` bits.

@@ -743,6 +743,72 @@ struct SamplesPacked {
   Form mForm;
 };
 
+#if defined(__AVX512VBMI__)
+/// Green of packed samples in 32-bit sums, for which one instruction adds four products of bytes. Factors
+/// are signed bytes, so each pixel has its luma twice. Their multiples of eight and what remains are
+/// multiplied apart.
+template <class Form, bool lumaFirst>
+class PackedGreens {
+ public:
+  static constexpr int kGroupPixels = 2, kGroupBytes = 4 / Form::kPixels * Form::kBytes, kOverread = 0;
+
+  explicit ZR_INLINE PackedGreens(const KernelArgs& args) : PackedGreens(*args.matrix) {}
+
+  template <class Channel>
+  ZR_INLINE Grey<U8> Read(const std::uint8_t* p) const {
+    return {JoinQuarters(PackClipped(Half(p), Half(p + 2 * kQuarter)))};
+  }
+
+ private:
+  static constexpr int kQuarter = kWidth / 4 / kGroupPixels * kGroupBytes;  ///< bytes of a quarter of a block
+
+  explicit ZR_INLINE PackedGreens(const YCbCrMatrix& m)
+      : mEighths(ByteFactors(0, 0, m.greenU & 7, m.greenV & 7)),
+        mWhole(ByteFactors(m.y / 16, m.y / 8 - m.y / 16, m.greenU >> 3, m.greenV >> 3)),
+        mFirst(First(m, m.greenU + m.greenV, 1)) {}
+
+  /// Two pixels.
+  struct Group {
+    static constexpr int kBytes = kGroupBytes, kResult = 8;
+    static constexpr int At(int j) { return j; }
+  };
+
+  /// Luma twice, cb and cr of the first and of the second pixel: their upper eight bits.
+  struct Fields {
+    static constexpr int At(int i) {
+      constexpr int chroma = lumaFirst ? 1 : 0;
+      const int sample = i % 4 < 2 ? i % 8 / 4 * 2 + 1 - chroma : (i % 4 - 2) * 2 + chroma;
+      return Form::kBits * (sample + 1) - 8;
+    }
+  };
+
+  static ZR_INLINE U8 ByteFactors(int first, int second, int cb, int cr) {
+    const auto byte = [](int x, int at)
+                          ZR_ALWAYS { return (static_cast<std::uint32_t>(x) & 0xFF) << 8 * at; };
+    return As<U8>(Splat32(byte(first, 0) | byte(second, 1) | byte(cb, 2) | byte(cr, 3)));
+  }
+
+  static ZR_INLINE S32 AddProducts(S32 sum, U8 samples, U8 factors) {
+    return As<S32>(_mm512_dpbusd_epi32(As<Native>(sum), As<Native>(samples), As<Native>(factors)));
+  }
+
+  /// 128 times the values.
+  ZR_INLINE S32 Quarter(const std::uint8_t* p) const {
+    const U8 samples = As<U8>(_mm512_multishift_epi64_epi8(As<Native>(Constant<Fields>::Get()),
+                                                           As<Native>(Spread<Group>::Read(p))));
+    return AddProducts(AddProducts(mFirst, samples, mEighths) >> 3, samples, mWhole);
+  }
+
+  ZR_INLINE S16 Half(const std::uint8_t* p) const {
+    return PackSigned(Quarter(p), Quarter(p + kQuarter)) >> 7;
+  }
+
+  U8 mEighths, mWhole;
+  S32 mFirst;
+};
+
+#endif
+
 /// 4:1:1: six bytes of four pixels are spread to luma and chroma in turn, as 4:2:2 has them.
 template <class Order>
 struct Samples411 {
@@ -801,7 +867,7 @@ struct SumsToFourBytes {
 };
 #endif
 
-#if defined(__AVX512VBMI__) || !defined(__SSSE3__)
+#if !defined(__SSSE3__)
 /// The words of RGB565p from sums.
 struct SumsTo565 {
   using Channel = Sums<false>;
@@ -881,7 +947,7 @@ struct SharedWriter<MonoWriter<8>> {
 };
 template <>
 struct SharedWriter<RGB565Writer<false>> {
-  using Type = SumsTo565;
+  using Type = PairsTo565;
 };
 #elif defined(__SSSE3__)
 template <>
@@ -929,6 +995,20 @@ struct SharedLines {
   static void Run(const KernelArgs& args) {
     Lines<Source>::template Run<typename SharedWriter<Writer>::Type>(args);
   }
+};
+
+/// The same of packed samples, whose green alone may be read in another way.
+template <class Form, bool lumaFirst>
+struct PackedLines : SharedLines<SamplesPacked<Form>, lumaFirst> {
+#if defined(__AVX512VBMI__)
+  template <BlockWriter Writer>
+  static void Run(const KernelArgs& args) {
+    if constexpr (std::is_same_v<Writer, MonoWriter<8>> && requires { Form::kBits; })
+      Lines<PackedGreens<Form, lumaFirst>>::template Run<Writer>(args);
+    else
+      SharedLines<SamplesPacked<Form>, lumaFirst>::template Run<Writer>(args);
+  }
+#endif
 };
 
 template <class Reader>
@@ -980,14 +1060,14 @@ constexpr KernelRow kRows[] = {
 #endif
     Row<SourceReader::YCbYCr8, SharedLines<Samples8, true>>(),
     Row<SourceReader::YCbYCr16, SharedLines<Samples16, true>>(),
-    Row<SourceReader::YCbYCr10p, SharedLines<SamplesPacked<Form10p>, true>>(),
-    Row<SourceReader::YCbYCr12p, SharedLines<SamplesPacked<Form12p>, true>>(),
-    Row<SourceReader::YCbYCr10pCsi2, SharedLines<SamplesPacked<Form10pCsi2>, true>>(),
+    Row<SourceReader::YCbYCr10p, PackedLines<Form10p, true>>(),
+    Row<SourceReader::YCbYCr12p, PackedLines<Form12p, true>>(),
+    Row<SourceReader::YCbYCr10pCsi2, PackedLines<Form10pCsi2, true>>(),
     Row<SourceReader::CbYCrY8, SharedLines<Samples8, false>>(),
     Row<SourceReader::CbYCrY16, SharedLines<Samples16, false>>(),
-    Row<SourceReader::CbYCrY10p, SharedLines<SamplesPacked<Form10p>, false>>(),
-    Row<SourceReader::CbYCrY12p, SharedLines<SamplesPacked<Form12p>, false>>(),
-    Row<SourceReader::CbYCrY10pCsi2, SharedLines<SamplesPacked<Form10pCsi2>, false>>(),
+    Row<SourceReader::CbYCrY10p, PackedLines<Form10p, false>>(),
+    Row<SourceReader::CbYCrY12p, PackedLines<Form12p, false>>(),
+    Row<SourceReader::CbYCrY10pCsi2, PackedLines<Form10pCsi2, false>>(),
     Row<SourceReader::YYCbYYCr, SharedLines<Samples411<YYCbYYCr>>>(),
     Row<SourceReader::CbYYCrYY, SharedLines<Samples411<CbYYCrYY>>>(),
 };
