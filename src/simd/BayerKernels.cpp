@@ -220,6 +220,24 @@ ZR_INLINE void WriteColumns(const ThreeBytesWriter<blueFirst>&, std::uint8_t* p,
         p, {{BytesOf(red.even, green.even), BytesOf(blue.even, red.odd), BytesOf(green.odd, blue.odd)}});
 }
 
+#if !defined(__AVX512VBMI__)
+/// A word of five, six and five bits, straight from the sums. With wide vectors bytes select bits faster.
+template <int redBits, int greenBits, int blueBits>
+ZR_INLINE U16 WordOf565(Sums<redBits> red, Sums<greenBits> green, Sums<blueBits> blue) {
+  const U16 middle = (green.sum << (3 - greenBits)) & Splat16(0x07E0);
+  return (red.Scaled() & Splat16(0xF800)) | middle | (blue.sum >> (3 + blueBits));
+}
+
+template <class Red, class Green, class Blue>
+ZR_INLINE void WriteColumns(const RGB565Writer<false>&, std::uint8_t* p, const Red& red, const Green& green,
+                            const Blue& blue) {
+  const Words words =
+      InterleaveWords(WordOf565(red.even, green.even, blue.even), WordOf565(red.odd, green.odd, blue.odd));
+  Store(p, words.a);
+  Store(p + kWidth, words.b);
+}
+#endif
+
 /// Bilinear demosaic of a pair of lines. In each line sites of its own colour and green ones alternate; the
 /// lines above and below have green and the third colour, which is the other line's own. Lines come as rows
 /// of 16-bit samples of even and of odd columns; these may be read one sample to either side. Rows 0 to 3 are
