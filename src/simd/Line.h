@@ -45,16 +45,20 @@ ZR_INLINE std::size_t PixelsToAligned(const std::uint8_t* line) {
 /// whole number of groups. The second and the last block may overlap the one before, so that all are whole;
 /// the same pixels are then written twice with the same values. `convert` is called with the first pixel of a
 /// block. It is inlined, so there is one call of it, in a loop that goes through three runs of blocks: the
-/// first block, those after it, and the last one.
-template <int step, int group, class F>
-ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F convert) {
+/// first block, those after it, and the last one. With `convertTwo` as well, it is called with the first
+/// pixel of two blocks as long as there are two.
+template <int step, int group, class F, class... Two>
+ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F convert, Two... convertTwo) {
+  constexpr bool kTwo = sizeof...(Two) > 0;
   const std::size_t last = width - kWidth;
   std::size_t aligned = PixelsToAligned<step, group>(stored);
   for (std::size_t x = 0, end = 1;;) {
-    do {
-      convert(x);
-      x += kWidth;
-    } while (x < end);
+    if constexpr (kTwo)
+      for (; x + kWidth < end; x += 2 * kWidth) (convertTwo(x), ...);
+    if (!kTwo || x < end) do {
+        convert(x);
+        x += kWidth;
+      } while (x < end);
     if (end > last) return;
     const bool inner = aligned < last;
     x = inner ? aligned : last;
@@ -109,19 +113,21 @@ ZR_INLINE void Prefetch(const std::uint8_t* p, const ReadAhead& ahead) {
   PrefetchInto<bytes, 3>(p, ahead.toFirst);
 }
 
-/// The source bytes of a block, or a copy of them if the reader's loads would reach beyond the line.
-template <class Reader>
+/// The source bytes of `count` blocks, or a copy of them if the reader's loads would reach beyond the line.
+template <class Reader, int count = 1>
 class BlockBytes {
  public:
+  static constexpr std::size_t kBlock = kWidth / Reader::kGroupPixels * Reader::kGroupBytes;
+
   /// Of source line `from`, from pixel x on.
   template <class Line>
   ZR_INLINE const std::uint8_t* At(const Line& line, int from, std::size_t x) {
     const std::uint8_t* bytes = line.source[from] + BytesOf(x);
-    Prefetch<kBlock>(bytes, line.ahead);
+    Prefetch<count * kBlock>(bytes, line.ahead);
     if constexpr (Reader::kOverread > 0) {
-      const std::size_t after = BytesOf(line.width - x - kWidth);
+      const std::size_t after = BytesOf(line.width - x - count * kWidth);
       if (after < Reader::kOverread) {
-        std::memcpy(mCopy, bytes, kBlock);
+        std::memcpy(mCopy, bytes, count * kBlock);
         return mCopy;
       }
     }
@@ -129,18 +135,18 @@ class BlockBytes {
   }
 
  private:
-  /// Of whole groups. With more bytes than pixels this sum takes fewer operations than one quotient, which
-  /// compilers cut to whole groups again.
+  /// Of whole groups, as a multiple of the pixels and some of the groups: compilers cut a quotient of pixels
+  /// to whole groups again.
   static ZR_INLINE std::size_t BytesOf(std::size_t pixels) {
-    constexpr std::size_t kPixels = Reader::kGroupPixels, kBytes = Reader::kGroupBytes;
-    if constexpr (kBytes > kPixels && kBytes < 2 * kPixels)
-      return pixels + pixels / kPixels * (kBytes - kPixels);
+    constexpr std::size_t kPixels = Reader::kGroupPixels, kWhole = Reader::kGroupBytes / kPixels,
+                          kRest = Reader::kGroupBytes % kPixels;
+    if constexpr (2 * kRest > kPixels)
+      return pixels * (kWhole + 1) - pixels / kPixels * (kPixels - kRest);
     else
-      return pixels / kPixels * kBytes;
+      return pixels * kWhole + pixels / kPixels * kRest;
   }
 
-  static constexpr std::size_t kBlock = kWidth / Reader::kGroupPixels * Reader::kGroupBytes;
-  std::uint8_t mCopy[Reader::kOverread > 0 ? kBlock + Reader::kOverread : 1];
+  std::uint8_t mCopy[Reader::kOverread > 0 ? count* kBlock + Reader::kOverread : 1];
 };
 
 /// Whether a reader gives whole vectors of the pixels as the writer stores them, so that no block is needed.
@@ -163,6 +169,14 @@ concept ReadsGreenFor = Writer::kGreenOnly && requires(const Reader& reader, con
   reader.template ReadGreen<typename Writer::Channel>(p);
 };
 
+/// Whether a block takes so few instructions that those of the loop count: three vectors in and out, and no
+/// tables. Where one shuffle reaches a whole vector, a block has more pixels.
+template <class Reader, class Writer>
+concept TakesLittle =
+    kLane < kWidth&& BlockBytes<Reader>::kBlock + Writer::kStep* kWidth <= 3 * kWidth&& requires {
+  requires !Writer::kMaps;
+};
+
 /// Source lines to destination lines.
 template <LineReader Reader>
 struct Lines {
@@ -172,12 +186,21 @@ struct Lines {
   static void Run(const KernelArgs& args) {
     const Reader reader(args);
     const Writer writer(args);
-    BlockBytes<Reader> block;
     EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
-      EachBlock<Writer::kStep, Reader::kGroupPixels>(
-          line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
-            Convert(reader, writer, block.At(line, 0, x), line.destination[0] + x * Writer::kStep);
-          });
+      const auto blocks = [&](std::size_t x, auto count) ZR_ALWAYS {
+        BlockBytes<Reader, count> bytes;
+        const std::uint8_t* const from = bytes.At(line, 0, x);
+        std::uint8_t* const to = line.destination[0] + x * Writer::kStep;
+        Unrolled<count>([&](auto i) ZR_ALWAYS {
+          Convert(reader, writer, from + i * bytes.kBlock, to + i * kWidth * Writer::kStep);
+        });
+      };
+      const auto one = [&](std::size_t x) ZR_ALWAYS { blocks(x, std::integral_constant<int, 1>{}); };
+      const auto two = [&](std::size_t x) ZR_ALWAYS { blocks(x, std::integral_constant<int, 2>{}); };
+      if constexpr (TakesLittle<Reader, Writer>)
+        EachBlock<Writer::kStep, Reader::kGroupPixels>(line.width, line.destination[0], one, two);
+      else
+        EachBlock<Writer::kStep, Reader::kGroupPixels>(line.width, line.destination[0], one);
     });
   }
 

@@ -146,7 +146,7 @@ struct SubByte {
   static ZR_INLINE U8 Read(const std::uint8_t* p) {
     const U8 sample = Constant<Sample>::Get();
     if constexpr (bits == 1)
-      return As<U8>((Spread<Repeat>::Read(p) & sample) == sample);
+      return As<U8>((ShuffleBytes(Bits(p), Constant<Repeat>::Get()) & sample) == sample);
     else
       return ShuffleBytes(Constant<Scaled>::Get(), Nibbles<false>(p) & sample);
   }
@@ -167,8 +167,7 @@ struct SubByte {
 
  private:
   struct Repeat {
-    static constexpr int kBytes = 1, kResult = 8;
-    static constexpr int At(int) { return 0; }
+    static constexpr int At(int i) { return i / 8; }
   };
 
   /// The bits of a pixel's sample.
