@@ -725,8 +725,10 @@ struct SamplesPacked {
                                                                      !HasUpperBytes<Form>) {
     return {{Pair<0>(p), Pair<2>(p)}};
   }
+#endif
 
  private:
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
   /// The eights of samples `eight` and the next one, and in the second lane those half a block further on.
   template <int eight>
   static ZR_INLINE U8 Pair(const std::uint8_t* p) {
@@ -739,7 +741,6 @@ struct SamplesPacked {
   }
 #endif
 
- private:
   Form mForm;
 };
 
@@ -806,7 +807,6 @@ class PackedGreens {
   U8 mEighths, mWhole;
   S32 mFirst;
 };
-
 #endif
 
 /// 4:1:1: six bytes of four pixels are spread to luma and chroma in turn, as 4:2:2 has them.
