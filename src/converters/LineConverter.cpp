@@ -33,19 +33,15 @@ LineBlock AllLines(const LineDriver& driver, const SourceLines& lines, std::size
   return all;
 }
 
-/// The same pixels as a single line.
-LineBlock Joined(const LineBlock& block) {
-  LineBlock joined = block;
-  joined.pixels = block.pixels * block.lines;
-  joined.lines = 1;
-  return joined;
-}
-
 template <class Plan>
 void RunLines(const Plan& plan, const LineDriver& driver, const SourceLines& lines, std::size_t pixels,
               bool mayJoin) {
-  const LineBlock block = AllLines(driver, lines, pixels);
-  plan.Run(mayJoin && LinesJoin(plan, driver, block) ? Joined(block) : block);
+  LineBlock block = AllLines(driver, lines, pixels);
+  if (mayJoin && LinesJoin(plan, driver, block)) {
+    block.pixels *= block.lines;
+    block.lines = 1;
+  }
+  plan.Run(block);
 }
 
 template <class Plan>

@@ -96,7 +96,6 @@ PreparedKernel::PreparedKernel(const PixelConverterContext& context, const LineR
   pixelBytes = destination.bytes;
   planes = destination.planes;
 
-  args.lines = 1;
   if (!recipe.fromCaches && !recipe.samples && frameBytes > kFirstCache)
     args.ahead = AheadOf(context, reader.lines, frameBytes);
   args.planeDistance = PlaneDistance(context);
@@ -114,9 +113,7 @@ PreparedKernel::PreparedKernel(simd::KernelFunction kernel, const simd::ReaderFa
       reader(facts),
       pixelBytes(kDestinations[destination].bytes),
       planes(kDestinations[destination].planes),
-      args{} {
-  args.lines = 1;
-}
+      args{} {}
 
 /// The same pointer three times if all tables are equal, by which kernels recognise it.
 void PreparedKernel::SetTables(const RGBFilter& filter, std::size_t frameBytes) {
@@ -134,18 +131,6 @@ void PreparedKernel::SetTables(const RGBFilter& filter, std::size_t frameBytes) 
   args.straight = straight.data();
 }
 
-void PreparedKernel::Run(const LineBlock& lines) const {
-  simd::KernelArgs all = args;
-  for (std::size_t i = 0; i < std::size(all.source); ++i) all.source[i] = simd::LoadedSingly(lines.source[i]);
-  for (std::size_t i = 0; i < std::size(all.destination); ++i)
-    all.destination[i] = simd::LoadedSingly(lines.destination[i]);
-  all.width = lines.pixels;
-  all.lines = lines.lines;
-  all.sourceStep = lines.sourceStep;
-  all.destinationStep = lines.destinationStep;
-  function(all);
-}
-
 void OrderStreamedStores() {
 #if defined(__x86_64__)
   _mm_sfence();
@@ -158,13 +143,13 @@ bool PreparedKernel::PlanesApart(std::size_t pixels) const {
   return planes == 1 || DestinationBytes(pixels) <= distance;
 }
 
-LineBlock LineBlock::Line(std::size_t line) const {
+LineBlock simd::LineBlock::Line(std::size_t line) const {
   const auto down = static_cast<std::ptrdiff_t>(line);
   LineBlock one{{}, {}, pixels};
   for (std::size_t i = 0; i < std::size(source); ++i)
-    one.source[i] = OffsetBy(simd::LoadedSingly(source[i]), down * sourceStep);
+    one.source[i] = OffsetBy(LoadedSingly(source[i]), down * sourceStep);
   for (std::size_t i = 0; i < std::size(destination); ++i)
-    one.destination[i] = OffsetBy(simd::LoadedSingly(destination[i]), down * destinationStep);
+    one.destination[i] = OffsetBy(LoadedSingly(destination[i]), down * destinationStep);
   return one;
 }
 

@@ -15,17 +15,7 @@ namespace ZrConvertersLib {
 /// The most pixels that a level's block has.
 inline constexpr std::size_t kLargestBlock = 64;
 
-/// The lines of one kernel call: pointers to their first pixels.
-struct LineBlock {
-  const std::uint8_t* source[8];
-  std::uint8_t* destination[2];
-  std::size_t pixels;
-  std::size_t lines = 1;
-  std::ptrdiff_t sourceStep = 0, destinationStep = 0;
-
-  /// One of its lines, or pairs of them.
-  LineBlock Line(std::size_t line) const;
-};
+using simd::LineBlock;
 
 /// The kernel for a recipe, this machine and the caller's filter, with all of its arguments except the lines.
 struct PreparedKernel {
@@ -47,7 +37,7 @@ struct PreparedKernel {
   void SetTables(const RGBFilter& filter, std::size_t frameBytes);
 
   /// Converts lines of at least a block.
-  void Run(const LineBlock& lines) const;
+  void Run(const LineBlock& lines) const { function(lines, args); }
 
   /// Bytes of a whole number of groups.
   std::size_t SourceBytes(std::size_t pixels) const {

@@ -35,18 +35,18 @@ void RunShortLine(const PreparedKernel& kernel, const LineBlock& line) {
   alignas(64) std::uint8_t sources[8][kSource];
   alignas(64) std::uint8_t made[2][3 * kPlane];
   const simd::ReaderLines& lines = kernel.reader.lines;
-  simd::KernelArgs args = kernel.args;
+  const std::size_t group = kernel.reader.group.pixels;
+  LineBlock copy{{}, {}, std::max(kernel.block, (line.pixels + group - 1) / group * group)};
   for (std::size_t i = 0; i < lines.sources; ++i) {
     std::memset(sources[i], 0, kSource);
     std::memcpy(sources[i] + kSlack - lines.margin, line.source[i] - lines.margin,
                 BytesOf(kernel.reader.group, line.pixels) + 2 * lines.margin);
-    args.source[i] = sources[i] + kSlack;
+    copy.source[i] = sources[i] + kSlack;
   }
-  for (std::size_t i = 0; i < lines.destinations; ++i) args.destination[i] = made[i];
+  for (std::size_t i = 0; i < lines.destinations; ++i) copy.destination[i] = made[i];
+  simd::KernelArgs args = kernel.args;
   args.planeDistance = kPlane;
-  const std::size_t group = kernel.reader.group.pixels;
-  args.width = std::max(kernel.block, (line.pixels + group - 1) / group * group);
-  kernel.function(args);
+  kernel.function(copy, args);
   for (std::size_t i = 0; i < lines.destinations; ++i)
     CopyOut(kernel, made[i], kPlane, line.destination[i], line.pixels);
 }

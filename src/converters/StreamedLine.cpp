@@ -22,25 +22,27 @@ void RunStreamedLine(const PreparedKernel& kernel, const LineBlock& line) {
                               kLargestBlock * kLargestBlock;
   simd::KernelArgs args = kernel.args;
   args.planeDistance = buffer.PlaneDistance();
+  LineBlock piece{};
   // Pieces begin with whole groups, and in mosaics with whole tiles.
   const std::size_t unit = std::max<std::size_t>(kernel.reader.group.pixels, 2);
-  args.width = buffer.PieceToCacheLine(kernel.DestinationBytes(unit), kernel.DestinationBytes(kLargestBlock),
-                                       kernel.DestinationBytes(longest)) /
-               kernel.pixelBytes;
-  for (std::size_t x = 0; x < line.pixels; x += args.width, args.width = longest) {
+  piece.pixels =
+      buffer.PieceToCacheLine(kernel.DestinationBytes(unit), kernel.DestinationBytes(kLargestBlock),
+                              kernel.DestinationBytes(longest)) /
+      kernel.pixelBytes;
+  for (std::size_t x = 0; x < line.pixels; x += piece.pixels, piece.pixels = longest) {
     const std::size_t left = line.pixels - x;
     // The rest after a piece must not be shorter than a block.
     if (left <= longest)
-      args.width = left;
-    else if (left < args.width + kLargestBlock)
-      args.width = longest - kLargestBlock;
-    buffer.Reserve(kernel.DestinationBytes(args.width));
+      piece.pixels = left;
+    else if (left < piece.pixels + kLargestBlock)
+      piece.pixels = longest - kLargestBlock;
+    buffer.Reserve(kernel.DestinationBytes(piece.pixels));
     for (std::size_t i = 0; i < lines.sources; ++i)
-      args.source[i] = simd::LoadedSingly(line.source[i]) + kernel.SourceBytes(x);
+      piece.source[i] = simd::LoadedSingly(line.source[i]) + kernel.SourceBytes(x);
     for (std::size_t i = 0; i < lines.destinations; ++i)
-      args.destination[i] = simd::LoadedSingly(buffer.Next(i));
-    kernel.function(args);
-    buffer.Advance(kernel.DestinationBytes(args.width));
+      piece.destination[i] = simd::LoadedSingly(buffer.Next(i));
+    kernel.function(piece, args);
+    buffer.Advance(kernel.DestinationBytes(piece.pixels));
   }
   buffer.Finish();
 }

@@ -89,11 +89,11 @@ void PictureLines::WriteStaged(const DevelopedLines& lines, std::int64_t line, s
   constexpr std::ptrdiff_t kPlane = 2 * (simd::kTilePixels + 64);
   const std::int64_t width = lines.width - from;
   simd::KernelArgs args = mKernel.args;
-  args.source[0] = lines.first + line * static_cast<std::int64_t>(simd::kDevelopedLine) + from;
-  args.destination[0] = mScratch;
   args.planeDistance = kPlane;
-  args.width = std::max(mKernel.block, static_cast<std::size_t>((width + 1) / 2 * 2));
-  mKernel.function(args);
+  mKernel.function({{lines.first + line * static_cast<std::int64_t>(simd::kDevelopedLine) + from},
+                    {mScratch},
+                    std::max(mKernel.block, static_cast<std::size_t>((width + 1) / 2 * 2))},
+                   args);
   std::uint8_t* const to = At(lines.x + from, lines.y + line, width);
   for (int plane = 0; plane < mPlan.destination->planes; ++plane) {
     const std::uint8_t* const staged = mScratch + plane * kPlane;

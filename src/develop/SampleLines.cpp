@@ -43,24 +43,23 @@ SampleLines::SampleLines(const FormatRow& format, unsigned flags)
     : mFunction(simd::CurrentLevel().Find(ReaderOf(format, flags), simd::PixelWriter::Mono16)),
       mBlock(static_cast<std::int64_t>(simd::CurrentLevel().blockPixels)),
       mBitsPerSample(format.container),
-      mShift(ShiftOf(format)) {}
+      mArgs{} {
+  mArgs.shift = ShiftOf(format);
+}
 
 void SampleLines::Read(const SourceLines& source, std::int64_t y, std::int64_t count, std::int64_t first,
                        std::int64_t end, std::uint8_t* words, std::ptrdiff_t wordStride) const {
   const std::uint8_t* const from = source.data + y * source.stride + Bytes(first);
   const std::int64_t whole = (end - first) / kStep * kStep;
   const bool direct = whole >= mBlock;
-  if (direct) {
-    simd::KernelArgs args{};
-    args.source[0] = from;
-    args.destination[0] = words;
-    args.width = static_cast<std::size_t>(whole);
-    args.lines = static_cast<std::size_t>(count);
-    args.sourceStep = source.stride;
-    args.destinationStep = wordStride;
-    args.shift = mShift;
-    mFunction(args);
-  }
+  if (direct)
+    mFunction({{from},
+               {words},
+               static_cast<std::size_t>(whole),
+               static_cast<std::size_t>(count),
+               source.stride,
+               wordStride},
+              mArgs);
   const std::int64_t done = direct ? whole : 0;
   if (done == end - first) return;
   for (std::int64_t line = 0; line < count; ++line)
@@ -72,13 +71,8 @@ void SampleLines::Read(const SourceLines& source, std::int64_t y, std::int64_t c
 void SampleLines::ReadCopied(const std::uint8_t* line, std::int64_t samples, std::uint8_t* words) const {
   std::uint8_t copy[kCopied] = {};
   std::memcpy(copy, line, static_cast<std::size_t>(Bytes(samples)));
-  simd::KernelArgs args{};
-  args.source[0] = copy;
-  args.destination[0] = words;
-  args.width = static_cast<std::size_t>(std::max(mBlock, (samples + kStep - 1) / kStep * kStep));
-  args.lines = 1;
-  args.shift = mShift;
-  mFunction(args);
+  const std::int64_t whole = (samples + kStep - 1) / kStep * kStep;
+  mFunction({{copy}, {words}, static_cast<std::size_t>(std::max(mBlock, whole))}, mArgs);
 }
 
 }  // namespace ZrConvertersLib

@@ -38,7 +38,7 @@ class SampleLines {
 
   simd::KernelFunction mFunction;
   std::int64_t mBlock, mBitsPerSample;
-  std::uint32_t mShift;
+  simd::KernelArgs mArgs;
 };
 
 }  // namespace ZrConvertersLib

@@ -92,13 +92,13 @@ struct FastLines {
   using Source = Samples;
 
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
     using Channel = typename Writer::Channel;
     const Samples samples(args);
     const Phase phase(args);
     const Writer writer(args);
     BlockBytes<Samples> redBytes, blueBytes;
-    EachLine<2, 2>(args, [&](const auto& line) ZR_ALWAYS {
+    EachLine<2, 2>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
       constexpr int kGroup = Samples::kGroupPixels > 2 ? Samples::kGroupPixels : 2;
       EachBlock<Writer::kStep, kGroup>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
         const U8 withRed = samples.Read(redBytes.At(line, 0, x));
@@ -301,9 +301,9 @@ class BilinearPair {
 };
 
 template <bool ownOdd, bool upperRed, class Writer>
-void InterpolatePairs(const KernelArgs& args) {
+void InterpolatePairs(const LineBlock& lines, const KernelArgs& args) {
   const Writer writer(args);
-  EachLine<8, 2>(args, [&](const auto& line) ZR_ALWAYS {
+  EachLine<8, 2>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       const BilinearPair<ownOdd> pixels(line, x);
       std::uint8_t* const upper = line.destination[0] + x * Writer::kStep;
@@ -327,10 +327,10 @@ void InterpolatePairs(const KernelArgs& args) {
 
 /// Lookups take much code. They stand here once, for both lines and whichever colour is the upper line's own.
 template <bool ownOdd, class Writer>
-void InterpolateThroughTables(const KernelArgs& args) {
+void InterpolateThroughTables(const LineBlock& lines, const KernelArgs& args) {
   const Writer writer(args);
   const int red = args.redInLine ? 0 : 2;
-  EachLine<8, 2>(args, [&](const auto& line) ZR_ALWAYS {
+  EachLine<8, 2>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
       const BilinearPair<ownOdd> pixels(line, x);
       using To = Join<U8>;
@@ -366,20 +366,21 @@ inline constexpr bool kLooksUp<PlanarWriter<depth, true>> = true;
 /// Sources 0 to 7 are rows of even and of odd columns in turn, of four lines that follow one another.
 struct BilinearLines {
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
-    args.redAtEvenColumn == args.redInLine ? RunPairs<false, Writer>(args) : RunPairs<true, Writer>(args);
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
+    args.redAtEvenColumn == args.redInLine ? RunPairs<false, Writer>(lines, args)
+                                           : RunPairs<true, Writer>(lines, args);
   }
 
  private:
   template <bool ownOdd, class Writer>
-  static ZR_INLINE void RunPairs(const KernelArgs& args) {
+  static ZR_INLINE void RunPairs(const LineBlock& lines, const KernelArgs& args) {
     if constexpr (kLooksUp<Writer>)
-      InterpolateThroughTables<ownOdd, Writer>(args);
+      InterpolateThroughTables<ownOdd, Writer>(lines, args);
     else if constexpr (kGreenOnly<Writer>)  // blue is as good as red
-      InterpolatePairs<ownOdd, true, Writer>(args);
+      InterpolatePairs<ownOdd, true, Writer>(lines, args);
     else
-      args.redInLine ? InterpolatePairs<ownOdd, true, Writer>(args)
-                     : InterpolatePairs<ownOdd, false, Writer>(args);
+      args.redInLine ? InterpolatePairs<ownOdd, true, Writer>(lines, args)
+                     : InterpolatePairs<ownOdd, false, Writer>(lines, args);
   }
 };
 
@@ -387,10 +388,10 @@ struct BilinearLines {
 /// columns to destination 1. The samples before an odd last one are read first, those of the last block from
 /// an odd column on then.
 template <class Samples>
-void SplitLines(const KernelArgs& args) {
+void SplitLines(const LineBlock& lines, const KernelArgs& args) {
   const Samples samples(args);
   BlockBytes<Samples> block;
-  EachLine<1, 2>(args, [&](const auto& line) ZR_ALWAYS {
+  EachLine<1, 2>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
     const auto split = [&](std::size_t x, std::uint8_t* first, std::uint8_t* second) ZR_ALWAYS {
       const U16 pairs = As<U16>(samples.Read(block.At(line, 0, x)));
       Store(first, pairs & Splat16(0xFF));

@@ -67,20 +67,20 @@ struct FastLines {
   using Source = Samples;
 
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
     if constexpr (kGreenOnly<Writer>)
-      Convert<Writer>(args, ByGreens<Writer>(args));
+      Convert<Writer>(lines, args, ByGreens<Writer>(args));
     else if constexpr (requires { PairsWriter<Writer>::kSize; })
-      Convert<Writer>(args, Direct<Writer>(args));
+      Convert<Writer>(lines, args, Direct<Writer>(args));
     else
-      Convert<Writer>(args, ByBlocks<Writer>(args));
+      Convert<Writer>(lines, args, ByBlocks<Writer>(args));
   }
 
  private:
   template <class Writer, class F>
-  static ZR_INLINE void Convert(const KernelArgs& args, const F& convert) {
+  static ZR_INLINE void Convert(const LineBlock& lines, const KernelArgs& args, const F& convert) {
     BlockBytes<Samples> block;
-    EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
+    EachLine<1, 1>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
       EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
         convert(block.At(line, 0, x), line.destination[0] + x * Writer::kStep);
       });
@@ -144,11 +144,11 @@ struct FastLines {
 
 /// Samples to two rows, red and blue in destination 0, green in destination 1.
 template <class Samples>
-void SplitLines(const KernelArgs& args) {
+void SplitLines(const LineBlock& lines, const KernelArgs& args) {
   using Held = Form<typename Samples::Held>;
   const Samples samples(args);
   BlockBytes<Samples> block;
-  EachLine<1, 2>(args, [&](const auto& line) ZR_ALWAYS {
+  EachLine<1, 2>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
     EachBlock<Held::kBytes, Samples::kGroupPixels>(
         line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
           const auto split = samples.Read(block.At(line, 0, x));
@@ -223,12 +223,12 @@ ZR_INLINE Channel MeanOf(const Words& a, const Words& b) {
 template <class Sample>
 struct BilinearLines {
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
     using Held = Form<Sample>;
     using Channel = typename Writer::Channel;
     const OwnAndMissing<Channel> order(args);
     const Writer writer(args);
-    EachLine<2, 1>(args, [&](const auto& line) ZR_ALWAYS {
+    EachLine<2, 1>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
       EachBlock<Writer::kStep, 2>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
         const std::uint8_t* const own = line.source[0] + Held::kBytes * x;
         writer.Write(

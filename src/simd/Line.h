@@ -67,7 +67,7 @@ ZR_INLINE void EachBlock(std::size_t width, const std::uint8_t* stored, F conver
   }
 }
 
-/// The pointers of a line, or pair of lines: a copy of those in KernelArgs that can stay in registers.
+/// The pointers of a line, or pair of lines: a copy of those in a LineBlock that can stay in registers.
 template <std::size_t sources, std::size_t destinations>
 struct LinePointers {
   const std::uint8_t* source[sources];
@@ -75,18 +75,19 @@ struct LinePointers {
   std::size_t width;
   ReadAhead ahead;
 
-  explicit ZR_INLINE LinePointers(const KernelArgs& args) : width(args.width), ahead(args.ahead) {
-    for (std::size_t i = 0; i < sources; ++i) source[i] = LoadedSingly(args.source[i]);
-    for (std::size_t i = 0; i < destinations; ++i) destination[i] = LoadedSingly(args.destination[i]);
+  ZR_INLINE LinePointers(const LineBlock& lines, const ReadAhead& distances)
+      : width(lines.pixels), ahead(distances) {
+    for (std::size_t i = 0; i < sources; ++i) source[i] = LoadedSingly(lines.source[i]);
+    for (std::size_t i = 0; i < destinations; ++i) destination[i] = LoadedSingly(lines.destination[i]);
   }
 };
 
-/// Calls `convert` with each line, or pair of lines, of the arguments in turn.
+/// Calls `convert` with each line, or pair of lines, in turn.
 template <std::size_t sources, std::size_t destinations, class F>
-ZR_INLINE void EachLine(const KernelArgs& args, F convert) {
-  LinePointers<sources, destinations> line(args);
-  const std::ptrdiff_t sourceStep = args.sourceStep, destinationStep = args.destinationStep;
-  for (std::size_t left = args.lines;;) {
+ZR_INLINE void EachLine(const LineBlock& lines, const ReadAhead& ahead, F convert) {
+  LinePointers<sources, destinations> line(lines, ahead);
+  const std::ptrdiff_t sourceStep = lines.sourceStep, destinationStep = lines.destinationStep;
+  for (std::size_t left = lines.lines;;) {
     convert(line);
     if (--left == 0) return;
     for (const std::uint8_t*& source : line.source) source += sourceStep;
@@ -183,10 +184,10 @@ struct Lines {
   using Source = Reader;
 
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
     const Reader reader(args);
     const Writer writer(args);
-    EachLine<1, 1>(args, [&](const auto& line) ZR_ALWAYS {
+    EachLine<1, 1>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
       const auto blocks = [&](std::size_t x, auto count) ZR_ALWAYS {
         BlockBytes<Reader, count> bytes;
         const std::uint8_t* const from = bytes.At(line, 0, x);

@@ -32,14 +32,21 @@ struct ReadAhead {
   std::ptrdiff_t toFirst, toSecond;
 };
 
-/// What one kernel call converts: `width` pixels of each of some lines, or of pairs of lines for mosaics.
-struct KernelArgs {
+/// The lines of one kernel call, or the pairs of lines of mosaics.
+struct LineBlock {
   const std::uint8_t* source[8];  ///< first sample of each source line the reader needs
   std::uint8_t* destination[2];   ///< first byte of each destination line (second for mosaics only)
-  std::size_t width;              ///< pixels, a whole number of groups, at least the level's block
-  std::size_t lines;              ///< lines, or pairs of them, to convert
-  std::ptrdiff_t sourceStep;      ///< bytes from a source line to the same one of the next line or pair
-  std::ptrdiff_t destinationStep;
+  std::size_t pixels;             ///< of each line; for kernels whole groups, and at least the level's block
+  std::size_t lines = 1;          ///< lines, or pairs of them
+  std::ptrdiff_t sourceStep = 0;  ///< bytes from a source line to the same one of the next line or pair
+  std::ptrdiff_t destinationStep = 0;
+
+  /// One of its lines, or pairs of them.
+  LineBlock Line(std::size_t line) const;
+};
+
+/// How a kernel converts lines: what stays the same for a whole frame.
+struct KernelArgs {
   std::ptrdiff_t planeDistance;  ///< bytes from a plane to the next (planar writers)
   ReadAhead ahead;
   std::uint32_t shift;        ///< of words: left to the 16-bit scale; of mosaics and YCbCr: right to 8 bits
@@ -52,7 +59,7 @@ struct KernelArgs {
   const StraightTable* straight;  ///< the same three as straight tables, or null where one is not straight
 };
 
-using KernelFunction = void (*)(const KernelArgs&);
+using KernelFunction = void (*)(const LineBlock&, const KernelArgs&);
 
 /// Loads one pointer in a load of its own, as it was stored. A single load of several pointers that were
 /// stored one by one would stall until the processor has written its store buffer, non-temporal stores

@@ -648,11 +648,11 @@ struct PlanarLines {
   using Source = Samples;
 
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
     using Channel = typename Writer::Channel;
     const Samples samples(args);
     const Writer writer(args);
-    EachLine<3, 1>(args, [&](const auto& line) ZR_ALWAYS {
+    EachLine<3, 1>(lines, args.ahead, [&](const auto& line) ZR_ALWAYS {
       EachBlock<Writer::kStep, 1>(line.width, line.destination[0], [&](std::size_t x) ZR_ALWAYS {
         const auto channel = [&](int plane) ZR_ALWAYS {
           const std::uint8_t* const p = line.source[plane] + x * Samples::kGroupBytes;

@@ -992,8 +992,8 @@ struct SharedLines {
   using Source = SharedReader<Samples, lumaFirst>;
 
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
-    Lines<Source>::template Run<typename SharedWriter<Writer>::Type>(args);
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
+    Lines<Source>::template Run<typename SharedWriter<Writer>::Type>(lines, args);
   }
 };
 
@@ -1002,11 +1002,11 @@ template <class Form, bool lumaFirst>
 struct PackedLines : SharedLines<SamplesPacked<Form>, lumaFirst> {
 #if defined(__AVX512VBMI__)
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
     if constexpr (std::is_same_v<Writer, MonoWriter<8>> && requires { Form::kBits; })
-      Lines<PackedGreens<Form, lumaFirst>>::template Run<Writer>(args);
+      Lines<PackedGreens<Form, lumaFirst>>::template Run<Writer>(lines, args);
     else
-      SharedLines<SamplesPacked<Form>, lumaFirst>::template Run<Writer>(args);
+      SharedLines<SamplesPacked<Form>, lumaFirst>::template Run<Writer>(lines, args);
   }
 #endif
 };
@@ -1016,8 +1016,8 @@ struct SingleLines {
   using Source = Reader;
 
   template <BlockWriter Writer>
-  static void Run(const KernelArgs& args) {
-    Lines<Source>::template Run<typename SingleWriter<Writer>::Type>(args);
+  static void Run(const LineBlock& lines, const KernelArgs& args) {
+    Lines<Source>::template Run<typename SingleWriter<Writer>::Type>(lines, args);
   }
 };
 
