@@ -22,6 +22,9 @@ constexpr std::uint32_t kColumns = 4096, kBeside = 64;
 
 constexpr std::size_t kCacheLine = 64;
 
+/// Bytes of a line from which on kernels that read a pair of lines prefetch less than half of the next pair.
+constexpr std::size_t kLongLine = 3072;
+
 /// Bytes of the samples of even, or of odd, columns, which are words, and of what they begin behind a cache
 /// line.
 constexpr std::size_t HalfRow(std::uint32_t columns) {
@@ -167,11 +170,21 @@ std::uint32_t BilinearDemosaic::RunInside(const Work& work) {
     count = std::min(next == 0 ? 1 : kept - next, inside - pair);
     const std::ptrdiff_t lower = first + 2 * std::ptrdiff_t{pair} + 1;
     ReadLines(work, lower, lower + 2 * std::ptrdiff_t{count}, work.Row(2 * next));
+    mLines.SetUpcoming(Upcoming(work, lower + 2 * std::ptrdiff_t{count}));
     work.Run(mLines, {pair, count}, false,
              {work.Row(2 * at), work.Row(2 * at + 1), work.Row(2 * next), work.Row(2 * next + 1)},
              work.Destinations(mLines));
   }
   return inside;
+}
+
+/// What reading a pair of lines leaves to prefetch of the next pair, which begins at `line`: nothing of short
+/// lines. The address may be past the image.
+UpcomingLines BilinearDemosaic::Upcoming(const Work& work, std::ptrdiff_t line) const {
+  const std::size_t bytes = mSplit.SourceBytes(work.columns.Count());
+  if (mSplit.Kernel().args.ahead.toSecond == 0 || bytes < kLongLine) return {};
+  const auto from = static_cast<std::ptrdiff_t>(mSplit.SourceBytes(work.columns.first));
+  return {{OffsetBy(work.pairs.lines.At(line), from), OffsetBy(work.pairs.lines.At(line + 1), from)}, bytes};
 }
 
 /// In a pair that reaches past the image each line has three rows of its own, because a line outside the

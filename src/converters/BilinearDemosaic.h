@@ -30,6 +30,7 @@ class BilinearDemosaic {
   void RunColumns(const PixelConverterContext& context, const MosaicPairs& pairs,
                   const MosaicColumns& columns);
   std::uint32_t RunInside(const Work& work);
+  UpcomingLines Upcoming(const Work& work, std::ptrdiff_t line) const;
   void RunBeyond(const Work& work, std::uint32_t pair);
   void ReadLines(const Work& work, std::ptrdiff_t first, std::ptrdiff_t end, std::uint8_t* row) const;
   void ReadRows(const Work& work, std::ptrdiff_t line, std::size_t count, std::uint8_t* row) const;

@@ -17,6 +17,7 @@ class LinePlan {
 
   const PreparedKernel& Kernel() const { return mKernel; }
   simd::KernelArgs& Args() { return mKernel.args; }
+  void SetUpcoming(const UpcomingLines& lines) { mKernel.upcoming = lines; }
 
   std::size_t SourceBytes(std::size_t pixels) const { return mKernel.SourceBytes(pixels); }
   std::size_t DestinationBytes(std::size_t pixels) const { return mKernel.DestinationBytes(pixels); }

@@ -17,6 +17,12 @@ inline constexpr std::size_t kLargestBlock = 64;
 
 using simd::LineBlock;
 
+/// Two source lines that are read once those being converted are done, from where on and how many bytes.
+struct UpcomingLines {
+  const std::uint8_t* first[2];
+  std::size_t bytes;
+};
+
 /// The kernel for a recipe, this machine and the caller's filter, with all of its arguments except the lines.
 struct PreparedKernel {
   simd::KernelFunction function;
@@ -25,6 +31,8 @@ struct PreparedKernel {
   simd::ReaderFacts reader;
   std::uint8_t pixelBytes, planes;  ///< of the destination
   simd::KernelArgs args;
+  /// Prefetched while the rows of streamed lines are converted, which takes little from memory.
+  UpcomingLines upcoming{};
   std::array<simd::StraightTable, 3> straight;  ///< set where args refers to it; the args of copies do, too
 
   PreparedKernel(const PixelConverterContext& context, const LineRecipe& recipe);

@@ -21,8 +21,7 @@ SCF1Fast::SCF1Fast(const PixelConverterContext& context, const SCF1Recipe& recip
       mTile(SCF1TileOf(context.mFlags)),
       mToBytes(recipe.ToBytes()),
       mKernel(TilesKernel(recipe.Kind(), mToBytes)),
-      mRowsKernel(
-          TilesKernel(recipe.FromBytes() ? simd::Scf1Samples::Bytes : simd::Scf1Samples::Words, mToBytes)),
+      mRowsKernel(TilesKernel(recipe.KindOfRows(), mToBytes)),
       mSamples(context, recipe.Samples()),
       mPixels(context, recipe, mToBytes) {}
 
