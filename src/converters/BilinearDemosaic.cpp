@@ -1,9 +1,9 @@
 #include "converters/BilinearDemosaic.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
+#include "core/CacheLimits.h"
 #include "core/FormatTable.h"
 #include "core/PointerOffset.h"
 
@@ -19,8 +19,6 @@ constexpr std::uint32_t kWholeBlock = 64;
 /// Columns that are interpolated at a time, and bytes before and after them: neighbours and the rest of
 /// groups.
 constexpr std::uint32_t kColumns = 4096, kBeside = 64;
-
-constexpr std::size_t kCacheLine = 64;
 
 /// Bytes of a line from which on kernels that read a pair of lines prefetch less than half of the next pair.
 constexpr std::size_t kLongLine = 3072;

@@ -8,6 +8,7 @@
 #include "converters/SCF1Fast.h"
 #include "converters/SCF1Interpolation.h"
 #include "core/BandFlags.h"
+#include "core/CacheLimits.h"
 #include "core/FormatTable.h"
 #include "core/Patterns.h"
 
@@ -22,7 +23,7 @@ constexpr std::ptrdiff_t kPrefetchedLines = 8;
 
 constexpr std::uint32_t kTileSide = 4;
 
-constexpr std::size_t kCacheLine = 64, kMostPlanes = 3;
+constexpr std::size_t kMostPlanes = 3;
 
 /// Bytes from a plane of a row of pixels to the next, not counting what each has to begin within a cache
 /// line. Planes have elements of up to two bytes. Three of them hold a row of the longest pixels, too.

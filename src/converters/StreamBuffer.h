@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/CacheLimits.h"
 #include "core/PointerOffset.h"
 #include "simd/LineKernel.h"
 
@@ -40,7 +41,7 @@ class StreamBuffer {
   void Finish();
 
  private:
-  static constexpr std::size_t kCacheLine = 64, kMostLines = 2, kMostPlanes = 3;
+  static constexpr std::size_t kMostLines = 2, kMostPlanes = 3;
 
   /// Bytes of all lines, not counting what each has to begin within a cache line.
   static constexpr std::size_t kRoom = std::size_t{12} << 10;

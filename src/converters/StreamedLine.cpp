@@ -25,8 +25,6 @@ class PartByPart {
   }
 
  private:
-  static constexpr std::size_t kCacheLine = 64;
-
   const UpcomingLines& mLines;
   std::size_t mPart, mDone = 0;
 };

@@ -4,9 +4,12 @@
 #include <cstddef>
 
 /// @file
-/// From which size on a frame counts as one that the caches do not hold.
+/// What caches hold, and from which size on a frame counts as one that they do not.
 
 namespace ZrConvertersLib {
+
+/// Bytes that caches hold and move together.
+inline constexpr std::size_t kCacheLine = 64;
 
 /// The caches of the core that asks, in bytes; 0 where the system does not tell.
 struct CacheSizes {

@@ -166,42 +166,6 @@ struct Join<Words> {
   }
 };
 
-#if defined(__SSE4_1__) && !defined(__AVX512VBMI__)
-
-/// The words of lane `part` of memory that belong to one of three channels, a bit each.
-constexpr int WordsOf(int channel, int part) {
-  int words = 0;
-  for (int i = 0; i < 8; ++i) words |= ((8 * part + i) % 3 == channel ? 1 : 0) << i;
-  return words;
-}
-
-template <int words>
-ZR_INLINE U8 BlendWords(U8 a, U8 b) {
-#if defined(__AVX2__)
-  return As<U8>(_mm256_blend_epi16(As<Native>(a), As<Native>(b), words));
-#else
-  return As<U8>(_mm_blend_epi16(As<Native>(a), As<Native>(b), words));
-#endif
-}
-
-/// Three channels of words; a constant selection of words takes one operation, that of bytes several.
-ZR_INLINE void StoreThreeWords(std::uint8_t* p, const Vectors<3>& x) {
-  const Vectors<3> s = ForEach<3>([&](auto channel) ZR_ALWAYS {
-    return ShuffleLanes<typename ChannelOf3<2, channel>::Scatter>(x.v[channel]);
-  });
-  StoreLanes3(p, ForEach<3>([&](auto part) ZR_ALWAYS {
-                return BlendWords<WordsOf(2, part)>(BlendWords<WordsOf(1, part)>(s.v[0], s.v[1]), s.v[2]);
-              }));
-}
-
-#else
-
-ZR_INLINE void StoreThreeWords(std::uint8_t* p, const Vectors<3>& x) {
-  Store3<2>(p, x);
-}
-
-#endif
-
 template <class Writer, class Red, class Green, class Blue>
 ZR_INLINE void WriteColumns(const Writer& writer, std::uint8_t* p, const Red& red, const Green& green,
                             const Blue& blue) {
@@ -216,8 +180,8 @@ ZR_INLINE void WriteColumns(const ThreeBytesWriter<blueFirst>&, std::uint8_t* p,
   if constexpr (blueFirst)
     WriteColumns(ThreeBytesWriter<false>(KernelArgs{}), p, blue, green, red);
   else
-    StoreThreeWords(
-        p, {{BytesOf(red.even, green.even), BytesOf(blue.even, red.odd), BytesOf(green.odd, blue.odd)}});
+    Store3<2>(p,
+              {{BytesOf(red.even, green.even), BytesOf(blue.even, red.odd), BytesOf(green.odd, blue.odd)}});
 }
 
 #if !defined(__AVX512VBMI__)

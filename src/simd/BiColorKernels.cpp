@@ -210,12 +210,12 @@ ZR_INLINE Channel MeanOf(U8 a, U8 b) {
     return MeanOfBytes(a, b);
   } else {
     const Words x = WidenHigh(a), y = WidenHigh(b);
-    return {MeanOfWords(x.a, y.a), MeanOfWords(x.b, y.b)};
+    return {MeanUp(x.a, y.a), MeanUp(x.b, y.b)};
   }
 }
 template <class Channel>
 ZR_INLINE Channel MeanOf(const Words& a, const Words& b) {
-  return Cast<Channel>::From(Words{MeanOfWords(a.a, b.a), MeanOfWords(a.b, b.b)});
+  return Cast<Channel>::From(Words{MeanUp(a.a, b.a), MeanUp(a.b, b.b)});
 }
 
 /// Own green, own red or blue, and the mean of the neighbours' for the missing colour. Source 0 is the row of

@@ -30,7 +30,7 @@ class MeansOfWords {
 
  private:
   ZR_INLINE U8 In(U16 pairs) const {
-    return Select(mFirst, As<U8>(MeanOfWords(pairs, As<U16>(As<U64>(pairs) >> 32))), As<U8>(pairs));
+    return Select(mFirst, As<U8>(MeanUp(pairs, As<U16>(As<U64>(pairs) >> 32))), As<U8>(pairs));
   }
 
   U8 mFirst;
@@ -297,7 +297,7 @@ class Greens<ByteSamples, 2> {
 
   ZR_INLINE U8 Read(const std::uint8_t* p) const {
     const U8 pairs = Load(p);
-    return As<U8>(MeanOfWords(As<U16>(ShuffleBytes(pairs, mFirst)), As<U16>(ShuffleBytes(pairs, mSecond))));
+    return As<U8>(MeanUp(As<U16>(ShuffleBytes(pairs, mFirst)), As<U16>(ShuffleBytes(pairs, mSecond))));
   }
 
  private:
@@ -401,7 +401,7 @@ class Greens {
   ZR_INLINE U8 TwiceMeans(const std::uint8_t* p) const {
     const U8 greens = UnpackLow64(mWords.Read(p), mWords.Read(p + GreenWords<Samples>::kTaken));
     const U16 words = mWords.Scaled(greens);
-    const U16 means = MeanOfWords(words, As<U16>(As<U32>(words) >> 16));
+    const U16 means = MeanUp(words, As<U16>(As<U32>(words) >> 16));
     return ShuffleBytes(As<U8>(means), Constant<Upper>::Get());
   }
 

@@ -3,6 +3,7 @@
 #include "simd/Line.h"
 #include "simd/Mean.h"
 #include "simd/Packed.h"
+#include "simd/Saturate.h"
 
 /// Samples of two-colour lines. A pixel is two samples, green and one of red and blue in turn from pixel to
 /// pixel. Samples are held as they are cheapest: those of 8 bits in bytes, deeper ones in words of the 16-bit
@@ -56,9 +57,10 @@ struct Form<Words> {
   static ZR_INLINE Words EvenTwice(const Words& x) { return {EvenTwice(x.a), EvenTwice(x.b)}; }
   static ZR_INLINE Words OddTwice(const Words& x) { return {OddTwice(x.a), OddTwice(x.b)}; }
 
+  /// Samples of less than 16 bits leave bit 0 clear, so nothing is rounded.
   template <class>
   static ZR_INLINE Words Mean(const Words& a, const Words& b) {
-    return {Mean(a.a, b.a), Mean(a.b, b.b)};
+    return {MeanUp(a.a, b.a), MeanUp(a.b, b.b)};
   }
 
   static ZR_INLINE Words Choose(const Words& a, const Words& b, U8 mask) {
@@ -72,7 +74,6 @@ struct Form<Words> {
   static ZR_INLINE U16 OddTwice(U16 x) {
     return As<U16>((As<U32>(x) >> 16) | (As<U32>(x) & Splat32(0xFFFF0000)));
   }
-  static ZR_INLINE U16 Mean(U16 a, U16 b) { return (a & b) + ((a ^ b) >> 1); }
   static ZR_INLINE U16 Choose(U16 a, U16 b, U8 mask) { return As<U16>(Select(mask, As<U8>(b), As<U8>(a))); }
 };
 
@@ -81,40 +82,6 @@ template <class Held>
 struct TwoColours {
   Held colour, green;
 };
-
-/// Means of words on the 16-bit scale. Samples of less than 16 bits leave bit 0 clear, so nothing is rounded.
-ZR_INLINE U16 MeanOfWords(U16 a, U16 b) {
-#if defined(__AVX512VBMI__)
-  return As<U16>(_mm512_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__AVX2__)
-  return As<U16>(_mm256_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__x86_64__)
-  return As<U16>(_mm_avg_epu16(As<Native>(a), As<Native>(b)));
-#elif defined(__wasm_simd128__)
-  return As<U16>(wasm_u16x8_avgr(As<Native>(a), As<Native>(b)));
-#else
-  return As<U16>(vhaddq_u16(As<uint16x8_t>(a), As<uint16x8_t>(b)));
-#endif
-}
-
-/// Means of bytes, rounded down. Instructions that round up round the complements' means down. With AVX-512 a
-/// complement waits for what its register held before, so bit 0 is subtracted where it was rounded up.
-ZR_INLINE U8 MeanOfBytes(U8 a, U8 b) {
-#if defined(__AVX512VBMI__)
-  constexpr int kOfDifference = (0xF0 ^ 0xCC) & 0xAA;
-  const Native roundedUp =
-      _mm512_ternarylogic_epi32(As<Native>(a), As<Native>(b), As<Native>(Splat8(1)), kOfDifference);
-  return As<U8>(_mm512_avg_epu8(As<Native>(a), As<Native>(b))) - As<U8>(roundedUp);
-#elif defined(__AVX2__)
-  return ~As<U8>(_mm256_avg_epu8(As<Native>(~a), As<Native>(~b)));
-#elif defined(__x86_64__)
-  return ~As<U8>(_mm_avg_epu8(As<Native>(~a), As<Native>(~b)));
-#elif defined(__wasm_simd128__)
-  return ~As<U8>(wasm_u8x16_avgr(As<Native>(~a), As<Native>(~b)));
-#else
-  return As<U8>(vhaddq_u8(As<Native>(a), As<Native>(b)));
-#endif
-}
 
 /// Samples of `size` bytes of two vectors told apart by colour.
 template <int size>

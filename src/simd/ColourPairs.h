@@ -12,15 +12,6 @@ namespace {
 
 #if defined(__SSSE3__)
 
-#if defined(__AVX2__) && !defined(__AVX512VBMI__)
-/// The lanes at two addresses.
-ZR_INLINE U8 LoadLanes(const std::uint8_t* low, const std::uint8_t* high) {
-  const auto lane = [](const std::uint8_t* p)
-                        ZR_ALWAYS { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); };
-  return As<U8>(_mm256_set_m128i(lane(high), lane(low)));
-}
-#endif
-
 /// The products of neighbouring bytes, signed ones and factors of up to 255, added within -32768 and 32767.
 ZR_INLINE S16 MultiplyAddBytes(U8 x, U16 factors) {
 #if defined(__AVX512VBMI__)
@@ -126,14 +117,11 @@ ZR_INLINE const Greens& In(const Greens& block) {
 }
 
 /// The lower words of a and the upper ones of b in 32-bit elements.
-ZR_INLINE U8 BlendWords(U8 a, U8 b) {
-#if defined(__AVX512VBMI__)
-  return As<U8>(_mm512_mask_blend_epi16(0xAAAAAAAA, As<Native>(a), As<Native>(b)));
-#elif defined(__AVX2__)
-  return As<U8>(_mm256_blend_epi16(As<Native>(a), As<Native>(b), 0xAA));
-#else
-  return As<U8>(_mm_blend_epi16(As<Native>(a), As<Native>(b), 0xAA));
-#endif
+ZR_INLINE U8 LowerAndUpper(U8 a, U8 b) {
+  struct IsUpper {
+    static constexpr bool At(int i) { return i % 4 >= 2; }
+  };
+  return BlendWords<IsUpper>(a, b);
 }
 
 /// The matrix on words of luma and chroma, lumaFirst as the lower byte. Factors are in 1/128, which luma's
@@ -164,7 +152,7 @@ class PairMatrix {
     const S16 chromaA = Chroma(a), chromaB = Chroma(b);
     const S16 green = As<S16>(
         JoinUpper(MultiplyAddPairs(S32{}, chromaA, mGreen), MultiplyAddPairs(S32{}, chromaB, mGreen)));
-    return {Outer(a, ChromaRest(chromaA)), Outer(b, ChromaRest(chromaB)), Green(BlendWords(a, b), green)};
+    return {Outer(a, ChromaRest(chromaA)), Outer(b, ChromaRest(chromaB)), Green(LowerAndUpper(a, b), green)};
   }
 
  private:

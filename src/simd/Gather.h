@@ -149,15 +149,13 @@ struct Gathering {
   static ZR_INLINE U8 LoadLanes(const std::uint8_t* p) {
     constexpr Places places = kPlan.at[load];
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
-    const auto lane = [&](int i) ZR_ALWAYS {
-      return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + places.of[i]));
-    };
     if constexpr (places.of[1] == places.of[0] + kLane)
       return Load(p + places.of[0]);
     else if constexpr (places.of[1] == places.of[0])
-      return As<U8>(_mm256_broadcastsi128_si256(lane(0)));
+      return As<U8>(
+          _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p + places.of[0]))));
     else
-      return As<U8>(_mm256_set_m128i(lane(1), lane(0)));
+      return simd::LoadLanes(p + places.of[0], p + places.of[1]);
 #else
     return Load(p + places.of[0]);
 #endif

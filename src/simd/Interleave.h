@@ -89,9 +89,9 @@ ZR_INLINE void StoreLanes3(std::uint8_t* p, const Vectors<3>& x) {
 }
 #endif
 
-#if defined(__AVX2__) && !defined(__AVX512VBMI__)
-/// Where Mask::At(i) is true word i of b, else of a; Mask is the same for both bytes of a word and in all
-/// lanes.
+#if defined(__SSE4_1__)
+/// Where Mask::At(i) is true the word of byte i of b, else of a; Mask is the same for both bytes of a word
+/// and in all lanes.
 template <class Mask>
 ZR_INLINE U8 BlendWords(U8 a, U8 b) {
   constexpr int kBits = [] {
@@ -99,9 +99,17 @@ ZR_INLINE U8 BlendWords(U8 a, U8 b) {
     for (int i = 0; i < 8; ++i) bits |= Mask::At(2 * i) ? 1 << i : 0;
     return bits;
   }();
+#if defined(__AVX512VBMI__)
+  return As<U8>(_mm512_mask_blend_epi16(0x01010101U * unsigned{kBits}, As<Native>(a), As<Native>(b)));
+#elif defined(__AVX2__)
   return As<U8>(_mm256_blend_epi16(As<Native>(a), As<Native>(b), kBits));
+#else
+  return As<U8>(_mm_blend_epi16(As<Native>(a), As<Native>(b), kBits));
+#endif
 }
+#endif
 
+#if defined(__SSE4_1__) && !defined(__AVX512VBMI__)
 /// Whether the two bytes of each word go to the same vector.
 template <template <int, int> class Goes>
 inline constexpr bool kGoesByWords = [] {
@@ -116,11 +124,14 @@ inline constexpr bool kGoesByWords = [] {
 /// vector goes to each.
 template <template <int, int> class Goes>
 ZR_INLINE Vectors<3> Distribute(const Vectors<3>& x) {
-#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+#if defined(__SSE4_1__) && !defined(__AVX512VBMI__)
+  // A constant selection of words takes one operation.
   if constexpr (kGoesByWords<Goes>)
     return ForEach<3>([&](auto to) ZR_ALWAYS {
       return BlendWords<Goes<2, to>>(BlendWords<Goes<1, to>>(x.v[0], x.v[1]), x.v[2]);
     });
+#endif
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
   // Byte blends take up to three operations with AVX2. What the third vector has is what the others leave.
   const U8 to1 = x.v[0] ^ x.v[1], to2 = x.v[0] ^ x.v[2];
   const auto chosen = [&](auto to) ZR_ALWAYS {

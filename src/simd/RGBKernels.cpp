@@ -291,11 +291,6 @@ struct Packed565 {
   }
 
 #if !defined(__AVX512VBMI__)
-  /// The upper halves of products.
-  static ZR_INLINE U16 Upper(U16 x, U16 factors) {
-    return As<U16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(factors)));
-  }
-
   /// Sums of products of neighbouring words.
   static ZR_INLINE U32 Sums(Native words, unsigned factors) {
     return As<U32>(_mm256_madd_epi16(words, As<Native>(Splat32(factors))));
@@ -314,8 +309,8 @@ struct Packed565 {
   template <int eight>
   static ZR_INLINE U32 Eight(const std::uint8_t* p) {
     const U16 fields = EveryFour<32, 64, 32, 0>();
-    const U8 bytes = PackClipped(As<S16>(Upper(AtTop<Fours<eight * kWidth>>(p), fields)),
-                                 As<S16>(Upper(AtTop<Fours<eight * kWidth + kLane / 2>>(p), fields)));
+    const U8 bytes = PackClipped(As<S16>(MultiplyUpper(AtTop<Fours<eight * kWidth>>(p), fields)),
+                                 As<S16>(MultiplyUpper(AtTop<Fours<eight * kWidth + kLane / 2>>(p), fields)));
     return Sums(_mm256_maddubs_epi16(As<Native>(bytes), As<Native>(Splat32(0x00010140))), 0x00010020);
   }
 
@@ -370,7 +365,7 @@ struct Packed565 {
   template <int eight>
   static ZR_INLINE U32 SumsOfEnds(const std::uint8_t* p) {
     const U16 words = Lifted<GreenAndBlue<eight>>(GatherInEnds<GreenAndBlue<eight>, eight>(p));
-    return Sums(As<Native>(Upper(words, As<U16>(Splat32(0x00200040)))), 0x00010020);
+    return Sums(As<Native>(MultiplyUpper(words, As<U16>(Splat32(0x00200040)))), 0x00010020);
   }
 
   /// Red needs no shift, so it is packed before it is multiplied.
@@ -562,11 +557,8 @@ struct RGB565Reader {
 #if defined(__AVX2__) && !defined(__AVX512VBMI__)
   /// Bytes as products: 8.25 times five bits, 4.0625 times six, rounded down.
   static ZR_INLINE Colour<U8> ReadBytes(const std::uint8_t* p) {
-    const auto lane = [&](int i)
-                          ZR_ALWAYS { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p) + i); };
     // With every second lane in one vector, packing gives natural order.
-    const U16 a = As<U16>(_mm256_set_m128i(lane(2), lane(0))),
-              b = As<U16>(_mm256_set_m128i(lane(3), lane(1)));
+    const U16 a = As<U16>(LoadLanes(p, p + 2 * kLane)), b = As<U16>(LoadLanes(p + kLane, p + 3 * kLane));
     const auto channel = [&](auto bytes)
                              ZR_ALWAYS { return PackClipped(As<S16>(bytes(a)), As<S16>(bytes(b))); };
     return Ordered<blueFirst>(

@@ -155,24 +155,36 @@ ZR_INLINE U16 ShiftRight(U16 x, std::uint32_t count) {
 #endif
 }
 
+#if defined(__AVX2__) && !defined(__AVX512VBMI__)
+/// The lanes at two addresses.
+ZR_INLINE U8 LoadLanes(const std::uint8_t* low, const std::uint8_t* high) {
+  const auto lane = [](const std::uint8_t* p)
+                        ZR_ALWAYS { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); };
+  return As<U8>(_mm256_set_m128i(lane(high), lane(low)));
+}
+#endif
+
 /// The upper halves of the 32-bit products of words.
-ZR_INLINE U16 MultiplyUpper(U16 x, unsigned factor) {
+ZR_INLINE U16 MultiplyUpper(U16 x, U16 factors) {
 #if defined(__AVX512VBMI__)
-  return As<U16>(_mm512_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+  return As<U16>(_mm512_mulhi_epu16(As<Native>(x), As<Native>(factors)));
 #elif defined(__AVX2__)
-  return As<U16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+  return As<U16>(_mm256_mulhi_epu16(As<Native>(x), As<Native>(factors)));
 #elif defined(__x86_64__)
-  return As<U16>(_mm_mulhi_epu16(As<Native>(x), As<Native>(Splat16(factor))));
+  return As<U16>(_mm_mulhi_epu16(As<Native>(x), As<Native>(factors)));
 #elif defined(__wasm_simd128__)
-  const Native by = As<Native>(Splat16(factor));
+  const Native by = As<Native>(factors);
   return As<U16>(wasm_i16x8_shuffle(wasm_u32x4_extmul_low_u16x8(As<Native>(x), by),
                                     wasm_u32x4_extmul_high_u16x8(As<Native>(x), by), 1, 3, 5, 7, 9, 11, 13,
                                     15));
 #else
-  const uint16x8_t words = As<uint16x8_t>(x), by = As<uint16x8_t>(Splat16(factor));
+  const uint16x8_t words = As<uint16x8_t>(x), by = As<uint16x8_t>(factors);
   return As<U16>(vuzp2q_u16(As<uint16x8_t>(vmull_u16(vget_low_u16(words), vget_low_u16(by))),
                             As<uint16x8_t>(vmull_high_u16(words, by))));
 #endif
+}
+ZR_INLINE U16 MultiplyUpper(U16 x, unsigned factor) {
+  return MultiplyUpper(x, Splat16(factor));
 }
 
 /// Grey as words of five, six and five bits, from the upper six bits of words.
